@@ -1,0 +1,27 @@
+# Warnings and sanitizers, in one place.
+
+add_library(slate_warnings INTERFACE)
+target_compile_options(slate_warnings INTERFACE
+    -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual -Wcast-align -Wformat=2)
+if(SLATE_WARNINGS_AS_ERRORS)
+    target_compile_options(slate_warnings INTERFACE -Werror)
+endif()
+target_compile_definitions(slate_warnings INTERFACE
+    QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_URL_CAST_FROM_STRING
+    QT_STRICT_ITERATORS QT_DISABLE_DEPRECATED_BEFORE=0x060400)
+
+if(SLATE_SANITIZER STREQUAL "address")
+    add_compile_options(-fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer -O1)
+    add_link_options(-fsanitize=address,undefined)
+elseif(SLATE_SANITIZER STREQUAL "thread")
+    add_compile_options(-fsanitize=thread -fno-omit-frame-pointer -O1)
+    add_link_options(-fsanitize=thread)
+endif()
+if(SLATE_FUZZ)
+    add_compile_options(-fsanitize=fuzzer-no-link,address,undefined -fno-sanitize-recover=all
+        -fno-omit-frame-pointer -O1)
+    add_link_options(-fsanitize=address,undefined)
+endif()
+if(NOT SLATE_SANITIZER AND NOT SLATE_FUZZ)
+    add_link_options(-Wl,--no-undefined)
+endif()

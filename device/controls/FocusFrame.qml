@@ -1,0 +1,16 @@
+// The frame around what has the keys' attention. Shown only on a device that is worked by keys.
+import QtQuick
+import com.lindenreed.controls
+
+Rectangle {
+    id: focus_frame
+
+    required property Item target
+
+    anchors.fill: parent
+    border.color: GlobalValues.defaultBorderColor
+    border.width: GlobalValues.defaultFocusedElementBorderThickness
+    color: "transparent"
+    radius: GlobalValues.listElementHoverFrameBorderRadius
+    visible: target.activeFocus && !DeviceInfoProvider.isTouchDevice
+}

@@ -1,0 +1,51 @@
+#include "global.h"
+
+#include "measures.h"
+#include "message_presenter.h"
+#include "paging.h"
+
+namespace lindenreed::device {
+
+int Global::dp(double value) const
+{
+    return measures::dp(value);
+}
+
+int Global::pixelsFromDesign(double value) const
+{
+    return measures::pixelsFromDesign(value);
+}
+
+QString Global::getNormalImage(const QString &name) const
+{
+    return defaultNormalImagesPrefix() + u'/' + name;
+}
+
+void Global::openInfoMessageLoader(QQuickItem *loader, const QString &message, const QString &icon,
+                                   int timeout) const
+{
+    if (!loader)
+        return;
+    const bool isName = !icon.isEmpty() && !icon.contains(u':');
+    MessagePresenter::of(loader)->show(message, isName ? getNormalImage(icon) : icon, timeout);
+}
+
+void Global::closeInfoMessageLoader(QQuickItem *loader) const
+{
+    if (loader)
+        MessagePresenter::of(loader)->hide();
+}
+
+void Global::scrollFlickablePageUp(QQuickItem *flickable) const
+{
+    if (flickable)
+        scrollByPages(*flickable, -1);
+}
+
+void Global::scrollFlickablePageDown(QQuickItem *flickable) const
+{
+    if (flickable)
+        scrollByPages(*flickable, 1);
+}
+
+} // namespace lindenreed::device

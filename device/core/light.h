@@ -1,0 +1,42 @@
+// The frontlight.
+
+#pragma once
+
+#include <QObject>
+
+namespace lindenreed::device {
+
+/// A light that keeps the values it is given. Levels are 0 to 100, others are clamped. Main thread.
+class Light : public QObject
+{
+    Q_OBJECT
+
+public:
+    int brightness() const { return m_brightness; }
+    int colour() const { return m_colour; } ///< 0 coldest, 100 warmest
+    bool brightnessAuto() const { return m_brightnessAuto; }
+    bool colourAuto() const { return m_colourAuto; }
+    bool enabled() const { return m_enabled; }
+
+    void setBrightness(int level);
+    void setColour(int level);
+    void setBrightnessAuto(bool on);
+    void setColourAuto(bool on);
+    void setEnabled(bool on);
+    void reset(); ///< as after the start
+
+signals:
+    void changed();
+
+private:
+    template <typename T>
+    void set(T &member, T value);
+
+    int m_brightness = 40;
+    int m_colour = 50;
+    bool m_brightnessAuto = false;
+    bool m_colourAuto = false;
+    bool m_enabled = true;
+};
+
+} // namespace lindenreed::device

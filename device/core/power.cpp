@@ -1,0 +1,32 @@
+#include "power.h"
+
+#include <utility>
+
+namespace lindenreed::device {
+
+void Power::setAutoPowerOff(bool on)
+{
+    if (std::exchange(m_autoPowerOff, on) != on)
+        emit changed();
+}
+
+void Power::setAutoKeylock(bool on)
+{
+    if (std::exchange(m_autoKeylock, on) != on)
+        emit changed();
+}
+
+void Power::putOffSleep()
+{
+    ++m_banSleep;
+    emit changed();
+}
+
+void Power::reset()
+{
+    m_banSleep = 0;
+    setAutoPowerOff(true);
+    setAutoKeylock(true);
+}
+
+} // namespace lindenreed::device

@@ -1,0 +1,33 @@
+// What keeps the device awake and unlocked.
+
+#pragma once
+
+#include <QObject>
+
+namespace lindenreed::device {
+
+/// Main thread.
+class Power : public QObject
+{
+    Q_OBJECT
+
+public:
+    bool autoPowerOff() const { return m_autoPowerOff; }
+    bool autoKeylock() const { return m_autoKeylock; }
+    int banSleep() const { return m_banSleep; } ///< how often sleep was put off since the start
+
+    void setAutoPowerOff(bool on);
+    void setAutoKeylock(bool on);
+    void putOffSleep(); ///< the idle time starts anew
+    void reset(); ///< as after the start
+
+signals:
+    void changed();
+
+private:
+    bool m_autoPowerOff = true;
+    bool m_autoKeylock = true;
+    int m_banSleep = 0;
+};
+
+} // namespace lindenreed::device

@@ -1,0 +1,152 @@
+#include "profile.h"
+
+#include "paths.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QRegularExpression>
+
+#include <cmath>
+
+namespace lindenreed::device {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// Takes the members of one JSON object, one after the other, and keeps the first complaint.
+class Members
+{
+public:
+    explicit Members(const QJsonObject &object)
+        : m_object(object)
+    {
+    }
+
+    void take(const QString &name, QString &value)
+    {
+        const QJsonValue found = m_object.take(name);
+        if (found.isString() && !found.toString().isEmpty())
+            value = found.toString();
+        else
+            complain(u"\"%1\" must be a text that is not empty"_s.arg(name));
+    }
+
+    void take(const QString &name, int &value, int least, int most)
+    {
+        const QJsonValue found = m_object.take(name);
+        if (found.isUndefined())
+            return;
+        const double number = found.toDouble(std::nan(""));
+        if (number >= least && number <= most && number == std::floor(number))
+            value = int(number);
+        else
+            complain(u"\"%1\" must be a whole number from %2 to %3"_s.arg(name).arg(least).arg(most));
+    }
+
+    void take(const QString &name, bool &value)
+    {
+        const QJsonValue found = m_object.take(name);
+        if (found.isUndefined())
+            return;
+        if (found.isBool())
+            value = found.toBool();
+        else
+            complain(u"\"%1\" must be true or false"_s.arg(name));
+    }
+
+    void complain(const QString &complaint)
+    {
+        if (m_complaint.isEmpty())
+            m_complaint = complaint;
+    }
+
+    QString finish()
+    {
+        if (!m_object.isEmpty())
+            complain(u"\"%1\" is not known"_s.arg(m_object.begin().key()));
+        return m_complaint;
+    }
+
+private:
+    QJsonObject m_object;
+    QString m_complaint;
+};
+
+void tell(QString *error, const QString &sentence)
+{
+    if (error)
+        *error = sentence;
+}
+
+} // namespace
+
+std::optional<Profile> Profile::read(const QString &path, QString *error)
+{
+    constexpr qint64 mostBytes = 65'536;
+    QFile file(path);
+    if (!QFileInfo(path).isFile() || !file.open(QIODevice::ReadOnly)) {
+        tell(error, u"The profile %1 cannot be read."_s.arg(path));
+        return std::nullopt;
+    }
+    QJsonParseError parsing{};
+    const QJsonDocument document = QJsonDocument::fromJson(file.read(mostBytes), &parsing);
+    if (!document.isObject()) {
+        tell(error,
+             u"The profile %1 is no JSON object (%2)."_s.arg(
+                 path,
+                 parsing.error == QJsonParseError::NoError ? u"another value"_s : parsing.errorString()));
+        return std::nullopt;
+    }
+
+    Profile profile;
+    int width = profile.panelSize.width();
+    int height = profile.panelSize.height();
+    Members members(document.object());
+    members.take(u"name"_s, profile.name);
+    members.take(u"width"_s, width, 1, 10'000);
+    members.take(u"height"_s, height, 1, 10'000);
+    members.take(u"dpi"_s, profile.dpi, 50, 1000);
+    members.take(u"colour"_s, profile.colourMask, 0, 0xffff);
+    members.take(u"platform"_s, profile.platformNumber, 0, 0xffff);
+    members.take(u"touch"_s, profile.touch);
+    members.take(u"upside_down"_s, profile.upsideDown);
+    members.take(u"status_height"_s, profile.statusHeight, 0, 10'000);
+    members.take(u"frontlight"_s, profile.frontlight);
+    members.take(u"colour_light"_s, profile.colourLight);
+    members.take(u"levels"_s, profile.levels, 16, 256);
+    if (profile.levels != 16 && profile.levels != 256)
+        members.complain(u"\"levels\" must be 16 or 256"_s);
+    if (profile.statusHeight >= qMin(width, height))
+        members.complain(u"\"status_height\" must be less than width and height"_s);
+    profile.panelSize = QSize(width, height);
+
+    const QString complaint = members.finish();
+    if (!complaint.isEmpty()) {
+        tell(error, u"The profile %1 is not usable: %2."_s.arg(path, complaint));
+        return std::nullopt;
+    }
+    return profile;
+}
+
+std::optional<Profile> Profile::named(const QString &name, QString *error)
+{
+    const QString folder = dataFolder() + u"/profiles"_s;
+    // Names come from the command line and from a file of the device root: none leads out of the folder.
+    static const QRegularExpression plain(u"\\A[a-z0-9-]+\\z"_s);
+    const QString path = folder + u'/' + name + u".json"_s;
+    if (plain.match(name).hasMatch() && QFileInfo(path).isFile())
+        return read(path, error);
+
+    QStringList names;
+    const QStringList files = QDir(folder).entryList({u"*.json"_s}, QDir::Files, QDir::Name);
+    for (const QString &file : files)
+        names.append(file.chopped(5));
+    tell(error, u"There is no profile \"%1\"; there are: %2."_s.arg(name, names.join(u", "_s)));
+    return std::nullopt;
+}
+
+} // namespace lindenreed::device

@@ -1,0 +1,34 @@
+// What kind of device this is: one JSON file of share/picture_stand/profiles.
+
+#pragma once
+
+#include <QSize>
+#include <QString>
+
+#include <optional>
+
+namespace lindenreed::device {
+
+/// The hardware of one kind of reader. The defaults are those of "grey-6".
+struct Profile
+{
+    QString name = QStringLiteral("grey-6");
+    QSize panelSize{758, 1024}; ///< panel pixels, never turned
+    int dpi = 212;
+    int colourMask = 0; ///< 0: a grey panel
+    int platformNumber = 0;
+    bool touch = true;
+    bool upsideDown = false; ///< orientation 3 can be used
+    int statusHeight = 45; ///< of the status panel, in pixels
+    bool frontlight = true;
+    bool colourLight = false;
+    int levels = 16; ///< 16 or 256 per channel
+
+    /// Reads and checks one profile file. On failure nothing, with one sentence in `error`.
+    static std::optional<Profile> read(const QString &path, QString *error);
+
+    /// The profile `name` of the installed data, with one sentence in `error` where there is none.
+    static std::optional<Profile> named(const QString &name, QString *error);
+};
+
+} // namespace lindenreed::device

@@ -1,0 +1,21 @@
+// What the launcher writes into a device before it starts: kind of device, orientation, language.
+
+#pragma once
+
+#include <QString>
+
+#include <optional>
+
+namespace lindenreed::host {
+
+/// Brings the device's record up to date. `profile`: empty keeps the recorded one, or takes the default. The
+/// orientation counts for one start: without one, an earlier one is taken out. False, with one sentence in
+/// `error`, for a profile that does not exist and for a record that cannot be written.
+bool writeDeviceRecord(const QString &path, const QString &profile, std::optional<int> orientation,
+                       QString *error);
+
+/// Sets "language" in a device configuration, every other line stays as it is, byte for byte. Missing file
+/// and folders are made.
+bool writeLanguage(const QString &path, const QString &language, QString *error);
+
+} // namespace lindenreed::host

@@ -1,0 +1,29 @@
+// TERM, INT and HUP as events of the main loop.
+
+#pragma once
+
+#include <QObject>
+
+class QSocketNotifier;
+
+namespace lindenreed::host {
+
+/// One per process, main thread. Signals that come before the loop runs are kept until it does. A HUP that is
+/// ignored when the launcher starts stays ignored, here and in the program.
+class StopSignals : public QObject
+{
+    Q_OBJECT
+
+public:
+    explicit StopSignals(QObject *parent = nullptr);
+    ~StopSignals() override;
+
+signals:
+    void received(int signal);
+
+private:
+    void read();
+    QSocketNotifier *m_notifier = nullptr;
+};
+
+} // namespace lindenreed::host

@@ -1,0 +1,244 @@
+#include "composition.h"
+
+#include "light.h"
+#include "panel.h"
+
+#include <QCoreApplication>
+#include <QEvent>
+
+#include <utility>
+
+namespace lindenreed::device {
+
+namespace {
+
+const QEvent::Type composeEvent = QEvent::Type(QEvent::registerEventType());
+
+} // namespace
+
+Composition::Composition(Panel &panel, const Screen &screen, const Light &light)
+    : m_panel(panel)
+    , m_screen(screen)
+    , m_light(light)
+{
+    m_fastRest.setSingleShot(true);
+    m_fastRest.setInterval(fastModeRest);
+    connect(&m_fastRest, &QTimer::timeout, this, [this] {
+        if (!m_fingerDown)
+            endFastMode();
+    });
+
+    connect(&screen, &Screen::geometryChanged, this, &Composition::followGeometry);
+    connect(&screen, &Screen::inversionChanged, this, &Composition::followInversion);
+    connect(&screen, &Screen::cleared, this, &Composition::clear);
+    connect(&screen, &Screen::refreshWanted, this, &Composition::refresh);
+    connect(&screen, &Screen::fastModeWanted, this, &Composition::startFastMode);
+    connect(&screen, &Screen::fullRefreshOnNextDrawing, this, [this] { m_nextDrawingFull = true; });
+    connect(&light, &Light::changed, this, [this] {
+        m_panel.begin();
+        m_panel.describe(m_screen, m_light);
+        m_panel.end();
+    });
+
+    m_panel.begin();
+    takeStateOfScreen();
+    m_panel.end();
+}
+
+QRect Composition::wholeScreen() const
+{
+    return QRect(QPoint(0, 0), m_screen.size());
+}
+
+void Composition::addOnTop(Surface *surface)
+{
+    m_surfaces.append(surface);
+    damage(surface->screenRectangle());
+}
+
+void Composition::remove(Surface *surface)
+{
+    if (m_surfaces.removeOne(surface))
+        damage(surface->screenRectangle());
+}
+
+void Composition::raise(Surface *surface)
+{
+    if (m_surfaces.isEmpty() || m_surfaces.constLast() == surface || !m_surfaces.removeOne(surface))
+        return;
+    m_surfaces.append(surface);
+    damage(surface->screenRectangle());
+}
+
+void Composition::lower(Surface *surface)
+{
+    if (m_surfaces.isEmpty() || m_surfaces.constFirst() == surface || !m_surfaces.removeOne(surface))
+        return;
+    m_surfaces.prepend(surface);
+    damage(surface->screenRectangle());
+}
+
+void Composition::setStatusPanel(Surface *surface)
+{
+    if (surface == m_statusPanel)
+        return;
+    for (const Surface *each : {std::exchange(m_statusPanel, surface), surface}) {
+        if (each)
+            damage(each->screenRectangle());
+    }
+}
+
+Surface *Composition::topmostAt(const QPoint &screenPixel) const
+{
+    if (m_statusPanel && m_statusPanel->screenRectangle().contains(screenPixel))
+        return m_statusPanel;
+    for (auto surface = m_surfaces.crbegin(); surface != m_surfaces.crend(); ++surface) {
+        if ((*surface)->screenRectangle().contains(screenPixel))
+            return *surface;
+    }
+    return nullptr;
+}
+
+void Composition::damage(const QRegion &region)
+{
+    const QRegion onScreen = region & wholeScreen();
+    if (onScreen.isEmpty())
+        return;
+    m_damage += onScreen;
+    if (onScreen.intersects(m_fastArea))
+        m_fastRest.start();
+    post();
+}
+
+void Composition::setFingerDown(bool down)
+{
+    m_fingerDown = down;
+    if (!down && !m_fastArea.isEmpty() && !m_fastRest.isActive())
+        endFastMode();
+}
+
+void Composition::followGeometry()
+{
+    m_fastArea = QRect(); // of a screen that is no longer there
+    m_damage = QRegion();
+    damage(wholeScreen());
+}
+
+void Composition::followInversion()
+{
+    refresh(RefreshMode::Full, wholeScreen());
+}
+
+void Composition::clear()
+{
+    // What was drawn before is wiped out with the rest.
+    m_damage = QRegion();
+    m_fullWanted = false;
+    m_fastArea = QRect();
+    m_statusPanelWiped = true;
+
+    m_panel.begin();
+    takeStateOfScreen();
+    m_panel.fill(wholeScreen());
+    const quint64 number = m_panel.finish(RefreshMode::Full, wholeScreen());
+    emit refreshed(number, m_panel.turning().toPanel(wholeScreen()), RefreshMode::Full);
+}
+
+void Composition::refresh(RefreshMode mode, const QRect &area)
+{
+    if (mode == RefreshMode::Fast) {
+        startFastMode(area);
+        return;
+    }
+    if (mode == RefreshMode::Full)
+        m_fullWanted = true;
+    damage(area);
+}
+
+void Composition::startFastMode(const QRect &area)
+{
+    // What leaves the rectangle comes back in all levels.
+    const QRegion before = std::exchange(m_fastArea, area);
+    damage((before - area) + area);
+}
+
+void Composition::endFastMode()
+{
+    damage(std::exchange(m_fastArea, QRect()));
+}
+
+void Composition::post()
+{
+    // After everything else that is waiting now, so that all drawing of this turn of the loop is in it.
+    if (!std::exchange(m_composePosted, true))
+        QCoreApplication::postEvent(this, new QEvent(composeEvent), Qt::LowEventPriority);
+}
+
+bool Composition::event(QEvent *event)
+{
+    if (event->type() != composeEvent)
+        return QObject::event(event);
+    m_composePosted = false;
+    compose();
+    return true;
+}
+
+void Composition::takeStateOfScreen()
+{
+    m_panel.setOrientation(m_screen.orientation());
+    m_panel.setInverted(m_screen.inverted());
+    m_panel.describe(m_screen, m_light);
+}
+
+void Composition::compose()
+{
+    if (m_damage.isEmpty())
+        return;
+    if (std::exchange(m_nextDrawingFull, false)) {
+        m_fullWanted = true;
+        m_damage = wholeScreen();
+    }
+    if (std::exchange(m_statusPanelWiped, false) && m_statusPanel)
+        m_damage += m_statusPanel->screenRectangle();
+    const bool full = std::exchange(m_fullWanted, false);
+    if (full) {
+        m_fastArea = QRect();
+        m_fastRest.stop();
+    }
+    QRegion rest = std::exchange(m_damage, QRegion());
+    const QRect bounds = rest.boundingRect();
+
+    m_panel.begin();
+    takeStateOfScreen();
+    const auto take = [&](const Surface &surface) {
+        const QRegion covered = rest & surface.screenRectangle();
+        copy(surface, covered);
+        rest -= covered;
+    };
+    if (m_statusPanel)
+        take(*m_statusPanel);
+    for (auto surface = m_surfaces.crbegin(); surface != m_surfaces.crend() && !rest.isEmpty(); ++surface)
+        take(**surface);
+    for (const QRect &paper : rest)
+        m_panel.fill(paper);
+    const RefreshMode mode = full     ? RefreshMode::Full
+        : m_fastArea.contains(bounds) ? RefreshMode::Fast
+                                      : RefreshMode::Partial;
+    const quint64 number = m_panel.finish(mode, bounds);
+    emit refreshed(number, m_panel.turning().toPanel(bounds), mode);
+}
+
+void Composition::copy(const Surface &surface, const QRegion &region)
+{
+    const QImage &picture = surface.picture();
+    const QPoint origin = surface.screenRectangle().topLeft();
+    const QRegion drawn = region & picture.rect().translated(origin);
+    for (const QRect &area : drawn &m_fastArea)
+        m_panel.copy(picture, origin, area, Tones::Two);
+    for (const QRect &area : drawn - m_fastArea)
+        m_panel.copy(picture, origin, area, Tones::All);
+    for (const QRect &missing : region - drawn)
+        m_panel.fill(missing);
+}
+
+} // namespace lindenreed::device

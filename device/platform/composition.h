@@ -1,0 +1,85 @@
+// Puts what lies on the screen onto the panel.
+
+#pragma once
+
+#include "screen.h"
+#include "surface.h"
+
+#include <QList>
+#include <QObject>
+#include <QRegion>
+#include <QTimer>
+
+namespace lindenreed::device {
+
+class Light;
+class Panel;
+
+/// Collects what was drawn and makes one refresh of it for each turn of the event loop.
+///
+/// A refresh copies, from the topmost surface down, the part of the damaged region that each one covers,
+/// straight into the panel; what nothing covers is white. Follows the orders of the device's screen. Main
+/// thread.
+class Composition : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// How long nothing may have been drawn in the fast rectangle before it comes back in all levels.
+    static constexpr std::chrono::milliseconds fastModeRest{250};
+
+    /// All three must outlive it.
+    Composition(Panel &panel, const Screen &screen, const Light &light);
+
+    void addOnTop(Surface *surface);
+    void remove(Surface *surface);
+    void raise(Surface *surface);
+    void lower(Surface *surface);
+    /// Lies above all others; null takes it away.
+    void setStatusPanel(Surface *surface);
+    const QList<Surface *> &surfaces() const
+    {
+        return m_surfaces;
+    } ///< bottom first, without the status panel
+    Surface *topmostAt(const QPoint &screenPixel) const; ///< null where there is only paper
+
+    void damage(const QRegion &region); ///< screen pixels that have to be composed anew
+    bool isPending() const { return m_composePosted; } ///< a refresh is still to come
+    void setFingerDown(bool down); ///< the fast mode stays while a finger is on the panel
+
+signals:
+    /// After each refresh; the rectangle is in panel pixels.
+    void refreshed(quint64 number, QRect area, lindenreed::device::RefreshMode mode);
+
+protected:
+    bool event(QEvent *event) override;
+
+private:
+    QRect wholeScreen() const;
+    void followGeometry();
+    void followInversion();
+    void clear();
+    void refresh(RefreshMode mode, const QRect &area);
+    void startFastMode(const QRect &area);
+    void endFastMode();
+    void post();
+    void compose();
+    void copy(const Surface &surface, const QRegion &region);
+    void takeStateOfScreen();
+
+    Panel &m_panel;
+    const Screen &m_screen;
+    const Light &m_light;
+    QList<Surface *> m_surfaces;
+    Surface *m_statusPanel = nullptr;
+    QRegion m_damage;
+    QRect m_fastArea; ///< empty: no fast mode
+    QTimer m_fastRest;
+    bool m_fullWanted = false; ///< the refresh that comes is a full one
+    bool m_nextDrawingFull = false;
+    bool m_statusPanelWiped = false; ///< it comes back with the next drawing
+    bool m_fingerDown = false;
+    bool m_composePosted = false;
+};
+
+} // namespace lindenreed::device

@@ -1,0 +1,47 @@
+// The device, as Qt's platform.
+
+#pragma once
+
+#include <QImage>
+#include <qpa/qplatformintegration.h>
+
+#include <memory>
+
+namespace lindenreed::device {
+
+class Composition;
+class Panel;
+class PlatformScreen;
+class RemoteControl;
+class StatusPanel;
+
+/// Starts the device when Qt initialises the platform, and stops it when Qt destroys it. Main thread.
+class Integration final : public QPlatformIntegration
+{
+public:
+    Integration();
+    ~Integration() override;
+
+    void initialize() override;
+    void destroy() override;
+    void quit() const override;
+
+    bool hasCapability(Capability capability) const override;
+    QVariant styleHint(StyleHint hint) const override;
+    QPlatformWindow *createPlatformWindow(QWindow *window) const override;
+    QPlatformBackingStore *createPlatformBackingStore(QWindow *window) const override;
+    QAbstractEventDispatcher *createEventDispatcher() const override;
+    QPlatformFontDatabase *fontDatabase() const override;
+
+private:
+    void startDevice();
+
+    std::unique_ptr<QPlatformFontDatabase> m_fontDatabase;
+    std::unique_ptr<Panel> m_panel;
+    std::unique_ptr<Composition> m_composition;
+    std::unique_ptr<StatusPanel> m_statusPanel;
+    std::unique_ptr<RemoteControl> m_remoteControl;
+    PlatformScreen *m_screen = nullptr; ///< Qt owns it
+};
+
+} // namespace lindenreed::device

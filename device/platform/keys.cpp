@@ -1,0 +1,106 @@
+#include "keys.h"
+
+#include <QGuiApplication>
+#include <QInputMethodQueryEvent>
+#include <QPointer>
+#include <QTextBoundaryFinder>
+#include <QWindow>
+#include <qpa/qwindowsysteminterface.h>
+
+#include <array>
+
+namespace lindenreed::device::keys {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+struct NamedKey
+{
+    const char16_t *name;
+    Key key;
+};
+
+// The page keys turn pages in lists as well; the menu key is the device's alone.
+const std::array<NamedKey, 11> table{{
+    {u"menu", {23, std::nullopt}},
+    {u"prev", {24, Qt::Key_PageUp}},
+    {u"next", {25, Qt::Key_PageDown}},
+    {u"page-up", {std::nullopt, Qt::Key_PageUp}},
+    {u"page-down", {std::nullopt, Qt::Key_PageDown}},
+    {u"left", {std::nullopt, Qt::Key_Left}},
+    {u"right", {std::nullopt, Qt::Key_Right}},
+    {u"up", {std::nullopt, Qt::Key_Up}},
+    {u"down", {std::nullopt, Qt::Key_Down}},
+    {u"centre", {std::nullopt, Qt::Key_Return}},
+    {u"back", {std::nullopt, Qt::Key_Back}},
+}};
+
+bool acceptsText(QObject *object)
+{
+    if (!object)
+        return false;
+    QInputMethodQueryEvent query(Qt::ImEnabled);
+    QCoreApplication::sendEvent(object, &query);
+    return query.value(Qt::ImEnabled).toBool();
+}
+
+/// The code of a key that types this character; what has none of its own goes by its text alone.
+Qt::Key keyFor(const QString &character)
+{
+    const char32_t code = character.toUpper().toUcs4().constFirst();
+    return code >= 0x20 && code <= 0xff ? Qt::Key(code) : Qt::Key_unknown;
+}
+
+} // namespace
+
+std::optional<Key> named(const QString &name)
+{
+    for (const NamedKey &each : table) {
+        if (name == QStringView(each.name))
+            return each.key;
+    }
+    return std::nullopt;
+}
+
+QStringList names()
+{
+    QStringList names;
+    for (const NamedKey &each : table)
+        names.append(QStringView(each.name).toString());
+    return names;
+}
+
+bool press(Qt::Key key, const QString &text)
+{
+    const QPointer<QWindow> window = QGuiApplication::focusWindow();
+    if (!window)
+        return false;
+    for (const QEvent::Type type : {QEvent::KeyPress, QEvent::KeyRelease}) {
+        if (window) {
+            QWindowSystemInterface::handleKeyEvent<QWindowSystemInterface::SynchronousDelivery>(
+                window, type, key, Qt::NoModifier, text);
+        }
+    }
+    return true;
+}
+
+bool type(const QString &text)
+{
+    if (!acceptsText(QGuiApplication::focusObject()))
+        return false;
+    // What the user takes for one character is typed at once, whatever number of code points it has.
+    QTextBoundaryFinder finder(QTextBoundaryFinder::Grapheme, text);
+    qsizetype from = 0;
+    for (qsizetype to = finder.toNextBoundary(); to > from; to = finder.toNextBoundary()) {
+        const QString character = text.mid(from, to - from);
+        from = to;
+        if (character == u"\n"_s)
+            press(Qt::Key_Return, u"\r"_s);
+        else
+            press(keyFor(character), character);
+    }
+    return true;
+}
+
+} // namespace lindenreed::device::keys

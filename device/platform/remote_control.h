@@ -1,0 +1,59 @@
+// What other processes may ask of the device.
+
+#pragma once
+
+#include "finger.h"
+#include "idle_watcher.h"
+#include "screen.h"
+#include "termination.h"
+
+#include <control_server.h>
+
+#include <QObject>
+
+namespace lindenreed::device {
+
+class Composition;
+class Device;
+class Panel;
+class PlatformScreen;
+class StatusPanel;
+
+/// As it stands in events and in the state: "partial", "full", "fast".
+QString modeName(RefreshMode mode);
+
+/// The control server with the device's commands, and the events that it announces. Main thread.
+class RemoteControl : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// All must outlive it.
+    RemoteControl(Device &device, const Panel &panel, Composition &composition,
+                  const StatusPanel &statusPanel, const PlatformScreen &screen);
+
+    bool listen(const QString &path, QString *error) { return m_server.listen(path, error); }
+
+private:
+    void addStateCommands();
+    void addDeviceCommands();
+    void addInputCommands();
+    void addItemCommands();
+    void announceChange();
+    bool somethingIsUnderWay() const;
+    QJsonObject state() const;
+    void afterThisTurn(const remote::Reply &reply);
+
+    Device &m_device;
+    const Panel &m_panel;
+    const Composition &m_composition;
+    const StatusPanel &m_statusPanel;
+    const PlatformScreen &m_screen;
+    Finger m_finger;
+    IdleWatcher m_idleWatcher;
+    Termination m_termination;
+    remote::ControlServer m_server; ///< last: its handlers use the others
+    bool m_changeAnnounced = false;
+};
+
+} // namespace lindenreed::device

@@ -1,0 +1,124 @@
+// Commands that only tell: state, timers, journal, opened, idle.
+
+#include "arguments.h"
+#include "device.h"
+#include "journal.h"
+#include "panel.h"
+#include "remote_control.h"
+#include "texts.h"
+
+#include <QJsonArray>
+
+#include <limits>
+
+namespace lindenreed::device {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr int protocolVersion = 1;
+constexpr int longestQuiet = 20'000; ///< ms; well below the watcher's patience
+
+QJsonArray pendingTimers(const Timers &timers)
+{
+    QJsonArray array;
+    const QList<PendingTimer> pending = timers.pending();
+    for (const PendingTimer &timer : pending) {
+        array.append(QJsonObject{{u"name"_s, QString::fromUtf8(timer.name)},
+                                 {u"remaining_ms"_s, qint64(timer.remaining.count())},
+                                 {u"interval_ms"_s, qint64(timer.interval.count())}});
+    }
+    return array;
+}
+
+QJsonArray lastCalls(int count)
+{
+    QJsonArray array;
+    const QList<SdkCall> calls = journal::entries();
+    for (qsizetype i = std::max<qsizetype>(0, calls.size() - count); i < calls.size(); ++i) {
+        const SdkCall &call = calls.at(i);
+        QJsonArray arguments;
+        for (const QByteArray &argument : call.arguments)
+            arguments.append(QString::fromUtf8(argument));
+        array.append(QJsonObject{{u"number"_s, qint64(call.number)},
+                                 {u"name"_s, QString::fromUtf8(call.name)},
+                                 {u"arguments"_s, arguments},
+                                 {u"result"_s, QString::fromUtf8(call.result)},
+                                 {u"thread"_s, call.onMainThread ? u"main"_s : u"worker"_s}});
+    }
+    return array;
+}
+
+} // namespace
+
+QJsonObject RemoteControl::state() const
+{
+    const Screen &screen = m_device.screen;
+    const Light &light = m_device.light;
+    const Power &power = m_device.power;
+    return {
+        {u"protocol"_s, protocolVersion},
+        {u"profile"_s, m_device.profile.name},
+        {u"language"_s, texts::language()},
+        {u"screen"_s,
+         QJsonObject{{u"width"_s, screen.size().width()},
+                     {u"height"_s, screen.size().height()},
+                     {u"orientation"_s, screen.orientation()},
+                     {u"inverted"_s, screen.inverted()}}},
+        {u"panel"_s,
+         QJsonObject{{u"type"_s, screen.panelType()},
+                     {u"height"_s, screen.statusHeight()},
+                     {u"refreshes"_s, qint64(m_panel.refreshNumber())},
+                     {u"last_mode"_s, modeName(m_panel.refreshMode())}}},
+        {u"light"_s,
+         QJsonObject{{u"brightness"_s, light.brightness()},
+                     {u"brightness_auto"_s, light.brightnessAuto()},
+                     {u"color"_s, light.colour()},
+                     {u"color_auto"_s, light.colourAuto()},
+                     {u"enabled"_s, light.enabled()}}},
+        {u"power"_s,
+         QJsonObject{{u"auto_power_off"_s, power.autoPowerOff()},
+                     {u"auto_keylock"_s, power.autoKeylock()},
+                     {u"ban_sleep"_s, power.banSleep()}}},
+        {u"timers"_s, pendingTimers(m_device.timers)},
+        {u"media"_s,
+         QJsonObject{{u"sd"_s, m_device.media.present(Medium::Card)},
+                     {u"usb"_s, m_device.media.present(Medium::Usb)}}},
+    };
+}
+
+void RemoteControl::addStateCommands()
+{
+    using remote::Reply;
+    m_server.add(u"state"_s, {}, [this](const QJsonObject &, const Reply &reply) { reply(state()); });
+    m_server.add(u"timers"_s, {}, [this](const QJsonObject &, const Reply &reply) {
+        reply({{u"timers"_s, pendingTimers(m_device.timers)}});
+    });
+    m_server.add(u"opened"_s, {}, [this](const QJsonObject &, const Reply &reply) {
+        reply({{u"opened"_s, QJsonArray::fromStringList(m_device.viewer.opened())}});
+    });
+    m_server.add(u"journal"_s, {u"n"_s}, [](const QJsonObject &request, const Reply &reply) {
+        Arguments arguments(request);
+        const int most = std::numeric_limits<int>::max();
+        const int count = arguments.integerOr(u"n"_s, 0, most, most);
+        if (!arguments.refuse(reply))
+            reply({{u"calls"_s, lastCalls(count)}});
+    });
+    m_server.add(u"idle"_s, {u"ms"_s}, [this](const QJsonObject &request, const Reply &reply) {
+        Arguments arguments(request);
+        const int quiet = arguments.integerOr(u"ms"_s, 0, longestQuiet, 300);
+        if (arguments.refuse(reply))
+            return;
+        m_idleWatcher.wait(
+            std::chrono::milliseconds(quiet), [reply] { return reply.clientGone(); },
+            [reply](bool idle) {
+                if (idle)
+                    reply();
+                else
+                    reply.fail(u"busy"_s, u"The device has not come to rest within 30 seconds."_s);
+            });
+    });
+}
+
+} // namespace lindenreed::device

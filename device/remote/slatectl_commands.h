@@ -1,0 +1,53 @@
+// The commands of slatectl: one table for the help and for reading the words of a command line.
+
+#pragma once
+
+#include <QJsonObject>
+#include <QString>
+#include <QStringList>
+
+#include <optional>
+
+namespace lindenreed::remote {
+
+/// What a word of a command line has to be.
+enum class WordKind {
+    Integer, ///< `low` to `high`
+    Text, ///< anything but nothing
+    Choice, ///< one of `choices`
+    Switch, ///< on or off
+    NameOrId, ///< NAME, or #ID
+};
+
+struct CommandWord
+{
+    QString label; ///< in the help
+    QString member; ///< on the wire; empty: for the client alone
+    WordKind kind = WordKind::Text;
+    bool optional = false;
+    QString keyword = {}; ///< where there is one, it stands before the word, and such pairs come in any order
+    qint64 low = 0;
+    qint64 high = 0;
+    QStringList choices = {};
+};
+
+struct Command
+{
+    QString name;
+    QString help;
+    QList<CommandWord> words;
+
+    QString usage() const; ///< the command line without the program
+};
+
+const QList<Command> &commands();
+const Command *findCommand(const QString &name);
+
+/// The members of a request; "file" for the client's own word. Nothing, with one sentence in `error`, where a
+/// word is missing, superfluous or wrong.
+std::optional<QJsonObject> readWords(const Command &command, const QStringList &words, QString *error);
+
+/// The whole help text.
+QString helpText();
+
+} // namespace lindenreed::remote

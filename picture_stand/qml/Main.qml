@@ -1,0 +1,97 @@
+// The window: the current screen, and over it short messages.
+import QtQuick 2.12
+import QtQuick.Window 2.12
+import com.lindenreed.controls 1.0
+import com.lindenreed.picture_stand 1.0
+import com.lindenreed.picturestand 1.0
+
+Window {
+    id: main_window
+
+    function globalChangeView(view) {
+        if (view === "slideshow") {
+            App.showPanel(false)
+            SlideshowModel.switchHQUpdates(true)
+            main_loader.sourceComponent = slideshow
+            SlideshowModel.start()
+        } else if (view === "playlists") {
+            App.showPanel(true)
+            SlideshowModel.switchHQUpdates(false)
+            App.updateScreen()
+            main_loader.sourceComponent = playlists
+        }
+    }
+
+    width: App.screenWidth
+    height: App.screenHeight
+    visible: true
+    title: qsTr("Scroll")
+
+    // Connected like this, and not by a handler, which would be called before everything that is connected in native
+    // code: the settings must have handed the light over first.
+    Component.onCompleted: App.changedView.connect(main_window.globalChangeView)
+    Component.onDestruction: App.changedView.disconnect(main_window.globalChangeView)
+
+    LoaderNoSleep {
+        id: main_loader
+
+        anchors {
+            top: parent.top
+            bottom: parent.bottom
+            left: parent.left
+            right: parent.right
+        }
+        sourceComponent: playlists
+    }
+
+    // Outside the loader of the screens, so that a message outlives a change of view.
+    LoaderNoSleep {
+        id: info_message
+
+        anchors.fill: parent
+        visible: false
+        onVisibleChanged: {
+            if (visible && status === Loader.Null)
+                sourceComponent = info_message_inner
+        }
+    }
+
+    Connections {
+        target: App
+
+        function onShowInfoMessage(message, icon) {
+            Global.openInfoMessageLoader(info_message, message, icon, 4000)
+        }
+    }
+
+    Connections {
+        target: info_message.item
+        ignoreUnknownSignals: true
+
+        function onClose() {
+            Global.closeInfoMessageLoader(info_message)
+        }
+    }
+
+    Component {
+        id: info_message_inner
+
+        InfoMessage {}
+    }
+
+    Component {
+        id: slideshow
+
+        SlideShow {
+            onChangeView: view => App.changeView(view)
+        }
+    }
+
+    Component {
+        id: playlists
+
+        Playlists {
+            onChangeView: view => App.changeView(view)
+        }
+    }
+}

@@ -1,0 +1,33 @@
+#include "image_adapter.h"
+
+#include "resource_image_provider.h"
+
+#include <QFile>
+#include <QUrl>
+
+namespace lindenreed::picture_stand {
+
+QString fileOfImageId(const QString &id, const std::function<bool(const QString &)> &exists)
+{
+    if (exists(id))
+        return id;
+    const QString unescaped = QUrl::fromPercentEncoding(id.toUtf8());
+    return exists(unescaped) ? unescaped : id;
+}
+
+ImageAdapter::ImageAdapter(ResourceImageProvider *provider)
+    : QQuickImageProvider(QQmlImageProviderBase::Image)
+    , m_provider(provider)
+{
+}
+
+QImage ImageAdapter::requestImage(const QString &id, QSize *size, const QSize &requestedSize)
+{
+    // A picture that was loaded ahead is shown even when its file has gone since.
+    const QString path = fileOfImageId(id, [this](const QString &candidate) {
+        return m_provider->cache()->contains(candidate) || QFile::exists(candidate);
+    });
+    return m_provider->requestImage(path, size, requestedSize);
+}
+
+} // namespace lindenreed::picture_stand

@@ -1,0 +1,30 @@
+// What the QML engine owns of an image provider.
+
+#pragma once
+
+#include <QQuickImageProvider>
+
+#include <functional>
+
+namespace lindenreed::picture_stand {
+
+/// The file that an image id of the engine means: the id as it came where `exists` says so, else with the URL's
+/// percent escapes undone; the id as it came where neither exists. A path travels as part of a URL, in which the
+/// engine keeps some characters escaped.
+QString fileOfImageId(const QString &id, const std::function<bool(const QString &)> &exists);
+
+class ResourceImageProvider;
+
+/// Forwards to a provider that lives elsewhere and must outlive the engine.
+class ImageAdapter : public QQuickImageProvider
+{
+public:
+    explicit ImageAdapter(ResourceImageProvider *provider);
+
+    QImage requestImage(const QString &id, QSize *size, const QSize &requestedSize) override;
+
+private:
+    ResourceImageProvider *m_provider;
+};
+
+} // namespace lindenreed::picture_stand

@@ -1,0 +1,143 @@
+#include "picture_cache.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <limits>
+#include <memory>
+#include <mutex>
+#include <utility>
+#include <vector>
+
+namespace lindenreed::picture_stand {
+
+namespace {
+
+// One for the process: constant-initialised, so that jobs may use it to the very end.
+std::mutex cacheMutex;
+
+int saturated(long long bytes)
+{
+    return static_cast<int>(std::clamp<long long>(bytes, 0, std::numeric_limits<int>::max()));
+}
+
+/// Positions by nearness to `index`, which comes first; of two equally near the one ahead.
+std::vector<qsizetype> nearestFirst(qsizetype count, qsizetype index)
+{
+    std::vector<qsizetype> order = {index};
+    order.reserve(static_cast<std::size_t>(count));
+    for (qsizetype distance = 1; std::ssize(order) < count; ++distance) {
+        const qsizetype ahead = index + distance;
+        order.push_back(ahead >= count ? ahead - count : ahead);
+        if (std::ssize(order) == count)
+            break;
+        const qsizetype behind = index - distance;
+        order.push_back(behind < 0 ? behind + count : behind);
+    }
+    return order;
+}
+
+} // namespace
+
+std::optional<long long> readTotalMemory(const char *path)
+{
+    const std::unique_ptr<std::FILE, int (*)(std::FILE *)> file(std::fopen(path, "r"), &std::fclose);
+    if (!file)
+        return std::nullopt;
+
+    constexpr char name[] = "MemTotal:";
+    constexpr std::size_t nameLength = sizeof name - 1;
+    unsigned long long kibibytes = 0;
+    std::array<char, 64> line = {};
+    while (std::fgets(line.data(), line.size(), file.get())) {
+        if (std::strncmp(line.data(), name, nameLength) == 0)
+            kibibytes = static_cast<unsigned long long>(std::strtol(line.data() + nameLength, nullptr, 10));
+    }
+    return static_cast<long long>(kibibytes << 10);
+}
+
+PictureCache::PictureCache(long long limit, Read read)
+    : m_read(std::move(read))
+    , ram_limit(saturated(limit))
+{
+}
+
+bool PictureCache::addToCache(const QString &path)
+{
+    {
+        const std::lock_guard lock(cacheMutex);
+        if (cache.contains(path))
+            return false;
+    }
+
+    // Decoding is the slow part and takes no lock. Another thread may be decoding the same file; the first one wins.
+    const QImage picture = m_read(path);
+
+    const std::lock_guard lock(cacheMutex);
+    if (cache.contains(path))
+        return false;
+    m_bytes += picture.sizeInBytes();
+    ram_used = saturated(m_bytes);
+    std::fprintf(stderr, "add image %s size(%lld) ram(%lld/%lld) \r\n", path.toLocal8Bit().constData(),
+                 static_cast<long long>(picture.sizeInBytes()), static_cast<long long>(ram_used),
+                 static_cast<long long>(ram_limit));
+    cache.insert(path, picture);
+    m_published.replace(cache);
+    return true;
+}
+
+bool PictureCache::removeFromCache(const QString &path)
+{
+    const std::lock_guard lock(cacheMutex);
+    const auto entry = cache.constFind(path);
+    if (entry == cache.constEnd())
+        return false;
+    const long long size = entry->sizeInBytes();
+    m_bytes -= size;
+    ram_used = saturated(m_bytes);
+    std::fprintf(stderr, "remove image %s size(%lld) ram(%lld/%lld) \r\n", path.toLocal8Bit().constData(), size,
+                 static_cast<long long>(ram_used), static_cast<long long>(ram_limit));
+    cache.erase(entry);
+    m_published.replace(cache);
+    return true;
+}
+
+QImage PictureCache::find(const QString &path) const
+{
+    return m_published.read([&path](const auto &pictures) { return pictures.value(path); });
+}
+
+bool PictureCache::contains(const QString &path) const
+{
+    return m_published.read([&path](const auto &pictures) { return pictures.contains(path); });
+}
+
+qsizetype PictureCache::count() const
+{
+    return m_published.read([](const auto &pictures) { return pictures.size(); });
+}
+
+void PictureCache::prefetch(const QStringList &images, int index)
+{
+    // One picture is left to the request: it is on its way already.
+    if (images.size() == 1)
+        return;
+
+    const std::vector<qsizetype> order = nearestFirst(images.size(), index);
+    std::size_t head = 0;
+    std::size_t tail = order.size() - 1;
+    do {
+        addToCache(images.at(order[head]));
+        while (isOverBudget()) {
+            if (tail == head || tail == 0)
+                return;
+            removeFromCache(images.at(order[tail]));
+            --tail;
+        }
+        ++head;
+    } while (head < tail && !m_abandoned);
+}
+
+} // namespace lindenreed::picture_stand

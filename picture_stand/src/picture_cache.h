@@ -1,0 +1,69 @@
+// Pictures in memory, loaded ahead of the show within a budget.
+
+#pragma once
+
+#include "published.h"
+
+#include <QImage>
+#include <QMap>
+#include <QString>
+#include <QStringList>
+
+#include <atomic>
+#include <functional>
+#include <optional>
+
+namespace lindenreed::picture_stand {
+
+/// "MemTotal:" of a file like /proc/meminfo, in bytes; 0 where the file has no such line, nothing where it cannot be
+/// opened. Lines are read in pieces of 63 characters, and the last piece that begins with the name counts.
+std::optional<long long> readTotalMemory(const char *path);
+
+/**
+ * Pictures by path, as the panel wants them but neither toned nor dithered.
+ *
+ * The budget is a soft one: only prefetch() removes pictures, add() never does. A null picture stands for a file that
+ * cannot be shown. Shared by its provider and the jobs that the provider started, which may outlive it. Any thread.
+ */
+class PictureCache
+{
+public:
+    /// How a file becomes a picture; runs on the caller's thread or a job's, also on several at once.
+    using Read = std::function<QImage(const QString &path)>;
+
+    /// The budget is in bytes; more than 2^31 - 1 counts as 2^31 - 1.
+    PictureCache(long long limit, Read read);
+
+    /// Decodes the picture unless it is here. True if this call put it in.
+    bool addToCache(const QString &path);
+    /// True if the picture was here.
+    bool removeFromCache(const QString &path);
+
+    /// The picture, null where there is none. Takes no lock.
+    QImage find(const QString &path) const;
+    bool contains(const QString &path) const;
+    qsizetype count() const;
+    int limit() const { return ram_limit; }
+    int used() const { return ram_used; }
+
+    /// Loads `images` from position `index` outwards, forward first, until the budget is met; then gives up pictures
+    /// from the far end. `index` must be a position of the list. Ends early once the owner has gone.
+    void prefetch(const QStringList &images, int index);
+    /// Nobody will ask for a picture any more.
+    void abandon() { m_abandoned = true; }
+
+private:
+    bool isOverBudget() const { return m_bytes > ram_limit; }
+
+    const Read m_read;
+    const int ram_limit;
+    std::atomic<int> ram_used = 0; ///< m_bytes as far as it goes into 31 bits
+    QMap<QString, QImage> cache; ///< behind the mutex
+    Published<QMap<QString, QImage>> m_published; ///< the same, for lookups
+
+    // A used figure that stops at 2^31 - 1 would never be above a limit of 2^31 - 1: the comparison needs the sum.
+    std::atomic<long long> m_bytes = 0;
+    std::atomic<bool> m_abandoned = false;
+};
+
+} // namespace lindenreed::picture_stand

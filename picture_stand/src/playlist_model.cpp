@@ -1,0 +1,236 @@
+#include "playlist_model.h"
+
+#include <slateview.h>
+
+#include <QFile>
+
+#include <algorithm>
+#include <iterator>
+#include <optional>
+
+namespace {
+
+constexpr qsizetype messageBytes = 255; // of a buffer of 256 with its terminator
+
+// The words of a language table that lacks them, or has them with other placeholders.
+constexpr const char *onePictureAdded = "%s picture was added to %s";
+constexpr const char *picturesAdded = "%s pictures were added to %s";
+
+/// `format` with its two "%s" replaced and "%%" as "%"; nothing if it holds any other conversion, or more or
+/// fewer.
+std::optional<QByteArray> printed(const char *format, const QByteArray &first, const QByteArray &second)
+{
+    QByteArray result;
+    int used = 0;
+    for (const char *next = format; *next != '\0'; ++next) {
+        if (*next != '%') {
+            result += *next;
+            continue;
+        }
+        ++next;
+        if (*next == '%') {
+            result += '%';
+        } else if (*next == 's' && used < 2) {
+            result += used++ == 0 ? first : second;
+        } else {
+            return std::nullopt;
+        }
+    }
+    if (used != 2)
+        return std::nullopt;
+    return result;
+}
+
+} // namespace
+
+PlaylistModel::PlaylistModel(QObject *parent)
+    : QAbstractListModel(parent)
+{
+    refreshData();
+    connect(&DataStorage::instance(), &DataStorage::changed, this, &PlaylistModel::refreshData);
+    setActiveId(-1);
+    setMode(AllViewMode);
+}
+
+void PlaylistModel::setActiveId(qlonglong id)
+{
+    if (m_activeId == id)
+        return;
+    m_activeId = id;
+    emit activeIdChanged();
+}
+
+void PlaylistModel::setMode(PlaylistMode mode)
+{
+    if (m_mode == mode)
+        return;
+    m_mode = mode;
+    emit modeChanged();
+}
+
+int PlaylistModel::rowCount(const QModelIndex &) const
+{
+    return static_cast<int>(playlists.size());
+}
+
+QVariant PlaylistModel::data(const QModelIndex &index, int role) const
+{
+    if (!index.isValid() || index.row() >= rowCount())
+        return {};
+
+    const DataStorage::Playlists &playlist = playlists.at(static_cast<std::size_t>(index.row()));
+    switch (role) {
+    case TitleRole:
+        return playlist.title;
+    case IdRole:
+        return QVariant::fromValue<qlonglong>(playlist.id);
+    case CountRole:
+        return static_cast<int>(playlist.images.size());
+    case CountExistsRole:
+        return countExistsImages(playlist.images);
+    }
+    return {};
+}
+
+QHash<int, QByteArray> PlaylistModel::roleNames() const
+{
+    return {{TitleRole, "title"},
+            {IdRole, "playlist_id"},
+            {CountRole, "count"},
+            {CountExistsRole, "count_exists"}};
+}
+
+void PlaylistModel::refreshData()
+{
+    beginResetModel();
+    std::vector<DataStorage::Playlists> fresh = DataStorage::instance().getPlaylists();
+    playlists.swap(fresh);
+    endResetModel();
+    emit countChanged();
+}
+
+// The store's signal resets the model a second time inside the bracket. The outer one also reaches the views
+// when the store could not write and says nothing.
+qlonglong PlaylistModel::addItem(QString name)
+{
+    beginResetModel();
+    const qlonglong id = DataStorage::instance().addPlaylist(name);
+    endResetModel();
+    emit countChanged();
+    return id;
+}
+
+void PlaylistModel::deleteItem(qlonglong id)
+{
+    beginResetModel();
+    DataStorage::instance().deletePlaylist(id);
+    endResetModel();
+    emit countChanged();
+}
+
+void PlaylistModel::editItem(qlonglong id, QString name)
+{
+    beginResetModel();
+    DataStorage::instance().updatePlaylist(id, name);
+    endResetModel();
+}
+
+QString PlaylistModel::getImage(int playlistId, int index)
+{
+    for (const DataStorage::Playlists &playlist : playlists) {
+        if (playlist.id != playlistId || playlist.images.size() <= index)
+            continue;
+        int existing = -1;
+        for (const QString &image : playlist.images) {
+            if (QFile::exists(image) && ++existing == index)
+                return image;
+        }
+    }
+    return {};
+}
+
+void PlaylistModel::addImagesToPlaylist(QStringList images)
+{
+    lastAddedCount = 0;
+    for (const QString &image : images) {
+        if (DataStorage::instance().addImageToPlayList(m_activeId, image))
+            ++lastAddedCount;
+    }
+}
+
+void PlaylistModel::deleteImages(qlonglong id, QStringList images)
+{
+    for (const QString &image : images)
+        DataStorage::instance().deleteImageFromPlayList(id, image);
+}
+
+void PlaylistModel::deleteImage(qlonglong id, QString image)
+{
+    DataStorage::instance().deleteImageFromPlayList(id, image);
+}
+
+int PlaylistModel::getIndexById(qlonglong id)
+{
+    const DataStorage::Playlists *playlist = find(id);
+    return playlist != nullptr ? static_cast<int>(playlist - playlists.data()) : -1;
+}
+
+QStringList PlaylistModel::getImagesById(qlonglong id)
+{
+    const DataStorage::Playlists *playlist = find(id);
+    return playlist != nullptr ? playlist->images : QStringList();
+}
+
+void PlaylistModel::openImage(QString path)
+{
+    OpenBook(path.toLocal8Bit().constData(), nullptr, 0);
+}
+
+bool PlaylistModel::hasImage(qlonglong id, QString image)
+{
+    const DataStorage::Playlists *playlist = find(id);
+    return playlist != nullptr && playlist->images.contains(image);
+}
+
+QString PlaylistModel::getImagesAddedMessage()
+{
+    // at() is meant: without an active playlist there is no sentence to say, and the run ends here.
+    const DataStorage::Playlists &playlist = playlists.at(static_cast<std::size_t>(getIndexById(m_activeId)));
+
+    const QByteArray storedTitle
+        = playlist.title.toUtf8(); // a title without a text comes back as this pointer
+    const QByteArray title = GetLangText(storedTitle.constData());
+    const QByteArray count = QByteArray::number(lastAddedCount);
+
+    const bool one = lastAddedCount == 1;
+    const char *format = one ? GetLangText("@PhotoWasAddedToPlaylist")
+                             : GetLangTextPlural("@PhotosWereAddedToPlaylist", lastAddedCount);
+    std::optional<QByteArray> message = printed(format, count, title);
+    if (!message)
+        message = printed(one ? onePictureAdded : picturesAdded, count, title);
+
+    // A character that the cut splits is shown as a replacement character.
+    return QString::fromUtf8(message->left(messageBytes));
+}
+
+bool PlaylistModel::hasExistsImage(qlonglong id)
+{
+    const DataStorage::Playlists *playlist = find(id);
+    return playlist != nullptr
+        && std::any_of(playlist->images.cbegin(), playlist->images.cend(),
+                       [](const QString &image) { return QFile::exists(image); });
+}
+
+int PlaylistModel::countExistsImages(QStringList list) const
+{
+    return static_cast<int>(
+        std::count_if(list.cbegin(), list.cend(), [](const QString &image) { return QFile::exists(image); }));
+}
+
+const DataStorage::Playlists *PlaylistModel::find(qlonglong id) const
+{
+    const auto found
+        = std::find_if(playlists.cbegin(), playlists.cend(),
+                       [id](const DataStorage::Playlists &playlist) { return playlist.id == id; });
+    return found != playlists.cend() ? &*found : nullptr;
+}

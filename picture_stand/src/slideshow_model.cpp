@@ -1,0 +1,246 @@
+#include "slideshow_model.h"
+
+#include "regular_file.h"
+
+#include <boardconf.h>
+#include <shared_tools/eink_interface.h>
+#include <slateview.h>
+
+#include <QDirIterator>
+#include <QFile>
+#include <QFileInfo>
+
+#include <libexif/exif-data.h>
+
+#include <algorithm>
+#include <array>
+#include <cstdlib>
+#include <ctime>
+#include <limits>
+#include <memory>
+
+using namespace Qt::StringLiterals;
+
+namespace lindenreed::picture_stand {
+
+namespace {
+
+constexpr char timerName[] = "nextImageEvent";
+
+/// The date in the picture's EXIF data, invalid where there is none.
+QDateTime exifDateTime(const QString &path)
+{
+    if (!isRegularFile(path))
+        return {};
+    const std::unique_ptr<ExifData, void (*)(ExifData *)> data(
+        exif_data_new_from_file(QFile::encodeName(path).constData()), &exif_data_unref);
+    if (!data)
+        return {};
+    ExifEntry *entry = exif_content_get_entry(data->ifd[EXIF_IFD_EXIF], EXIF_TAG_DATE_TIME_ORIGINAL);
+    if (!entry)
+        return {};
+    std::array<char, 1024> text = {};
+    exif_entry_get_value(entry, text.data(), text.size());
+    return QDateTime::fromString(QString::fromUtf8(text.data()), Qt::ISODate);
+}
+
+} // namespace
+
+SlideshowModel::SlideshowModel(QObject *parent)
+    : QObject(parent)
+{
+}
+
+SlideshowModel::~SlideshowModel()
+{
+    // The device must never be left with its automatisms off.
+    stop();
+}
+
+QString SlideshowModel::currentImage() const
+{
+    return hasCurrent() ? m_images.at(m_index) : QString();
+}
+
+QDateTime SlideshowModel::createdDateTime() const
+{
+    if (!hasCurrent())
+        return {};
+    const QString &path = m_images.at(m_index);
+    const QDateTime taken = exifDateTime(path);
+    if (taken.isValid())
+        return taken;
+    // Every file that exists has this date, so that there is always one to show.
+    return QFileInfo(path).fileTime(QFileDevice::FileAccessTime);
+}
+
+void SlideshowModel::initFromFolder(const QString &path, int interval)
+{
+    m_folder = path;
+    const QStringList filters = u"*.jpg|*.png|*.bmp|*.jpeg|*.tiff|*.tif|*.svg"_s.split(u'|');
+    QDirIterator files(path, filters, QDir::Files | QDir::NoDotAndDotDot, QDirIterator::Subdirectories);
+    while (files.hasNext()) {
+        const QString file = files.next();
+        if (isRegularFile(file) && !file.contains("/system/"_L1))
+            m_images.append(file);
+    }
+    m_index = 0;
+    m_interval = interval;
+}
+
+void SlideshowModel::setCurrentFile(const QString &path)
+{
+    if (path.isEmpty())
+        return;
+    const qsizetype index = m_images.indexOf(QFileInfo(path).filePath());
+    if (index < 0)
+        return;
+    m_index = static_cast<int>(index);
+    emit current_imageChanged();
+}
+
+void SlideshowModel::resumeTimer()
+{
+    if (m_running)
+        armTimer();
+}
+
+void SlideshowModel::nextImage()
+{
+    step();
+    refreshCurrent();
+    BanSleep(1);
+}
+
+void SlideshowModel::prevImage()
+{
+    // No BanSleep here, unlike the step forward: this step is always the user's.
+    m_index = (m_index < 1 ? static_cast<int>(m_images.size()) : m_index) - 1;
+    refreshCurrent();
+}
+
+void SlideshowModel::intervalChange(int seconds)
+{
+    m_interval = seconds;
+    ClearTimerByName(timerName);
+    if (m_running)
+        armTimer();
+}
+
+void SlideshowModel::shuffleChange(bool shuffle)
+{
+    if (shuffle) {
+        // Never seeded, by intent: every start of the program walks through the same shuffles.
+        for (int i = 1; i < m_images.size(); ++i) {
+            const int j = std::rand() % (i + 1);
+            if (j != i)
+                m_images.swapItemsAt(i, j);
+        }
+    } else {
+        std::sort(m_images.begin(), m_images.end());
+    }
+    requestPrefetch();
+}
+
+void SlideshowModel::stop()
+{
+    m_running = false;
+    SetAutoPowerOff(1);
+    SetAutoKeylock(1);
+    ClearTimerByName(timerName);
+}
+
+void SlideshowModel::start()
+{
+    if (m_images.isEmpty())
+        return;
+    m_running = true;
+    SetAutoPowerOff(0);
+    SetAutoKeylock(0);
+    ClearTimerByName(timerName);
+    armTimer();
+}
+
+void SlideshowModel::onForeground()
+{
+    if (m_wasRunning)
+        start();
+}
+
+void SlideshowModel::onBackground()
+{
+    m_wasRunning = m_running;
+    stop();
+}
+
+void SlideshowModel::switchHQUpdates(bool value)
+{
+    if (device_display_colormask() != 0)
+        utilities::EinkInterface::instance().platform()->setFastUpdates(!value);
+}
+
+double SlideshowModel::getTouchDragZone()
+{
+    return device_display_dpi() * 1.6;
+}
+
+QString SlideshowModel::getTimeString(QString format, QDateTime dateTime)
+{
+    const auto seconds = static_cast<std::time_t>(dateTime.toSecsSinceEpoch());
+    std::tm time = {};
+    localtime_r(&seconds, &time);
+    std::array<char, 128> text = {};
+    GetLangTime(text.data(), static_cast<int>(text.size()), format.toUtf8().constData(), &time, 0);
+    return QString::fromUtf8(text.data());
+}
+
+void SlideshowModel::initFromList(QStringList images, int interval)
+{
+    m_index = 0;
+    m_interval = interval;
+    m_images.clear();
+    for (const QString &path : std::as_const(images)) {
+        if (QFile(path).exists())
+            m_images.append(path);
+    }
+}
+
+void SlideshowModel::tick(void *context)
+{
+    auto *model = static_cast<SlideshowModel *>(context);
+    if (!model->m_running)
+        return;
+    model->nextImage();
+}
+
+void SlideshowModel::step()
+{
+    ++m_index;
+    if (m_index >= m_images.size())
+        m_index = 0;
+}
+
+void SlideshowModel::refreshCurrent()
+{
+    emit current_imageChanged();
+    emit loadToCache(m_images, m_index);
+    ClearTimerByName(timerName);
+    if (m_running)
+        armTimer();
+}
+
+void SlideshowModel::requestPrefetch()
+{
+    if (!m_images.isEmpty())
+        emit loadToCache(m_images, m_index);
+}
+
+void SlideshowModel::armTimer()
+{
+    // A stored interval may be any int; more than 24 days is as good as 24 days.
+    const auto milliseconds = std::min<long long>(m_interval * 1000LL, std::numeric_limits<int>::max());
+    SetHardTimerEx(timerName, &SlideshowModel::tick, this,
+                   static_cast<int>(std::max<long long>(milliseconds, std::numeric_limits<int>::min())));
+}
+
+} // namespace lindenreed::picture_stand

@@ -1,0 +1,100 @@
+// The real program beside a test, driven through its control socket as any client would.
+
+#pragma once
+
+#include <control_client.h>
+
+#include <QCoreApplication>
+#include <QFile>
+#include <QJsonArray>
+#include <QJsonObject>
+#include <QProcess>
+#include <QTest>
+
+#include <optional>
+
+/// The picture frame, started in the device root that the test itself runs in. Its end ends the program.
+class ShowDevice
+{
+public:
+    ~ShowDevice()
+    {
+        if (m_program.state() != QProcess::NotRunning) {
+            m_program.kill();
+            m_program.waitForFinished();
+        }
+    }
+
+    /// Waits until the first screen is complete.
+    bool start()
+    {
+        m_program.setProcessChannelMode(QProcess::SeparateChannels);
+        m_program.start(QCoreApplication::applicationDirPath() + QStringLiteral("/picture_stand"),
+                        QStringList());
+        if (!m_program.waitForStarted())
+            return false;
+        for (int tries = 0; tries < 300 && !m_client && m_program.state() != QProcess::NotRunning; ++tries) {
+            QString error;
+            m_client = lindenreed::remote::ControlClient::connectTo(QStringLiteral("/devroot/run"), &error);
+            if (!m_client)
+                QTest::qWait(50);
+        }
+        return m_client && idle();
+    }
+
+    QJsonObject ask(const QString &command, const QJsonObject &members = {})
+    {
+        return m_client->ask(command, members);
+    }
+    bool does(const QString &command, const QJsonObject &members = {})
+    {
+        const QJsonObject answer = ask(command, members);
+        if (!answer.value(QLatin1String("ok")).toBool())
+            qWarning("%s: %s", qUtf8Printable(command),
+                     qUtf8Printable(answer.value(QLatin1String("message")).toString()));
+        return answer.value(QLatin1String("ok")).toBool();
+    }
+    bool idle() { return does(QStringLiteral("idle"), {{QStringLiteral("ms"), 150}}); }
+    bool tap(int x, int y)
+    {
+        return does(QStringLiteral("tap"), {{QStringLiteral("x"), x}, {QStringLiteral("y"), y}}) && idle();
+    }
+    bool drag(int x1, int y1, int x2, int y2)
+    {
+        return does(QStringLiteral("drag"),
+                    {{QStringLiteral("x1"), x1},
+                     {QStringLiteral("y1"), y1},
+                     {QStringLiteral("x2"), x2},
+                     {QStringLiteral("y2"), y2}})
+            && idle();
+    }
+    bool fire(const QString &timer)
+    {
+        return does(QStringLiteral("fire"), {{QStringLiteral("name"), timer}}) && idle();
+    }
+    bool press(const QString &name)
+    {
+        return does(QStringLiteral("press"), {{QStringLiteral("name"), name}}) && idle();
+    }
+    QImage screenshot() const { return m_client->screenshot(); }
+    QJsonObject state() { return ask(QStringLiteral("state")); }
+    QJsonArray journal()
+    {
+        return ask(QStringLiteral("journal"), {{QStringLiteral("n"), 1000}})
+            .value(QLatin1String("calls"))
+            .toArray();
+    }
+
+    QProcess &program() { return m_program; }
+
+    /// What the program has written to standard error since the last call.
+    QByteArray errors()
+    {
+        QCoreApplication::processEvents();
+        return m_program.readAllStandardError();
+    }
+
+private:
+    QProcess m_program;
+    std::optional<lindenreed::remote::ControlClient> m_client;
+};

@@ -1,0 +1,208 @@
+// Profile files: every value is checked, and the shipped ones are what they promise.
+
+#include <paths.h>
+#include <profile.h>
+
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+using namespace lindenreed::device;
+
+class tst_Profile : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void dataFolderIsAbsolute();
+    void shipped_data();
+    void shipped();
+    void defaultIsGrey6();
+    void missingMembersAreThoseOfTheDefault();
+    void refused_data();
+    void refused();
+    void limitsAreAccepted();
+    void missingFile();
+    void namesStayInTheFolder_data();
+    void namesStayInTheFolder();
+
+private:
+    QString write(const QByteArray &content)
+    {
+        const QString path = m_folder.filePath(u"profile.json"_s);
+        QFile file(path);
+        if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size())
+            qFatal("The test's file cannot be written.");
+        return path;
+    }
+
+    QTemporaryDir m_folder;
+};
+
+void tst_Profile::dataFolderIsAbsolute()
+{
+    const QString folder = dataFolder();
+    QVERIFY2(folder.startsWith(u'/') && folder.endsWith(u"/share/picture_stand"_s), qPrintable(folder));
+    QVERIFY(QDir(folder + u"/profiles"_s).exists());
+}
+
+void tst_Profile::shipped_data()
+{
+    QTest::addColumn<QSize>("size");
+    QTest::addColumn<int>("dpi");
+    QTest::addColumn<bool>("colour");
+    QTest::addColumn<int>("levels");
+
+    QTest::newRow("grey-6") << QSize(758, 1024) << 212 << false << 16;
+    QTest::newRow("grey-8") << QSize(1404, 1872) << 300 << false << 16;
+    QTest::newRow("colour-6") << QSize(1072, 1448) << 300 << true << 256;
+}
+
+void tst_Profile::shipped()
+{
+    QFETCH(QSize, size);
+    QFETCH(int, dpi);
+    QFETCH(bool, colour);
+    QFETCH(int, levels);
+
+    QString error;
+    const QString name = QString::fromLatin1(QTest::currentDataTag());
+    const auto profile = Profile::named(name, &error);
+    QVERIFY2(profile, qPrintable(error));
+    QCOMPARE(profile->name, name);
+    QCOMPARE(profile->panelSize, size);
+    QCOMPARE(profile->dpi, dpi);
+    QCOMPARE(profile->colourMask != 0, colour);
+    QCOMPARE(profile->levels, levels);
+    QVERIFY(profile->statusHeight > 0);
+}
+
+void tst_Profile::defaultIsGrey6()
+{
+    const auto grey = Profile::named(u"grey-6"_s, nullptr);
+    const Profile standard;
+    QVERIFY(grey);
+    QCOMPARE(grey->name, standard.name);
+    QCOMPARE(grey->panelSize, standard.panelSize);
+    QCOMPARE(grey->dpi, standard.dpi);
+    QCOMPARE(grey->colourMask, standard.colourMask);
+    QCOMPARE(grey->platformNumber, standard.platformNumber);
+    QCOMPARE(grey->touch, standard.touch);
+    QCOMPARE(grey->upsideDown, standard.upsideDown);
+    QCOMPARE(grey->statusHeight, standard.statusHeight);
+    QCOMPARE(grey->frontlight, standard.frontlight);
+    QCOMPARE(grey->colourLight, standard.colourLight);
+    QCOMPARE(grey->levels, standard.levels);
+}
+
+void tst_Profile::missingMembersAreThoseOfTheDefault()
+{
+    const auto profile = Profile::read(write(R"({"name":"mine","width":400,"touch":false})"), nullptr);
+    QVERIFY(profile);
+    QCOMPARE(profile->name, u"mine"_s);
+    QCOMPARE(profile->panelSize, QSize(400, 1024));
+    QCOMPARE(profile->touch, false);
+    QCOMPARE(profile->dpi, 212);
+}
+
+void tst_Profile::refused_data()
+{
+    QTest::addColumn<QByteArray>("content");
+    QTest::addColumn<QString>("complaint");
+
+    const auto row = [](const char *name, const QByteArray &content, const QString &complaint) {
+        QTest::newRow(name) << content << complaint;
+    };
+    row("empty file", "", u"is no JSON object"_s);
+    row("no JSON", "width=3", u"is no JSON object"_s);
+    row("an array", "[1]", u"is no JSON object (another value)"_s);
+    row("binary bytes", QByteArray("\x00\xff\x7f", 3), u"is no JSON object"_s);
+    row("no name", R"({"width":100})", u"\"name\" must be a text that is not empty"_s);
+    row("empty name", R"({"name":""})", u"\"name\" must be a text that is not empty"_s);
+    row("a number as name", R"({"name":3})", u"\"name\" must be a text that is not empty"_s);
+    row("width of 0", R"({"name":"a","width":0})", u"\"width\" must be a whole number from 1 to 10000"_s);
+    row("width of 10001", R"({"name":"a","width":10001})",
+        u"\"width\" must be a whole number from 1 to 10000"_s);
+    row("width of a half", R"({"name":"a","width":99.5})",
+        u"\"width\" must be a whole number from 1 to 10000"_s);
+    row("width as text", R"({"name":"a","width":"100"})",
+        u"\"width\" must be a whole number from 1 to 10000"_s);
+    row("width as null", R"({"name":"a","width":null})",
+        u"\"width\" must be a whole number from 1 to 10000"_s);
+    row("huge height", R"({"name":"a","height":1e300})",
+        u"\"height\" must be a whole number from 1 to 10000"_s);
+    row("dpi of 49", R"({"name":"a","dpi":49})", u"\"dpi\" must be a whole number from 50 to 1000"_s);
+    row("dpi of 1001", R"({"name":"a","dpi":1001})", u"\"dpi\" must be a whole number from 50 to 1000"_s);
+    row("negative colour", R"({"name":"a","colour":-1})",
+        u"\"colour\" must be a whole number from 0 to 65535"_s);
+    row("negative platform", R"({"name":"a","platform":-1})",
+        u"\"platform\" must be a whole number from 0 to 65535"_s);
+    row("17 levels", R"({"name":"a","levels":17})", u"\"levels\" must be 16 or 256"_s);
+    row("a switch as number", R"({"name":"a","touch":1})", u"\"touch\" must be true or false"_s);
+    row("a switch as text", R"({"name":"a","upside_down":"no"})", u"\"upside_down\" must be true or false"_s);
+    row("frontlight as number", R"({"name":"a","frontlight":0})", u"\"frontlight\" must be true or false"_s);
+    row("colour light as null", R"({"name":"a","colour_light":null})",
+        u"\"colour_light\" must be true or false"_s);
+    row("status panel as wide as the screen", R"({"name":"a","width":40,"status_height":40})",
+        u"\"status_height\" must be less than width and height"_s);
+    row("unknown member", R"({"name":"a","weight":3})", u"\"weight\" is not known"_s);
+}
+
+void tst_Profile::refused()
+{
+    QFETCH(QByteArray, content);
+    QFETCH(QString, complaint);
+
+    const QString path = write(content);
+    QString error;
+    QVERIFY(!Profile::read(path, &error));
+    QVERIFY2(error.startsWith(u"The profile "_s + path), qPrintable(error));
+    QVERIFY2(error.contains(complaint) && error.endsWith(u'.') && !error.contains(u'\n'), qPrintable(error));
+    QVERIFY(!Profile::read(path, nullptr));
+}
+
+void tst_Profile::limitsAreAccepted()
+{
+    const auto largest = Profile::read(
+        write(R"({"name":"a","width":10000,"height":10000,"dpi":1000,"status_height":9999,"levels":256})"),
+        nullptr);
+    QVERIFY(largest);
+    QCOMPARE(largest->panelSize, QSize(10000, 10000));
+    const auto smallest
+        = Profile::read(write(R"({"name":"a","width":1,"height":1,"dpi":50,"status_height":0})"), nullptr);
+    QVERIFY(smallest);
+    QCOMPARE(smallest->panelSize, QSize(1, 1));
+}
+
+void tst_Profile::missingFile()
+{
+    QString error;
+    QVERIFY(!Profile::read(u"/nowhere/profile.json"_s, &error));
+    QCOMPARE(error, u"The profile /nowhere/profile.json cannot be read."_s);
+    QVERIFY(!Profile::read(m_folder.path(), &error)); // a folder
+}
+
+void tst_Profile::namesStayInTheFolder_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::newRow("unknown") << u"grey-7"_s;
+    QTest::newRow("empty") << QString();
+    QTest::newRow("out of the folder") << u"../profiles/grey-6"_s;
+    QTest::newRow("absolute") << u"/etc/passwd"_s;
+    QTest::newRow("with its ending") << u"grey-6.json"_s;
+    QTest::newRow("with a line end") << u"grey-6\n"_s;
+}
+
+void tst_Profile::namesStayInTheFolder()
+{
+    QFETCH(QString, name);
+    QString error;
+    QVERIFY(!Profile::named(name, &error));
+    QVERIFY2(error.startsWith(u"There is no profile \"%1\"; there are: "_s.arg(name)), qPrintable(error));
+    QVERIFY2(error.contains(u"colour-6, grey-6, "_s), qPrintable(error));
+}
+
+QTEST_GUILESS_MAIN(tst_Profile)
+#include "tst_profile.moc"

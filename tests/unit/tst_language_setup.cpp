@@ -1,0 +1,101 @@
+// The language of the environment, each time in a process of its own, as the program sets it up before anything else.
+
+#include "language_setup.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QProcess>
+#include <QTest>
+
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+const QString configPath = u"/mnt/ext1/system/config/global.cfg"_s;
+const QString aliasPath = u"/devroot/share/locale/locale.alias"_s;
+
+bool put(const QString &path, const QByteArray &contents)
+{
+    QFile::remove(path);
+    if (contents == "missing")
+        return true;
+    QDir().mkpath(QFileInfo(path).path());
+    QFile file(path);
+    return file.open(QIODevice::WriteOnly) && file.write(contents) == contents.size();
+}
+
+} // namespace
+
+class tst_LanguageSetup : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void language_data();
+    void language();
+};
+
+void tst_LanguageSetup::language_data()
+{
+    QTest::addColumn<QByteArray>("config");
+    QTest::addColumn<QByteArray>("aliases");
+    QTest::addColumn<QByteArray>("lang"); // "inherited" is what the child starts with
+
+    const QByteArray german = "language=de\n";
+    const QByteArray aliases = "en en_GB.UTF-8\nde de_DE.UTF-8\nder wrong\nde de_AT.UTF-8\n";
+    QTest::newRow("an entry") << german << aliases << QByteArray("de_DE.UTF-8"); // of two the first
+    QTest::newRow("no configuration: en") << QByteArray("missing") << aliases << QByteArray("en_GB.UTF-8");
+    QTest::newRow("an empty configuration: en") << QByteArray() << aliases << QByteArray("en_GB.UTF-8");
+    QTest::newRow("CR LF") << QByteArray("language=de\r\n") << aliases << QByteArray("de_DE.UTF-8");
+    QTest::newRow("a key twice: the last") << QByteArray("language=en\nlanguage=de\n") << aliases
+                                           << QByteArray("de_DE.UTF-8");
+    QTest::newRow("no alias file") << german << QByteArray("missing") << QByteArray("inherited");
+    QTest::newRow("an empty alias file") << german << QByteArray() << QByteArray("inherited");
+    QTest::newRow("no such language") << QByteArray("language=xx\n") << aliases << QByteArray("inherited");
+    QTest::newRow("a longer name does not count") << QByteArray("language=d\n") << aliases << QByteArray("inherited");
+    QTest::newRow("letters count") << QByteArray("language=DE\n") << aliases << QByteArray("inherited");
+    QTest::newRow("one token: an empty LANG") << german << QByteArray("de\nde de_DE.UTF-8\n") << QByteArray();
+    QTest::newRow("one token on the line before") << german << QByteArray("en\nde de_DE\n") << QByteArray("de_DE");
+    QTest::newRow("further tokens, blanks and tabs")
+        << german << QByteArray("\n  \t de \t de_CH.UTF-8 # Swiss\n") << QByteArray("de_CH.UTF-8");
+    QTest::newRow("a last line without end") << german << QByteArray("de de_LU") << QByteArray("de_LU");
+    QTest::newRow("a line of a megabyte, and bytes that are no text")
+        << german << "\xff\xfe " + QByteArray(1 << 20, 'x') + "\nde de_DE\n" << QByteArray("de_DE");
+}
+
+void tst_LanguageSetup::language()
+{
+    QFETCH(QByteArray, config);
+    QFETCH(QByteArray, aliases);
+    QFETCH(QByteArray, lang);
+
+    QVERIFY(put(configPath, config) && put(aliasPath, aliases));
+    QProcess child;
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(u"LANG"_s, u"inherited"_s);
+    child.setProcessEnvironment(environment);
+    child.start(QCoreApplication::applicationFilePath(), {u"--set-up"_s});
+    QVERIFY(child.waitForFinished());
+    QCOMPARE(child.exitCode(), 0);
+    QCOMPARE(child.readAllStandardOutput(), lang);
+}
+
+int main(int argc, char **argv)
+{
+    if (argc == 2 && std::strcmp(argv[1], "--set-up") == 0) {
+        lindenreed::picture_stand::setUpLanguage();
+        const char *lang = std::getenv("LANG");
+        return lang && std::fputs(lang, stdout) >= 0 ? 0 : 1;
+    }
+    QCoreApplication application(argc, argv);
+    tst_LanguageSetup test;
+    return QTest::qExec(&test, argc, argv);
+}
+
+#include "tst_language_setup.moc"

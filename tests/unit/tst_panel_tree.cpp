@@ -1,0 +1,339 @@
+// The tree of what can be seen and reached, and acting on items by their names.
+
+#include "panel_application.h"
+#include "panel_qml.h"
+#include "panel_remote.h"
+#include "panel_view.h"
+
+#include <device.h>
+
+#include <QJsonArray>
+#include <QQuickItem>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+QString code(const QJsonObject &answer)
+{
+    return answer.value(u"ok"_s).toBool() ? u"ok"_s : answer.value(u"error"_s).toString();
+}
+
+/// All nodes, in the order of the tree.
+QList<QJsonObject> flat(const QJsonArray &nodes)
+{
+    QList<QJsonObject> all;
+    for (const QJsonValue &node : nodes) {
+        all.append(node.toObject());
+        all.append(flat(node.toObject().value(u"children"_s).toArray()));
+    }
+    return all;
+}
+
+QRect rectangleOf(const QJsonObject &node)
+{
+    const QJsonObject rectangle = node.value(u"rectangle"_s).toObject();
+    return QRect(rectangle.value(u"x"_s).toInt(), rectangle.value(u"y"_s).toInt(),
+                 rectangle.value(u"width"_s).toInt(), rectangle.value(u"height"_s).toInt());
+}
+
+} // namespace
+
+class tst_PanelTree : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void cleanup();
+    void textsAndButtons();
+    void readingOrder();
+    void invisibleItemsAreLeftOut();
+    void ignoredItemsAreLeftOut();
+    void clippedItemsAreCut();
+    void coveredItemsAreLeftOut();
+    void transparentCoverDoesNotMatter();
+    void ownBackgroundDoesNotCover();
+    void windowAboveCovers();
+    void idInsideAndOutside();
+    void checkedAndValue();
+    void styledTextIsPlain();
+    void statusPanelIsListed();
+    void press_data();
+    void press();
+    void pressIsRefused();
+    void pressNth();
+    void increaseAndDecrease();
+    void namelessRoot();
+
+private:
+    void load(const QByteArray &qml)
+    {
+        m_window = loadWindow(m_engine,
+                              "Window { id: root; width: 758; height: 979; visible: true\n"
+                              "property var log: []\nfunction note(t) { log = log.concat([t]) }\n"
+                                  + qml + "\n}");
+        QVERIFY(panel_view::waitUntilStill());
+    }
+    QStringList log() const { return m_window->property("log").toStringList(); }
+    QList<QJsonObject> nodes() { return flat(m_remote.ask(u"tree"_s).value(u"tree"_s).toArray()); }
+    QStringList names()
+    {
+        QStringList names;
+        for (const QJsonObject &node : nodes()) {
+            if (node.value(u"role"_s) != u"StatusBar"_s)
+                names.append(node.value(u"name"_s).toString());
+        }
+        return names;
+    }
+    QString act(const QString &command, const QString &name, int n = 1)
+    {
+        const QJsonObject answer = m_remote.ask(command, {{u"name"_s, name}, {u"n"_s, n}});
+        if (answer.contains(u"message"_s))
+            qInfo("%s", qUtf8Printable(answer.value(u"message"_s).toString()));
+        return code(answer);
+    }
+
+    QQmlEngine m_engine;
+    std::unique_ptr<QQuickWindow> m_window;
+    PanelRemote m_remote;
+};
+
+void tst_PanelTree::cleanup()
+{
+    m_window.reset();
+}
+
+void tst_PanelTree::textsAndButtons()
+{
+    load(R"(
+        Text { x: 10; y: 20; width: 100; height: 30; text: "Plain" }
+        Item { x: 10; y: 100; width: 200; height: 50; Accessible.role: Accessible.Button; Accessible.name: "Play"
+               Text { id: label; anchors.fill: parent; text: "Inside"; enabled: false } })");
+    const QJsonArray tree = m_remote.ask(u"tree"_s).value(u"tree"_s).toArray();
+    QCOMPARE(tree.size(), 3); // with the status panel
+    const QJsonObject text = tree.at(1).toObject();
+    QCOMPARE(text.value(u"name"_s).toString(), u"Plain"_s);
+    QCOMPARE(text.value(u"role"_s).toString(), u"StaticText"_s);
+    QCOMPARE(rectangleOf(text), QRect(10, 65, 100, 30)); // screen pixels
+    QVERIFY(text.value(u"enabled"_s).toBool());
+    QVERIFY(!text.contains(u"checked"_s));
+    const QJsonObject button = tree.at(2).toObject();
+    QCOMPARE(button.value(u"name"_s).toString(), u"Play"_s);
+    QCOMPARE(button.value(u"role"_s).toString(), u"Button"_s);
+    const QJsonObject inside = button.value(u"children"_s).toArray().at(0).toObject();
+    QCOMPARE(inside.value(u"name"_s).toString(), u"Inside"_s);
+    QCOMPARE(inside.value(u"id"_s).toString(), u"label"_s);
+    QVERIFY(!inside.value(u"enabled"_s).toBool());
+}
+
+void tst_PanelTree::readingOrder()
+{
+    load(R"(
+        Text { x: 300; y: 200; text: "4" }
+        Text { x: 100; y: 100; text: "2" }
+        Text { x: 10; y: 200; text: "3" }
+        Item { Text { x: 200; y: 10; text: "1" } })");
+    QCOMPARE(names(), QStringList({u"1"_s, u"2"_s, u"3"_s, u"4"_s}));
+}
+
+void tst_PanelTree::invisibleItemsAreLeftOut()
+{
+    load(R"(
+        Text { text: "shown" }
+        Text { y: 50; text: "hidden"; visible: false }
+        Item { y: 100; visible: false; Text { text: "in a hidden item" } }
+        Text { y: 150; text: "clear"; opacity: 0 }
+        Item { y: 200; opacity: 0; Text { text: "in a clear item" } }
+        Text { x: 800; text: "beside the screen" }
+        Text { y: 250; text: "" }
+        Text { y: 300; width: 0; text: "without width" })");
+    QCOMPARE(names(), QStringList{u"shown"_s});
+}
+
+void tst_PanelTree::ignoredItemsAreLeftOut()
+{
+    load(R"(Item { width: 100; height: 50; Accessible.role: Accessible.Button; Accessible.name: "Play"
+                   Text { text: "Play"; Accessible.ignored: true } })");
+    QCOMPARE(names(), QStringList{u"Play"_s});
+}
+
+void tst_PanelTree::clippedItemsAreCut()
+{
+    load(R"(
+        Item { x: 100; y: 100; width: 200; height: 100; clip: true
+            Text { x: -20; y: -10; width: 100; height: 30; text: "cut" }
+            Text { y: 150; text: "scrolled out" }
+            Item { x: 50; y: 50; width: 500; height: 500; clip: true
+                Text { width: 400; height: 400; text: "cut twice" } } })");
+    QCOMPARE(names(), QStringList({u"cut"_s, u"cut twice"_s}));
+    const QList<QJsonObject> all = nodes();
+    QCOMPARE(rectangleOf(all.at(1)), QRect(100, 145, 80, 20));
+    QCOMPARE(rectangleOf(all.at(2)), QRect(150, 195, 150, 50));
+}
+
+void tst_PanelTree::coveredItemsAreLeftOut()
+{
+    load(R"(
+        Item { width: 100; height: 50; Accessible.role: Accessible.Button; Accessible.name: "Below"
+               Accessible.onPressAction: root.note("below") }
+        Item { y: 100; width: 100; height: 50; Accessible.role: Accessible.Button; Accessible.name: "Partly"
+               Accessible.onPressAction: root.note("partly") }
+        Rectangle { width: 200; height: 120; z: 1; color: "white"; Text { text: "Dialog" } })");
+    QCOMPARE(names(), QStringList({u"Dialog"_s, u"Partly"_s}));
+    QCOMPARE(act(u"press"_s, u"Below"_s), u"not-possible"_s);
+    QCOMPARE(act(u"press"_s, u"Partly"_s), u"ok"_s);
+    QCOMPARE(log(), QStringList{u"partly"_s});
+}
+
+void tst_PanelTree::transparentCoverDoesNotMatter()
+{
+    load(R"(
+        Item { width: 100; height: 50; Accessible.role: Accessible.Button; Accessible.name: "Below"
+               Accessible.onPressAction: root.note("below") }
+        MouseArea { anchors.fill: parent }
+        Rectangle { anchors.fill: parent; color: "#80000000" }
+        Rectangle { anchors.fill: parent; color: "white"; opacity: 0.5 })");
+    QCOMPARE(act(u"press"_s, u"Below"_s), u"ok"_s);
+    QCOMPARE(log(), QStringList{u"below"_s});
+}
+
+void tst_PanelTree::ownBackgroundDoesNotCover()
+{
+    load(R"(Item { width: 100; height: 50; Accessible.role: Accessible.Button; Accessible.name: "Play"
+                   Accessible.onPressAction: root.note("play")
+                   Rectangle { anchors.fill: parent; color: "white" } })");
+    QCOMPARE(act(u"press"_s, u"Play"_s), u"ok"_s);
+}
+
+void tst_PanelTree::windowAboveCovers()
+{
+    load(R"(Text { text: "Below" } Text { y: 500; text: "Free" })");
+    const auto above = loadWindow(m_engine, R"(Window { y: 45; width: 758; height: 200; visible: true
+                                                        Text { text: "Above" } })");
+    QVERIFY(panel_view::waitUntilStill());
+    QCOMPARE(names(), QStringList({u"Above"_s, u"Free"_s}));
+}
+
+void tst_PanelTree::idInsideAndOutside()
+{
+    load(R"(
+        component Row: Item { id: inner; width: 100; height: 20; Accessible.name: "row"; Text { id: row_text; text: "t" } }
+        Row { id: outer }
+        Row { y: 50 })");
+    QStringList ids;
+    for (const QJsonObject &node : nodes()) {
+        if (node.value(u"name"_s) == u"row"_s)
+            ids.append(node.value(u"id"_s).toString());
+    }
+    QCOMPARE(ids, QStringList({u"outer"_s, u"inner"_s}));
+}
+
+void tst_PanelTree::checkedAndValue()
+{
+    load(R"(
+        Item { width: 100; height: 50; Accessible.role: Accessible.CheckBox; Accessible.name: "on"
+               Accessible.checkable: true; Accessible.checked: true }
+        Item { y: 100; width: 100; height: 50; Accessible.role: Accessible.CheckBox; Accessible.name: "off"
+               Accessible.checkable: true; Accessible.checked: false }
+        Item { y: 200; width: 100; height: 50; Accessible.role: Accessible.Slider; Accessible.name: "light"
+               property int value: 40; property int minimumValue: 0; property int maximumValue: 100 }
+        TextInput { y: 300; width: 100; height: 50; text: "typed" })");
+    const QList<QJsonObject> all = nodes();
+    QCOMPARE(all.at(1).value(u"checked"_s), QJsonValue(true));
+    QCOMPARE(all.at(2).value(u"checked"_s), QJsonValue(false));
+    QCOMPARE(all.at(3).value(u"value"_s).toString(), u"40"_s);
+    QCOMPARE(all.at(4).value(u"value"_s).toString(), u"typed"_s);
+    QCOMPARE(all.at(4).value(u"role"_s).toString(), u"EditableText"_s);
+}
+
+void tst_PanelTree::styledTextIsPlain()
+{
+    load(
+        R"(Text { text: "<b>Bold</b> &amp; plain" } Text { y: 50; textFormat: Text.PlainText; text: "<b>as it is</b>" })");
+    QCOMPARE(names(), QStringList({u"Bold & plain"_s, u"<b>as it is</b>"_s}));
+}
+
+void tst_PanelTree::statusPanelIsListed()
+{
+    load(R"(Text { text: "x" })");
+    const QJsonObject first = nodes().at(0);
+    QCOMPARE(first.value(u"role"_s).toString(), u"StatusBar"_s);
+    QCOMPARE(rectangleOf(first), QRect(0, 0, 758, 45));
+    QVERIFY(first.value(u"value"_s).toString().contains(u':'));
+}
+
+void tst_PanelTree::press_data()
+{
+    QTest::addColumn<QJsonObject>("members");
+    QTest::newRow("by name") << QJsonObject{{u"name"_s, u"Play"_s}};
+    QTest::newRow("by id") << QJsonObject{{u"name"_s, u"#play_button"_s}};
+    QTest::newRow("the first, said so") << QJsonObject{{u"name"_s, u"Play"_s}, {u"n"_s, 1}};
+}
+
+void tst_PanelTree::press()
+{
+    QFETCH(QJsonObject, members);
+    // The label of the same name comes first in reading order and knows no action.
+    load(R"(
+        Text { text: "Play" }
+        Item { id: play_button; y: 100; width: 100; height: 50
+               Accessible.role: Accessible.Button; Accessible.name: "Play"; Accessible.onPressAction: root.note("pressed") })");
+    QCOMPARE(code(m_remote.ask(u"press"_s, members)), u"ok"_s);
+    QCOMPARE(log(), QStringList{u"pressed"_s});
+}
+
+void tst_PanelTree::pressIsRefused()
+{
+    load(R"(
+        Item { enabled: false
+            Item { width: 100; height: 50; Accessible.role: Accessible.Button; Accessible.name: "Disabled"
+                   Accessible.onPressAction: root.note("disabled") } }
+        Item { y: 100; width: 100; height: 50; visible: false; Accessible.role: Accessible.Button
+               Accessible.name: "Hidden"; Accessible.onPressAction: root.note("hidden") }
+        Text { y: 200; text: "Text" })");
+    QCOMPARE(act(u"press"_s, u"Disabled"_s), u"not-possible"_s);
+    QCOMPARE(act(u"press"_s, u"Hidden"_s), u"no-such-item"_s);
+    QCOMPARE(act(u"press"_s, u"Text"_s), u"not-possible"_s);
+    QCOMPARE(act(u"press"_s, u"Tex"_s), u"no-such-item"_s); // the exact name alone
+    QCOMPARE(act(u"press"_s, u"Disabled"_s, 0), u"bad-argument"_s);
+    QCOMPARE(code(m_remote.ask(u"press"_s)), u"bad-argument"_s);
+    QCOMPARE(act(u"press"_s, u"#missing"_s), u"no-such-item"_s);
+    QCOMPARE(log(), QStringList());
+}
+
+void tst_PanelTree::pressNth()
+{
+    load(R"(
+        Repeater { model: 3
+            Item { x: 100 * (2 - index); y: 40; width: 50; height: 50; Accessible.role: Accessible.Button
+                   Accessible.name: "Play"; Accessible.onPressAction: root.note("at " + x) } })");
+    QCOMPARE(act(u"press"_s, u"Play"_s), u"ok"_s);
+    QCOMPARE(act(u"press"_s, u"Play"_s, 3), u"ok"_s);
+    QCOMPARE(act(u"press"_s, u"Play"_s, 4), u"no-such-item"_s);
+    QCOMPARE(log(), QStringList({u"at 0"_s, u"at 200"_s}));
+}
+
+void tst_PanelTree::increaseAndDecrease()
+{
+    load(R"(Item { width: 100; height: 50; Accessible.role: Accessible.Slider; Accessible.name: "Light"
+                   property int value: 40; property int minimumValue: 0; property int maximumValue: 100; property int stepSize: 1
+                   Accessible.onIncreaseAction: root.note("more"); Accessible.onDecreaseAction: root.note("less") })");
+    QCOMPARE(act(u"increase"_s, u"Light"_s), u"ok"_s);
+    QCOMPARE(act(u"decrease"_s, u"Light"_s), u"ok"_s);
+    QCOMPARE(act(u"press"_s, u"Light"_s), u"not-possible"_s);
+    QCOMPARE(log(), QStringList({u"more"_s, u"less"_s}));
+}
+
+void tst_PanelTree::namelessRoot()
+{
+    load(R"(Item { id: show; anchors.fill: parent; Accessible.role: Accessible.NoRole
+                   Accessible.onPressAction: root.note("press"); Accessible.onIncreaseAction: root.note("next")
+                   Accessible.onDecreaseAction: root.note("back") })");
+    QCOMPARE(act(u"press"_s, u"#show"_s), u"ok"_s);
+    QCOMPARE(act(u"increase"_s, u"#show"_s), u"ok"_s);
+    QCOMPARE(act(u"decrease"_s, u"#show"_s), u"ok"_s);
+    QCOMPARE(log(), QStringList({u"press"_s, u"next"_s, u"back"_s}));
+}
+
+PANEL_TEST_MAIN(tst_PanelTree)
+#include "tst_panel_tree.moc"

@@ -1,0 +1,333 @@
+// Real files through a real engine: odd names, bad pictures, and a long show, as the show's screen draws them.
+
+#include "panel_application.h"
+#include "running_app.h"
+#include "stderr_capture.h"
+#include "stored_database.h"
+
+#include <slateview_testing.h>
+
+#include <QBuffer>
+#include <QDir>
+#include <QFile>
+#include <QImage>
+#include <QTemporaryDir>
+#include <QThreadPool>
+
+#include <memory>
+
+#include <malloc.h>
+#include <sys/socket.h>
+#include <sys/stat.h>
+#include <sys/un.h>
+#include <unistd.h>
+
+using namespace Qt::StringLiterals;
+using lindenreed::device::DeviceForTest;
+using lindenreed::picture_stand::App;
+
+namespace {
+
+enum ImageStatus { Null, Ready, Loading, Error }; // as QQuickImageBase numbers them
+
+QByteArray encoded(const QImage &picture, const char *format)
+{
+    QByteArray bytes;
+    QBuffer buffer(&bytes);
+    buffer.open(QIODevice::WriteOnly);
+    picture.save(&buffer, format);
+    return bytes;
+}
+
+bool write(const QByteArray &path, const QByteArray &contents)
+{
+    std::FILE *handle = std::fopen(path.constData(), "wb"); // names that are no text, too
+    if (!handle)
+        return false;
+    const bool done = std::fwrite(contents.constData(), 1, std::size_t(contents.size()), handle)
+        == std::size_t(contents.size());
+    return std::fclose(handle) == 0 && done;
+}
+
+QImage twoGreys()
+{
+    QImage picture(40, 30, QImage::Format_Grayscale8);
+    picture.fill(0x44);
+    picture.scanLine(3)[5] = 0xee;
+    return picture;
+}
+
+int status(const RunningApp &running)
+{
+    QQuickItem *screen = running.itemWith("test_w");
+    for (QQuickItem *child : screen->childItems()) {
+        if (child->metaObject()->indexOfProperty("fillMode") >= 0)
+            return child->property("status").toInt();
+    }
+    return -1;
+}
+
+} // namespace
+
+class tst_PicturesOnScreen : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+    void init();
+    void cleanup();
+
+    void oddNames_data();
+    void oddNames();
+    void shownThoughTheFileHasGone();
+    void nameThatIsNoText();
+    void badPictures_data();
+    void badPictures();
+    void neverOpened_data();
+    void neverOpened();
+    void longShowLeavesNothingBehind();
+
+private:
+    std::unique_ptr<DeviceForTest> m_device;
+    std::unique_ptr<QTemporaryDir> m_folder;
+    std::unique_ptr<StderrCapture> m_log;
+};
+
+void tst_PicturesOnScreen::initTestCase()
+{
+    stored_database::remove();
+}
+
+void tst_PicturesOnScreen::init()
+{
+    m_folder = std::make_unique<QTemporaryDir>();
+    m_device = std::make_unique<DeviceForTest>();
+    m_log = std::make_unique<StderrCapture>();
+}
+
+void tst_PicturesOnScreen::cleanup()
+{
+    QThreadPool::globalInstance()->waitForDone();
+    m_log.reset();
+    m_device.reset();
+    m_folder.reset();
+}
+
+void tst_PicturesOnScreen::oddNames_data()
+{
+    QTest::addColumn<QString>("name");
+
+    QTest::newRow("plain") << u"plain.png"_s;
+    QTest::newRow("spaces") << u"two  words .png"_s;
+    QTest::newRow("percent before a letter that is no digit") << u"50%.png"_s;
+    QTest::newRow("percent before digits that are an escape") << u"100%25.png"_s;
+    QTest::newRow("percent at the end") << u"png%"_s;
+    QTest::newRow("hash and question mark") << u"a#b?.png"_s;
+    QTest::newRow("question mark and hash") << u"a?b#c.png"_s;
+    QTest::newRow("all of them") << u"50% #1? & more=%.png"_s;
+    QTest::newRow("quotes") << u"\"it's\".png"_s;
+    QTest::newRow("a newline") << u"two\nlines.png"_s;
+    QTest::newRow("backslash and brackets") << u"a\\b[c]{d}|^`.png"_s;
+    QTest::newRow("other scripts") << u"Grüße 山 фото 🌄.png"_s;
+    QTest::newRow("plus and colon") << u"1+1: two.png"_s;
+    QTest::newRow("255 bytes") << QString(251, u'n') + u".png"_s;
+}
+
+void tst_PicturesOnScreen::oddNames()
+{
+    QFETCH(QString, name);
+
+    const QString path = m_folder->filePath(name);
+    QVERIFY(write(QFile::encodeName(path), encoded(twoGreys(), "PNG")));
+    App app;
+    QCOMPARE(runApp(app, [&](RunningApp &running) {
+        m_log->forget();
+        running.slideshow()->initFromList({path}, 30);
+        app.changeView(u"slideshow"_s);
+        QCOMPARE(status(running), int(Ready));
+        // Under the name that prefetching uses: one entry for the one file.
+        QCOMPARE(m_log->text().count("add image"), 1);
+        QVERIFY(m_log->text().contains("add image " + path.toLocal8Bit() + " size(1200)"));
+    }), 0);
+}
+
+void tst_PicturesOnScreen::shownThoughTheFileHasGone()
+{
+    const QString path = m_folder->filePath(u"50% gone.png"_s);
+    const QString other = m_folder->filePath(u"other.png"_s);
+    QVERIFY(write(QFile::encodeName(path), encoded(twoGreys(), "PNG")));
+    QVERIFY(write(QFile::encodeName(other), encoded(twoGreys(), "PNG")));
+    App app;
+    QCOMPARE(runApp(app, [&](RunningApp &running) {
+        running.slideshow()->initFromList({path, other}, 30);
+        running.slideshow()->shuffleChange(false); // loads the first ahead
+        QThreadPool::globalInstance()->waitForDone();
+        QVERIFY(QFile::remove(path));
+        app.changeView(u"slideshow"_s);
+        QCOMPARE(status(running), int(Ready));
+    }), 0);
+}
+
+void tst_PicturesOnScreen::nameThatIsNoText()
+{
+    QVERIFY(write(m_folder->path().toUtf8() + "/a\xff\xfe.png", encoded(twoGreys(), "PNG")));
+    QVERIFY(write(m_folder->path().toUtf8() + "/b.png", encoded(twoGreys(), "PNG")));
+    App app;
+    QCOMPARE(runApp(app, [&](RunningApp &running) {
+        running.slideshow()->initFromFolder(m_folder->path(), 30);
+        running.slideshow()->shuffleChange(false);
+        app.changeView(u"slideshow"_s);
+        // Shown or black; the next one is shown.
+        for (int i = 0; i < 4; ++i) {
+            QVERIFY(m_device->fire("nextImageEvent"));
+            if (running.slideshow()->currentImage().endsWith(u"/b.png"))
+                QCOMPARE(status(running), int(Ready));
+        }
+    }), 0);
+}
+
+void tst_PicturesOnScreen::badPictures_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QByteArray>("contents");
+    QTest::addColumn<bool>("shown");
+
+    QImage photo(200, 150, QImage::Format_RGB32);
+    photo.fill(Qt::darkGray);
+    QTest::newRow("empty") << u"a.jpg"_s << QByteArray() << false;
+    QTest::newRow("text under a picture's name") << u"a.png"_s << QByteArray("no picture at all\n") << false;
+    QTest::newRow("a PNG named JPG") << u"a.jpg"_s << encoded(photo, "PNG") << true;
+    QTest::newRow("a JPEG named TIFF") << u"a.tiff"_s << encoded(photo, "JPEG") << true;
+    QTest::newRow("a BMP named SVG") << u"a.svg"_s << encoded(photo, "BMP") << true;
+    QTest::newRow("one pixel") << u"a.png"_s << encoded(QImage(1, 1, QImage::Format_RGB32), "PNG") << true;
+
+    QByteArray huge = encoded(photo, "PNG");
+    for (int i : {16, 20}) { // width and height of 60000, big end first
+        huge[i] = huge[i + 1] = 0;
+        huge[i + 2] = char(0xea);
+        huge[i + 3] = char(0x60);
+    }
+    QTest::newRow("a header that claims 60000 x 60000") << u"a.png"_s << huge << false;
+}
+
+void tst_PicturesOnScreen::badPictures()
+{
+    QFETCH(QString, name);
+    QFETCH(QByteArray, contents);
+    QFETCH(bool, shown);
+
+    const QString path = m_folder->filePath(name);
+    QVERIFY(write(QFile::encodeName(path), contents));
+    App app;
+    QCOMPARE(runApp(app, [&](RunningApp &running) {
+        running.slideshow()->initFromList({path}, 30);
+        app.changeView(u"slideshow"_s);
+        QCOMPARE(status(running), int(shown ? Ready : Error));
+        QVERIFY(m_device->fire("nextImageEvent")); // and the show goes on
+    }), 0);
+
+    // The same with every tenth of a file, and with a picture that is all width: never more than black.
+    if (name != u"a.jpg"_s || !contents.isEmpty())
+        return;
+    QImage photo(300, 200, QImage::Format_RGB32);
+    photo.fill(Qt::lightGray);
+    QStringList paths;
+    for (const char *format : {"JPEG", "PNG", "BMP", "TIFF"}) {
+        const QByteArray whole = encoded(photo, format);
+        for (int tenth = 0; tenth < 10; ++tenth) {
+            paths.append(m_folder->filePath(QString::fromLatin1(format) + QString::number(tenth)));
+            QVERIFY(write(QFile::encodeName(paths.last()), whole.first(whole.size() * tenth / 10)));
+        }
+    }
+    QImage wide(20'000, 1, QImage::Format_Grayscale8);
+    wide.fill(9);
+    paths.append(m_folder->filePath(u"wide.png"_s));
+    QVERIFY(wide.save(paths.last()));
+    const QString good = m_folder->filePath(u"z.png"_s);
+    QVERIFY(twoGreys().save(good));
+    paths.append(good);
+    App second;
+    QCOMPARE(runApp(second, [&](RunningApp &running) {
+        running.slideshow()->initFromList(paths, 30);
+        second.changeView(u"slideshow"_s);
+        for (int i = 1; i < paths.size(); ++i)
+            QVERIFY(m_device->fire("nextImageEvent"));
+        QCOMPARE(running.slideshow()->currentImage(), good);
+        QCOMPARE(status(running), int(Ready));
+    }), 0);
+}
+
+void tst_PicturesOnScreen::neverOpened_data()
+{
+    QTest::addColumn<QByteArray>("kind");
+
+    QTest::newRow("a FIFO") << QByteArray("fifo");
+    QTest::newRow("a device") << QByteArray("device");
+    QTest::newRow("a socket") << QByteArray("socket");
+    QTest::newRow("a folder") << QByteArray("folder");
+}
+
+void tst_PicturesOnScreen::neverOpened()
+{
+    QFETCH(QByteArray, kind);
+
+    const QString path = m_folder->filePath(u"a.jpg"_s);
+    const QByteArray name = QFile::encodeName(path);
+    if (kind == "fifo") {
+        QCOMPARE(mkfifo(name.constData(), 0600), 0); // opening it would wait for ever
+    } else if (kind == "device") {
+        QVERIFY(QFile::link(u"/dev/zero"_s, path)); // reading it would never end
+    } else if (kind == "folder") {
+        QVERIFY(QDir().mkdir(path));
+    } else {
+        sockaddr_un address = {};
+        address.sun_family = AF_UNIX;
+        qstrncpy(address.sun_path, name.constData(), sizeof address.sun_path);
+        const int socketHandle = socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
+        QCOMPARE(bind(socketHandle, reinterpret_cast<const sockaddr *>(&address), sizeof address), 0);
+        close(socketHandle);
+    }
+    App app;
+    QCOMPARE(runApp(app, [&](RunningApp &running) {
+        running.slideshow()->initFromList({path}, 30);
+        QCOMPARE(running.slideshow()->currentImage(), path);
+        running.slideshow()->createdDateTime();
+        app.changeView(u"slideshow"_s);
+        QCOMPARE(status(running), int(Error)); // black
+        QVERIFY(m_device->fire("nextImageEvent"));
+    }), 0);
+}
+
+void tst_PicturesOnScreen::longShowLeavesNothingBehind()
+{
+    QStringList paths;
+    for (int i = 0; i < 10; ++i) {
+        QImage picture(300, 400, QImage::Format_Grayscale8);
+        picture.fill(i * 20);
+        paths.append(m_folder->filePath(u"%1.png"_s.arg(i)));
+        QVERIFY(picture.save(paths.last()));
+    }
+    App app;
+    QCOMPARE(runApp(app, [&](RunningApp &running) {
+        running.slideshow()->initFromList(paths, 30);
+        app.changeView(u"slideshow"_s);
+        const auto changes = [&](int count) {
+            for (int i = 0; i < count; ++i) {
+                running.slideshow()->nextImage();
+                QCoreApplication::processEvents();
+            }
+            QThreadPool::globalInstance()->waitForDone();
+            QCoreApplication::processEvents();
+            m_device->forgetCalls();
+            return mallinfo2().uordblks;
+        };
+        const auto early = qint64(changes(100));
+        const auto late = qint64(changes(900));
+        QVERIFY2(std::abs(late - early) <= 256 * 1024, QByteArray::number(late - early).constData());
+        QCOMPARE(m_log->text().count("add image"), 10);
+    }), 0);
+}
+
+PANEL_TEST_MAIN(tst_PicturesOnScreen)
+#include "tst_pictures_on_screen.moc"
