@@ -7,8 +7,8 @@ namespace lindenreed::picture_stand {
 /**
  * Sets LANG to what the device's alias file has for the device's language.
  *
- * Without such a line LANG stays as the process inherited it. To be called before the application object exists and
- * before any other thread: Qt takes the locale from the environment.
+ * Without such a line LANG stays as the process inherited it. To be called before the application object
+ * exists and before any other thread: Qt takes the locale from the environment.
  */
 void setUpLanguage();
 

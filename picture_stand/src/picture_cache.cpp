@@ -72,7 +72,8 @@ bool PictureCache::addToCache(const QString &path)
             return false;
     }
 
-    // Decoding is the slow part and takes no lock. Another thread may be decoding the same file; the first one wins.
+    // Decoding is the slow part and takes no lock. Another thread may be decoding the same file; the first
+    // one wins.
     const QImage picture = m_read(path);
 
     const std::lock_guard lock(cacheMutex);
@@ -97,8 +98,8 @@ bool PictureCache::removeFromCache(const QString &path)
     const long long size = entry->sizeInBytes();
     m_bytes -= size;
     ram_used = saturated(m_bytes);
-    std::fprintf(stderr, "remove image %s size(%lld) ram(%lld/%lld) \r\n", path.toLocal8Bit().constData(), size,
-                 static_cast<long long>(ram_used), static_cast<long long>(ram_limit));
+    std::fprintf(stderr, "remove image %s size(%lld) ram(%lld/%lld) \r\n", path.toLocal8Bit().constData(),
+                 size, static_cast<long long>(ram_used), static_cast<long long>(ram_limit));
     cache.erase(entry);
     m_published.replace(cache);
     return true;

@@ -15,15 +15,17 @@
 
 namespace lindenreed::picture_stand {
 
-/// "MemTotal:" of a file like /proc/meminfo, in bytes; 0 where the file has no such line, nothing where it cannot be
-/// opened. Lines are read in pieces of 63 characters, and the last piece that begins with the name counts.
+/// "MemTotal:" of a file like /proc/meminfo, in bytes; 0 where the file has no such line, nothing where it
+/// cannot be opened. Lines are read in pieces of 63 characters, and the last piece that begins with the name
+/// counts.
 std::optional<long long> readTotalMemory(const char *path);
 
 /**
  * Pictures by path, as the panel wants them but neither toned nor dithered.
  *
- * The budget is a soft one: only prefetch() removes pictures, add() never does. A null picture stands for a file that
- * cannot be shown. Shared by its provider and the jobs that the provider started, which may outlive it. Any thread.
+ * The budget is a soft one: only prefetch() removes pictures, add() never does. A null picture stands for a
+ * file that cannot be shown. Shared by its provider and the jobs that the provider started, which may outlive
+ * it. Any thread.
  */
 class PictureCache
 {
@@ -46,8 +48,8 @@ public:
     int limit() const { return ram_limit; }
     int used() const { return ram_used; }
 
-    /// Loads `images` from position `index` outwards, forward first, until the budget is met; then gives up pictures
-    /// from the far end. `index` must be a position of the list. Ends early once the owner has gone.
+    /// Loads `images` from position `index` outwards, forward first, until the budget is met; then gives up
+    /// pictures from the far end. `index` must be a position of the list. Ends early once the owner has gone.
     void prefetch(const QStringList &images, int index);
     /// Nobody will ask for a picture any more.
     void abandon() { m_abandoned = true; }
@@ -61,7 +63,8 @@ private:
     QMap<QString, QImage> cache; ///< behind the mutex
     Published<QMap<QString, QImage>> m_published; ///< the same, for lookups
 
-    // A used figure that stops at 2^31 - 1 would never be above a limit of 2^31 - 1: the comparison needs the sum.
+    // A used figure that stops at 2^31 - 1 would never be above a limit of 2^31 - 1: the comparison needs the
+    // sum.
     std::atomic<long long> m_bytes = 0;
     std::atomic<bool> m_abandoned = false;
 };

@@ -12,9 +12,9 @@ namespace lindenreed::picture_stand {
 /**
  * A value that is replaced whole and read without a lock.
  *
- * Writers must exclude each other; readers need nothing. An old value is freed by the first replacement that finds no
- * reader at work, for a reader that comes later can only see the new one. (A std::atomic<std::shared_ptr> would do
- * the same, but the thread sanitizer of GCC 12 does not understand it.)
+ * Writers must exclude each other; readers need nothing. An old value is freed by the first replacement that
+ * finds no reader at work, for a reader that comes later can only see the new one. (A
+ * std::atomic<std::shared_ptr> would do the same, but the thread sanitizer of GCC 12 does not understand it.)
  */
 template <typename T>
 class Published

@@ -56,8 +56,8 @@ QImage ResourceImageProvider::requestImage(const QString &id, QSize *size, const
     m_cache->addToCache(id);
     QImage picture = m_cache->find(id);
 
-    // Also enlarges: every picture leaves this step touching the box. A null picture stays one, without the message
-    // that Qt would print.
+    // Also enlarges: every picture leaves this step touching the box. A null picture stays one, without the
+    // message that Qt would print.
     if (!picture.isNull() && requestedSize.width() >= 0 && requestedSize.height() >= 0)
         picture = picture.scaled(requestedSize, Qt::KeepAspectRatio, Qt::FastTransformation);
     if (size)
@@ -69,8 +69,8 @@ QImage ResourceImageProvider::requestImage(const QString &id, QSize *size, const
     if (device_display_colormask() != 0) {
         adjustAreaDefault(pixels, bytesPerLine, picture.width(), picture.height());
     } else {
-        adjustAreaWithBrightnessContrastGamma(pixels, bytesPerLine, picture.width(), picture.height(), brightness,
-                                              contrast, gamma);
+        adjustAreaWithBrightnessContrastGamma(pixels, bytesPerLine, picture.width(), picture.height(),
+                                              brightness, contrast, gamma);
         QuickFloyd16Dither(pixels, bytesPerLine, 0, 0, picture.width(), picture.height());
     }
     return picture;
@@ -81,9 +81,8 @@ void ResourceImageProvider::loadToCache(QList<QString> images, int index)
     if (images.isEmpty())
         return;
     // A job that is still running goes on beside the new one.
-    watcher.setFuture(QtConcurrent::run(QThreadPool::globalInstance(), [cache = m_cache, images, index] {
-        cache->prefetch(images, index);
-    }));
+    watcher.setFuture(QtConcurrent::run(
+        QThreadPool::globalInstance(), [cache = m_cache, images, index] { cache->prefetch(images, index); }));
 }
 
 } // namespace lindenreed::picture_stand

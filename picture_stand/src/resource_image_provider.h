@@ -14,8 +14,9 @@ namespace lindenreed::picture_stand {
 /**
  * Turns a picture file into what the show's image item draws.
  *
- * A file is decoded once and kept. Each request works on a copy: scaled to the box, then toned and, on a grey panel,
- * dithered, so that the kept form is never treated twice. Constructed on the main thread; requests may come from any.
+ * A file is decoded once and kept. Each request works on a copy: scaled to the box, then toned and, on a grey
+ * panel, dithered, so that the kept form is never treated twice. Constructed on the main thread; requests may
+ * come from any.
  */
 class ResourceImageProvider : public QQuickImageProvider
 {
@@ -23,8 +24,8 @@ public:
     ResourceImageProvider();
     ~ResourceImageProvider() override;
 
-    /// `id` is the absolute path as it is, which is also the cache's key. Null for an empty id, then `size` is not
-    /// written; null and 0 x 0 for what cannot be shown.
+    /// `id` is the absolute path as it is, which is also the cache's key. Null for an empty id, then `size`
+    /// is not written; null and 0 x 0 for what cannot be shown.
     QImage requestImage(const QString &id, QSize *size, const QSize &requestedSize) override;
 
     /// Starts loading `images` from position `index` outwards and returns at once. Main thread.

@@ -11,8 +11,9 @@ namespace lindenreed::picture_stand {
 /**
  * Walks a list of pictures on a hard timer of the device and wraps at both ends.
  *
- * While a show runs the device neither powers off nor locks its keys by itself, and exactly one timer is pending.
- * Paths are absolute. An empty list is a valid state; current_image is then the empty string. Main thread.
+ * While a show runs the device neither powers off nor locks its keys by itself, and exactly one timer is
+ * pending. Paths are absolute. An empty list is a valid state; current_image is then the empty string. Main
+ * thread.
  */
 class SlideshowModel : public QObject
 {
@@ -28,7 +29,8 @@ public:
     /// When the current picture was taken, read anew at each call; invalid without a picture.
     QDateTime createdDateTime() const;
 
-    /// Appends the pictures of a folder and its subfolders, those of the system left out. `interval` in seconds.
+    /// Appends the pictures of a folder and its subfolders, those of the system left out. `interval` in
+    /// seconds.
     void initFromFolder(const QString &path, int interval);
     /// Makes this picture current if the show holds it.
     void setCurrentFile(const QString &path);

@@ -1,5 +1,5 @@
-// One whole show of the real program, driven from outside: what the user does, what the panel shows, what the program
-// asks of the device.
+// One whole show of the real program, driven from outside: what the user does, what the panel shows, what the
+// program asks of the device.
 
 #include "show_device.h"
 
@@ -34,14 +34,32 @@ void collect(const QJsonArray &items, QList<QJsonObject> &all)
 /// Sizes, kinds, states, texts, configuration and pictures: calls that change nothing on the device.
 bool isQuery(const QString &name)
 {
-    static const QSet<QString> queries{
-        u"ScreenWidth"_s, u"ScreenHeight"_s, u"PanelHeight"_s, u"GetPanelType"_s, u"GetOrientation"_s,
-        u"SvGetScreenModeInversion"_s, u"device_display_colormask"_s, u"device_display_dpi"_s, u"GetLangText"_s,
-        u"GetLangTextPlural"_s, u"GetLangTime"_s, u"GetThemeInt"_s, u"sv_get_default_font"_s,
-        u"GetSoftwareLocalizationType"_s, u"GetCustomizedPartner"_s, u"sv_config_open"_s, u"sv_config_close"_s,
-        u"ReadInt"_s, u"ReadString"_s, u"lr_print_log2"_s, u"GetFrontlightState"_s, u"GetFrontlightColor"_s,
-        u"hw_is_frontlight_auto"_s, u"hw_is_frontlight_color_auto"_s, u"adjustAreaWithBrightnessContrastGamma"_s,
-        u"QuickFloyd16Dither"_s};
+    static const QSet<QString> queries{u"ScreenWidth"_s,
+                                       u"ScreenHeight"_s,
+                                       u"PanelHeight"_s,
+                                       u"GetPanelType"_s,
+                                       u"GetOrientation"_s,
+                                       u"SvGetScreenModeInversion"_s,
+                                       u"device_display_colormask"_s,
+                                       u"device_display_dpi"_s,
+                                       u"GetLangText"_s,
+                                       u"GetLangTextPlural"_s,
+                                       u"GetLangTime"_s,
+                                       u"GetThemeInt"_s,
+                                       u"sv_get_default_font"_s,
+                                       u"GetSoftwareLocalizationType"_s,
+                                       u"GetCustomizedPartner"_s,
+                                       u"sv_config_open"_s,
+                                       u"sv_config_close"_s,
+                                       u"ReadInt"_s,
+                                       u"ReadString"_s,
+                                       u"lr_print_log2"_s,
+                                       u"GetFrontlightState"_s,
+                                       u"GetFrontlightColor"_s,
+                                       u"hw_is_frontlight_auto"_s,
+                                       u"hw_is_frontlight_color_auto"_s,
+                                       u"adjustAreaWithBrightnessContrastGamma"_s,
+                                       u"QuickFloyd16Dither"_s};
     return queries.contains(name);
 }
 
@@ -140,10 +158,12 @@ void tst_PictureShow::callsOfOneShow()
     QStringList calls = newCalls();
     QVERIFY(calls.size() > 2);
     QVERIFY(calls.takeAt(2).startsWith("SetHardTimerEx updateDateTimeEvent callback context "_L1));
-    QCOMPARE(calls, (QStringList{u"setStartupFlag 1"_s, u"setEventHandler handler"_s, u"SetPanelType 1"_s,
-                                 u"GetPreviousTask"_s, u"GetTaskFramebufferInfo 0"_s}));
+    QCOMPARE(calls,
+             (QStringList{u"setStartupFlag 1"_s, u"setEventHandler handler"_s, u"SetPanelType 1"_s,
+                          u"GetPreviousTask"_s, u"GetTaskFramebufferInfo 0"_s}));
 
-    const QStringList started{u"SetAutoPowerOff 0"_s, u"SetAutoKeylock 0"_s, u"ClearTimerByName nextImageEvent"_s,
+    const QStringList started{u"SetAutoPowerOff 0"_s, u"SetAutoKeylock 0"_s,
+                              u"ClearTimerByName nextImageEvent"_s,
                               u"SetHardTimerEx nextImageEvent callback context 30000"_s};
     const QStringList stopped{u"SetAutoPowerOff 1"_s, u"SetAutoKeylock 1"_s,
                               u"ClearTimerByName nextImageEvent"_s};
@@ -160,7 +180,8 @@ void tst_PictureShow::callsOfOneShow()
 
     for (int picture = 0; picture < 3; ++picture) {
         QVERIFY(m_device->fire(u"nextImageEvent"_s));
-        QCOMPARE(newCalls(), (QStringList{u"ClearTimerByName nextImageEvent"_s, started.last(), u"BanSleep 1"_s}));
+        QCOMPARE(newCalls(),
+                 (QStringList{u"ClearTimerByName nextImageEvent"_s, started.last(), u"BanSleep 1"_s}));
     }
 
     QVERIFY(m_device->tap(20, 20));
@@ -257,9 +278,9 @@ void tst_PictureShow::accessibleSteps()
 {
     QVERIFY(play());
     QVERIFY(walkThroughAll());
-    QVERIFY(m_device->does(u"increase"_s, {{u"id"_s, u"wrapper"_s}}) && m_device->idle());
+    QVERIFY(m_device->does(u"increase"_s, {{u"name"_s, u"#wrapper"_s}}) && m_device->idle());
     QCOMPARE(shown(), 1);
-    QVERIFY(m_device->does(u"decrease"_s, {{u"id"_s, u"wrapper"_s}}) && m_device->idle());
+    QVERIFY(m_device->does(u"decrease"_s, {{u"name"_s, u"#wrapper"_s}}) && m_device->idle());
     QCOMPARE(shown(), 0);
 }
 
@@ -300,7 +321,8 @@ void tst_PictureShow::panelShowsTheDitheredPicture()
     const auto panel = lindenreed::remote::readPanel(u"/devroot/run/panel"_s, &error);
     QVERIFY2(panel, qUtf8Printable(error));
     for (int y = 0; y < 1024; ++y)
-        QVERIFY(std::equal(picture.constScanLine(y), picture.constScanLine(y) + 758, panel->glass.constScanLine(y)));
+        QVERIFY(std::equal(picture.constScanLine(y), picture.constScanLine(y) + 758,
+                           panel->glass.constScanLine(y)));
     QVERIFY(QFile::remove(first));
     QVERIFY(QFile::rename(first + u".kept"_s, first));
 }

@@ -104,17 +104,20 @@ void tst_PictureCache::totalMemory_data()
     QTest::addColumn<long long>("bytes");
 
     const QByteArray filler63(63, 'x');
-    QTest::newRow("an ordinary file") << QByteArray("MemTotal:       16384 kB\nMemFree: 5 kB\n") << 16384LL * 1024;
+    QTest::newRow("an ordinary file")
+        << QByteArray("MemTotal:       16384 kB\nMemFree: 5 kB\n") << 16384LL * 1024;
     QTest::newRow("empty") << QByteArray() << 0LL;
     QTest::newRow("no such line") << QByteArray("MemFree: 5 kB\n") << 0LL;
-    QTest::newRow("the last line wins") << QByteArray("MemTotal: 1 kB\nMemTotal: 2 kB\nMemFree: 9 kB\n") << 2048LL;
+    QTest::newRow("the last line wins")
+        << QByteArray("MemTotal: 1 kB\nMemTotal: 2 kB\nMemFree: 9 kB\n") << 2048LL;
     QTest::newRow("no unit, no line end") << QByteArray("MemTotal: 7") << 7LL * 1024;
     QTest::newRow("not at the start of the line") << QByteArray(" MemTotal: 7 kB\n") << 0LL;
     QTest::newRow("another name that begins alike") << QByteArray("MemTotalHuge: 7 kB\n") << 0LL;
     QTest::newRow("no number") << QByteArray("MemTotal: many\n") << 0LL;
     QTest::newRow("more than 32 bits of bytes") << QByteArray("MemTotal: 25165824 kB\n") << 25165824LL * 1024;
     QTest::newRow("a long line is read in pieces of 63") << filler63 + "MemTotal: 3 kB\n" << 3072LL;
-    QTest::newRow("behind 62 characters it begins no piece") << filler63.chopped(1) + "MemTotal: 3 kB\n" << 0LL;
+    QTest::newRow("behind 62 characters it begins no piece") << filler63.chopped(1) + "MemTotal: 3 kB\n"
+                                                             << 0LL;
     QTest::newRow("binary bytes") << QByteArray("\0\xff\nMemTotal: 4 kB\n", 17) << 4096LL;
 }
 
@@ -160,9 +163,10 @@ void tst_PictureCache::logLines()
     QVERIFY(cache.addToCache(QStringLiteral("/a b/ü.jpg")));
     QVERIFY(cache.addToCache(QStringLiteral("two")));
     QVERIFY(cache.removeFromCache(QStringLiteral("/a b/ü.jpg")));
-    QCOMPARE(log.text(), QByteArray("add image /a b/ü.jpg size(64) ram(64/100) \r\n"
-                                    "add image two size(64) ram(128/100) \r\n"
-                                    "remove image /a b/ü.jpg size(64) ram(64/100) \r\n"));
+    QCOMPARE(log.text(),
+             QByteArray("add image /a b/ü.jpg size(64) ram(64/100) \r\n"
+                        "add image two size(64) ram(128/100) \r\n"
+                        "remove image /a b/ü.jpg size(64) ram(64/100) \r\n"));
     QCOMPARE(cache.used(), 64);
 }
 
@@ -283,7 +287,8 @@ void tst_PictureCache::visitedPositionsWithoutPictureCount()
     cache.addToCache(QStringLiteral("2"));
     cache.addToCache(QStringLiteral("5"));
 
-    // Order 0 1 5 2 4 3: 3 and 4 hold nothing, 2 goes; then 1 takes the place of 5, where the tail meets the head.
+    // Order 0 1 5 2 4 3: 3 and 4 hold nothing, 2 goes; then 1 takes the place of 5, where the tail meets the
+    // head.
     const StderrCapture log;
     cache.prefetch(names(6), 0);
     QCOMPARE(steps(log.text()), QByteArray("+0 -2 +1 -5"));

@@ -1,4 +1,5 @@
-// The application object by itself: views, panel, orientation, way out. How it runs is tested with the interface.
+// The application object by itself: views, panel, orientation, way out. How it runs is tested with the
+// interface.
 
 #include "app.h"
 #include "stderr_capture.h"
@@ -29,8 +30,8 @@ QByteArray turnCalls(const DeviceForTest &device)
 {
     QByteArrayList lines;
     const QList<SdkCall> calls
-        = device.calls({"prepareAspectChange", "SetOrientation", "ClearScreen", "GetEventHandler", "SendEvent",
-                        "setScreenUpdateMode", "requestScreenRefresh"});
+        = device.calls({"prepareAspectChange", "SetOrientation", "ClearScreen", "GetEventHandler",
+                        "SendEvent", "setScreenUpdateMode", "requestScreenRefresh"});
     for (const SdkCall &call : calls)
         lines.append((QByteArrayList{call.name} + call.arguments).join(' '));
     return lines.join('\n');
@@ -216,11 +217,11 @@ void tst_App::metaObject()
     QByteArrayList methods;
     for (int i = meta.methodOffset(); i < meta.methodCount(); ++i)
         methods.append(meta.method(i).methodSignature());
-    QCOMPARE(methods, (QByteArrayList{"screenChanged()", "currentDateChanged()", "orientationChanged()",
-                                      "changedView(QString)", "backViewChanged()",
-                                      "showInfoMessage(QString,QString)", "showPanel(bool)",
-                                      "changeOrientation(int)", "updateScreen()", "quit()",
-                                      "changeView(QString)"}));
+    QCOMPARE(methods,
+             (QByteArrayList{"screenChanged()", "currentDateChanged()", "orientationChanged()",
+                             "changedView(QString)", "backViewChanged()", "showInfoMessage(QString,QString)",
+                             "showPanel(bool)", "changeOrientation(int)", "updateScreen()", "quit()",
+                             "changeView(QString)"}));
 
     QByteArrayList properties;
     for (int i = meta.propertyOffset(); i < meta.propertyCount(); ++i) {

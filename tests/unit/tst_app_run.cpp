@@ -1,4 +1,5 @@
-// The application as it runs: order of its start, its connections, events of the device, two runs in one process.
+// The application as it runs: order of its start, its connections, events of the device, two runs in one
+// process.
 
 #include "panel_application.h"
 #include "running_app.h"
@@ -29,11 +30,21 @@ const QString configPath = u"/mnt/ext1/system/config/global.cfg"_s;
 /// Calls that change nothing: sizes, kinds, texts, configuration files, the light's state.
 bool isQuery(const SdkCall &call)
 {
-    static const QByteArrayList names{"ScreenWidth", "ScreenHeight", "PanelHeight", "GetPanelType",
-                                      "device_display_colormask", "device_display_dpi", "GetLangText",
-                                      "SvGetScreenModeInversion", "sv_config_open", "sv_config_close",
-                                      "ReadInt", "ReadString", "adjustAreaDefault",
-                                      "adjustAreaWithBrightnessContrastGamma", "QuickFloyd16Dither"};
+    static const QByteArrayList names{"ScreenWidth",
+                                      "ScreenHeight",
+                                      "PanelHeight",
+                                      "GetPanelType",
+                                      "device_display_colormask",
+                                      "device_display_dpi",
+                                      "GetLangText",
+                                      "SvGetScreenModeInversion",
+                                      "sv_config_open",
+                                      "sv_config_close",
+                                      "ReadInt",
+                                      "ReadString",
+                                      "adjustAreaDefault",
+                                      "adjustAreaWithBrightnessContrastGamma",
+                                      "QuickFloyd16Dither"};
     return names.contains(call.name);
 }
 
@@ -139,12 +150,14 @@ void tst_AppRun::orderOfTheStart()
     QVERIFY(lines.size() > 2);
     // To the full minute: what is left of the running one.
     const QByteArrayList tick = lines.takeAt(2).split(' ');
-    QCOMPARE(tick.mid(0, 4), (QByteArrayList{"SetHardTimerEx", "updateDateTimeEvent", "callback", "context"}));
+    QCOMPARE(tick.mid(0, 4),
+             (QByteArrayList{"SetHardTimerEx", "updateDateTimeEvent", "callback", "context"}));
     QVERIFY(tick.last().toInt() >= 1000 && tick.last().toInt() <= 60'000);
     QCOMPARE(tick.last().toInt() % 1000, 0);
     // The settings are loaded before anybody listens to them: no timer is touched.
-    QCOMPARE(lines, (QByteArrayList{"setStartupFlag 1", "setEventHandler handler", "SetPanelType 1",
-                                    "GetPreviousTask", "GetTaskFramebufferInfo 0"}));
+    QCOMPARE(lines,
+             (QByteArrayList{"setStartupFlag 1", "setEventHandler handler", "SetPanelType 1",
+                             "GetPreviousTask", "GetTaskFramebufferInfo 0"}));
     QCOMPARE(signalsSeen, QByteArrayList{"3"}); // right after the panel
 }
 
@@ -174,8 +187,9 @@ void tst_AppRun::previousOrientation()
     SetOrientation(1);
     m_device->forgetCalls();
     QCOMPARE(runApp(app, [&](RunningApp &) { calls = callsOf(*m_device); }), 0);
-    QCOMPARE(calls.contains("GetTaskFramebufferInfo 1\nGetOrientation\nprepareAspectChange 0\nSetOrientation 0"),
-             applied);
+    QCOMPARE(
+        calls.contains("GetTaskFramebufferInfo 1\nGetOrientation\nprepareAspectChange 0\nSetOrientation 0"),
+        applied);
     QCOMPARE(calls.count("SetOrientation"), applied ? 1 : 0);
 }
 
@@ -183,61 +197,74 @@ void tst_AppRun::minuteTick()
 {
     App app;
     QSignalSpy changed(&app, &App::currentDateChanged);
-    QCOMPARE(runApp(app, [&](RunningApp &) {
-        m_device->forgetCalls();
-        QVERIFY(m_device->fire("updateDateTimeEvent"));
-        QCOMPARE(changed.count(), 1);
-        QVERIFY(callsOf(*m_device).startsWith("SetHardTimerEx updateDateTimeEvent"));
-        QVERIFY(m_device->fire("updateDateTimeEvent")); // armed again, in any view
-        QCOMPARE(changed.count(), 2);
-    }), 0);
+    QCOMPARE(runApp(app,
+                    [&](RunningApp &) {
+                        m_device->forgetCalls();
+                        QVERIFY(m_device->fire("updateDateTimeEvent"));
+                        QCOMPARE(changed.count(), 1);
+                        QVERIFY(callsOf(*m_device).startsWith("SetHardTimerEx updateDateTimeEvent"));
+                        QVERIFY(m_device->fire("updateDateTimeEvent")); // armed again, in any view
+                        QCOMPARE(changed.count(), 2);
+                    }),
+             0);
 }
 
 void tst_AppRun::contextAndTypes()
 {
     App app;
-    QCOMPARE(runApp(app, [&](RunningApp &running) {
-        QVERIFY(running.settings());
-        QVERIFY(running.slideshow());
-        QVERIFY(running.playlists());
-        QCOMPARE(running.model<App>("App"), &app);
-        QVERIFY(qmlEngine(running.window)->imageProvider(u"image_provider"_s));
+    QCOMPARE(
+        runApp(
+            app,
+            [&](RunningApp &running) {
+                QVERIFY(running.settings());
+                QVERIFY(running.slideshow());
+                QVERIFY(running.playlists());
+                QCOMPARE(running.model<App>("App"), &app);
+                QVERIFY(qmlEngine(running.window)->imageProvider(u"image_provider"_s));
 
-        const auto evaluate = [&](const QByteArray &imports, const QByteArray &expression) {
-            QQmlComponent component(qmlEngine(running.window));
-            component.setData(imports + "\nQtObject { property var v: " + expression + " }",
-                              QUrl(u"qrc:/test.qml"_s));
-            const std::unique_ptr<QObject> object(component.create());
-            return object ? object->property("v") : QVariant(component.errorString());
-        };
-        const QByteArray types = "import QtQml; import com.lindenreed.picturestand 1.0";
-        QCOMPARE(evaluate(types, "PlaylistDataRoles.TitleRole").toInt(), 0);
-        QCOMPARE(evaluate(types, "PlaylistDataRoles.IdRole").toInt(), 257);
-        QCOMPARE(evaluate(types, "PlaylistDataRoles.AllViewMode").toInt(), 3);
-        QVERIFY(evaluate(types, "Qt.createQmlObject('import com.lindenreed.picturestand 1.0; SettingsDataRoles {}', "
-                                "this) !== null").toBool());
-        // Each identifier resolves its own kind only.
-        QVERIFY(evaluate("import QtQml; import com.lindenreed.picture_stand 1.0",
-                         "typeof PlaylistDataRoles === 'undefined'").toBool());
-        QVERIFY(evaluate(types, "typeof Playlists === 'undefined'").toBool());
-    }), 0);
+                const auto evaluate = [&](const QByteArray &imports, const QByteArray &expression) {
+                    QQmlComponent component(qmlEngine(running.window));
+                    component.setData(imports + "\nQtObject { property var v: " + expression + " }",
+                                      QUrl(u"qrc:/test.qml"_s));
+                    const std::unique_ptr<QObject> object(component.create());
+                    return object ? object->property("v") : QVariant(component.errorString());
+                };
+                const QByteArray types = "import QtQml; import com.lindenreed.picturestand 1.0";
+                QCOMPARE(evaluate(types, "PlaylistDataRoles.TitleRole").toInt(), 0);
+                QCOMPARE(evaluate(types, "PlaylistDataRoles.IdRole").toInt(), 257);
+                QCOMPARE(evaluate(types, "PlaylistDataRoles.AllViewMode").toInt(), 3);
+                QVERIFY(
+                    evaluate(
+                        types,
+                        "Qt.createQmlObject('import com.lindenreed.picturestand 1.0; SettingsDataRoles {}', "
+                        "this) !== null")
+                        .toBool());
+                // Each identifier resolves its own kind only.
+                QVERIFY(evaluate("import QtQml; import com.lindenreed.picture_stand 1.0",
+                                 "typeof PlaylistDataRoles === 'undefined'")
+                            .toBool());
+                QVERIFY(evaluate(types, "typeof Playlists === 'undefined'").toBool());
+            }),
+        0);
 }
 
 void tst_AppRun::firstScreen()
 {
     App app;
     QSignalSpy changed(&app, &App::changedView);
-    QCOMPARE(runApp(app, [&](RunningApp &running) {
-        QVERIFY(running.itemWith("cellHeight")); // the overview's list
-        QCOMPARE(app.currentView(), QString());
-        QCOMPARE(running.window->title(), u"Scroll"_s);
-        QCOMPARE(running.window->size(), QSize(app.screenWidth(), app.screenHeight()));
-        m_device->forgetCalls();
-        app.changeView(u"playlists"_s); // a real change
-        QCOMPARE(changed.count(), 1);
-        QCOMPARE(app.prevView(), QString());
-        QCOMPARE(callsOf(*m_device), QByteArray("SetPanelType 1"));
-    }), 0);
+    QCOMPARE(runApp(app,
+                    [&](RunningApp &running) {
+                        QVERIFY(running.itemWith("cellHeight")); // the overview's list
+                        QCOMPARE(app.currentView(), QString());
+                        QCOMPARE(running.window->title(), u"Scroll"_s);
+                        QCOMPARE(running.window->size(), QSize(app.screenWidth(), app.screenHeight()));
+                        m_device->forgetCalls();
+                        app.changeView(u"playlists"_s); // a real change
+                        QCOMPARE(changed.count(), 1);
+                        QCOMPARE(app.prevView(), QString());
+                        QCOMPARE(callsOf(*m_device), QByteArray("SetPanelType 1"));
+                    }),
+             0);
 }
 
 void tst_AppRun::views_data()
@@ -256,199 +283,228 @@ void tst_AppRun::views()
     QFETCH(QByteArray, toPlaylists);
 
     App app;
-    QCOMPARE(runApp(app, [&](RunningApp &running) {
-        m_device->setColourMask(mask);
-        QPointer<QQuickItem> first = running.screen();
-        m_device->forgetCalls();
-        app.changeView(u"playlists"_s);
-        QCOMPARE(callsOf(*m_device), toPlaylists);
-        QCOMPARE(running.screen(), first.data()); // the same component stays as it is
+    QCOMPARE(runApp(app,
+                    [&](RunningApp &running) {
+                        m_device->setColourMask(mask);
+                        QPointer<QQuickItem> first = running.screen();
+                        m_device->forgetCalls();
+                        app.changeView(u"playlists"_s);
+                        QCOMPARE(callsOf(*m_device), toPlaylists);
+                        QCOMPARE(running.screen(), first.data()); // the same component stays as it is
 
-        app.changeView(u"slideshow"_s);
-        QVERIFY(running.itemWith("test_w"));
-        QTRY_VERIFY(first.isNull());
-        app.changeView(u"playlists"_s);
-        QVERIFY(running.itemWith("cellHeight"));
-        m_device->setColourMask(0);
-    }), 0);
+                        app.changeView(u"slideshow"_s);
+                        QVERIFY(running.itemWith("test_w"));
+                        QTRY_VERIFY(first.isNull());
+                        app.changeView(u"playlists"_s);
+                        QVERIFY(running.itemWith("cellHeight"));
+                        m_device->setColourMask(0);
+                    }),
+             0);
 }
 
 void tst_AppRun::unknownView()
 {
     App app;
-    QCOMPARE(runApp(app, [&](RunningApp &running) {
-        const QQuickItem *before = running.screen();
-        m_device->forgetCalls();
-        app.changeView(u"playlist"_s);
-        app.changeView(u"Playlists"_s);
-        QCOMPARE(callsOf(*m_device), QByteArray());
-        QCOMPARE(running.screen(), before);
-        QCOMPARE(app.currentView(), u"Playlists"_s);
-    }), 0);
+    QCOMPARE(runApp(app,
+                    [&](RunningApp &running) {
+                        const QQuickItem *before = running.screen();
+                        m_device->forgetCalls();
+                        app.changeView(u"playlist"_s);
+                        app.changeView(u"Playlists"_s);
+                        QCOMPARE(callsOf(*m_device), QByteArray());
+                        QCOMPARE(running.screen(), before);
+                        QCOMPARE(app.currentView(), u"Playlists"_s);
+                    }),
+             0);
 }
 
 void tst_AppRun::sameViewAgain()
 {
     App app;
-    QCOMPARE(runApp(app, [&](RunningApp &) {
-        app.changeView(u"playlists"_s);
-        m_device->forgetCalls();
-        app.changeView(u"playlists"_s);
-        QCOMPARE(callsOf(*m_device), QByteArray());
-    }), 0);
+    QCOMPARE(runApp(app,
+                    [&](RunningApp &) {
+                        app.changeView(u"playlists"_s);
+                        m_device->forgetCalls();
+                        app.changeView(u"playlists"_s);
+                        QCOMPARE(callsOf(*m_device), QByteArray());
+                    }),
+             0);
 }
 
 void tst_AppRun::orderOfTheShowsRow()
 {
     App app;
-    QCOMPARE(runApp(app, [&](RunningApp &running) {
-        running.slideshow()->initFromList(m_paths, 30);
-        m_device->setColourMask(1);
-        QQuickItem *atPanel = nullptr;
-        connect(&app, &App::screenChanged, &app, [&] { atPanel = running.screen(); });
-        QQuickItem *const before = running.screen();
-        m_device->forgetCalls();
-        app.changeView(u"slideshow"_s);
-        m_device->setColourMask(0);
-        const QByteArray calls = callsOf(*m_device);
-        // The settings first, with the light; then the row: panel, quality, component, start.
-        const qsizetype panel = calls.indexOf("SetPanelType 0\nsetFastUpdates 0\nSetAutoPowerOff 0\n"
-                                              "SetAutoKeylock 0\nClearTimerByName nextImageEvent\n"
-                                              "SetHardTimerEx nextImageEvent callback context 30000");
-        QVERIFY2(panel > 0, calls.constData());
-        QVERIFY(calls.indexOf("GetFrontlightState") >= 0 && calls.lastIndexOf("Frontlight") < panel);
-        QVERIFY(!calls.contains("setScreenUpdateMode"));
-        QCOMPARE(atPanel, before);
-        QVERIFY(running.screen() != before);
-    }), 0);
+    QCOMPARE(runApp(app,
+                    [&](RunningApp &running) {
+                        running.slideshow()->initFromList(m_paths, 30);
+                        m_device->setColourMask(1);
+                        QQuickItem *atPanel = nullptr;
+                        connect(&app, &App::screenChanged, &app, [&] { atPanel = running.screen(); });
+                        QQuickItem *const before = running.screen();
+                        m_device->forgetCalls();
+                        app.changeView(u"slideshow"_s);
+                        m_device->setColourMask(0);
+                        const QByteArray calls = callsOf(*m_device);
+                        // The settings first, with the light; then the row: panel, quality, component, start.
+                        const qsizetype panel
+                            = calls.indexOf("SetPanelType 0\nsetFastUpdates 0\nSetAutoPowerOff 0\n"
+                                            "SetAutoKeylock 0\nClearTimerByName nextImageEvent\n"
+                                            "SetHardTimerEx nextImageEvent callback context 30000");
+                        QVERIFY2(panel > 0, calls.constData());
+                        QVERIFY(calls.indexOf("GetFrontlightState") >= 0
+                                && calls.lastIndexOf("Frontlight") < panel);
+                        QVERIFY(!calls.contains("setScreenUpdateMode"));
+                        QCOMPARE(atPanel, before);
+                        QVERIFY(running.screen() != before);
+                    }),
+             0);
 }
 
 void tst_AppRun::windowFollowsThePanel()
 {
     App app;
-    QCOMPARE(runApp(app, [&](RunningApp &running) {
-        app.showPanel(false);
-        QTRY_COMPARE(running.window->height(), ScreenHeight());
-        app.showPanel(true);
-        QTRY_COMPARE(running.window->height(), ScreenHeight() - PanelHeight());
-        app.changeView(u"slideshow"_s);
-        app.changeOrientation(1);
-        QTRY_COMPARE(running.window->size(), QSize(1024, 758));
-        app.changeView(u"playlists"_s);
-        QTRY_COMPARE(running.window->size(), QSize(758, 1024 - PanelHeight()));
-    }), 0);
+    QCOMPARE(runApp(app,
+                    [&](RunningApp &running) {
+                        app.showPanel(false);
+                        QTRY_COMPARE(running.window->height(), ScreenHeight());
+                        app.showPanel(true);
+                        QTRY_COMPARE(running.window->height(), ScreenHeight() - PanelHeight());
+                        app.changeView(u"slideshow"_s);
+                        app.changeOrientation(1);
+                        QTRY_COMPARE(running.window->size(), QSize(1024, 758));
+                        app.changeView(u"playlists"_s);
+                        QTRY_COMPARE(running.window->size(), QSize(758, 1024 - PanelHeight()));
+                    }),
+             0);
 }
 
 void tst_AppRun::infoMessage()
 {
     App app;
-    QCOMPARE(runApp(app, [&](RunningApp &running) {
-        const QList<QQuickItem *> loaders = running.window->contentItem()->childItems();
-        QCOMPARE(loaders.size(), 2);
-        QQuickItem *message = loaders.at(1);
-        QVERIFY(!message->isVisible());
-        QVERIFY(!message->property("item").value<QObject *>());
+    QCOMPARE(runApp(app,
+                    [&](RunningApp &running) {
+                        const QList<QQuickItem *> loaders = running.window->contentItem()->childItems();
+                        QCOMPARE(loaders.size(), 2);
+                        QQuickItem *message = loaders.at(1);
+                        QVERIFY(!message->isVisible());
+                        QVERIFY(!message->property("item").value<QObject *>());
 
-        emit app.showInfoMessage(u"Two pictures"_s, u"image://resource/icon_done"_s);
-        app.changeView(u"slideshow"_s); // a message outlives a change of view
-        QVERIFY(message->isVisible());
-        QPointer<QObject> item = message->property("item").value<QObject *>();
-        QVERIFY(item);
-        QMetaObject::invokeMethod(item, "close");
-        QVERIFY(!message->isVisible());
+                        emit app.showInfoMessage(u"Two pictures"_s, u"image://resource/icon_done"_s);
+                        app.changeView(u"slideshow"_s); // a message outlives a change of view
+                        QVERIFY(message->isVisible());
+                        QPointer<QObject> item = message->property("item").value<QObject *>();
+                        QVERIFY(item);
+                        QMetaObject::invokeMethod(item, "close");
+                        QVERIFY(!message->isVisible());
 
-        emit app.showInfoMessage(u"Again"_s, u"image://resource/icon_done"_s);
-        QVERIFY(message->isVisible());
-        QCOMPARE(message->property("item").value<QObject *>(), item.data()); // it stays for the next one
-    }), 0);
+                        emit app.showInfoMessage(u"Again"_s, u"image://resource/icon_done"_s);
+                        QVERIFY(message->isVisible());
+                        QCOMPARE(message->property("item").value<QObject *>(),
+                                 item.data()); // it stays for the next one
+                    }),
+             0);
 }
 
 void tst_AppRun::intervalReachesTheShow()
 {
     App app;
-    QCOMPARE(runApp(app, [&](RunningApp &running) {
-        running.slideshow()->initFromList(m_paths, 30);
-        running.slideshow()->start();
-        m_device->forgetCalls();
-        running.settings()->setProperty("change_picture_time", 77);
-        QCOMPARE(callsOf(*m_device), QByteArray("ClearTimerByName nextImageEvent\n"
-                                                "SetHardTimerEx nextImageEvent callback context 77000"));
-    }), 0);
+    QCOMPARE(runApp(app,
+                    [&](RunningApp &running) {
+                        running.slideshow()->initFromList(m_paths, 30);
+                        running.slideshow()->start();
+                        m_device->forgetCalls();
+                        running.settings()->setProperty("change_picture_time", 77);
+                        QCOMPARE(callsOf(*m_device),
+                                 QByteArray("ClearTimerByName nextImageEvent\n"
+                                            "SetHardTimerEx nextImageEvent callback context 77000"));
+                    }),
+             0);
 }
 
 void tst_AppRun::shuffleReachesTheShow()
 {
     App app;
-    QCOMPARE(runApp(app, [&](RunningApp &running) {
-        running.slideshow()->initFromList({m_paths.at(2), m_paths.at(1)}, 30);
-        QSignalSpy load(running.slideshow(), &lindenreed::picture_stand::SlideshowModel::loadToCache);
-        running.settings()->setProperty("shuffle", true);
-        QCOMPARE(load.count(), 1);
-        running.settings()->setProperty("shuffle", false);
-        QCOMPARE(load.count(), 2);
-        QCOMPARE(running.slideshow()->currentImage(), m_paths.at(1));
-    }), 0);
+    QCOMPARE(runApp(app,
+                    [&](RunningApp &running) {
+                        running.slideshow()->initFromList({m_paths.at(2), m_paths.at(1)}, 30);
+                        QSignalSpy load(running.slideshow(),
+                                        &lindenreed::picture_stand::SlideshowModel::loadToCache);
+                        running.settings()->setProperty("shuffle", true);
+                        QCOMPARE(load.count(), 1);
+                        running.settings()->setProperty("shuffle", false);
+                        QCOMPARE(load.count(), 2);
+                        QCOMPARE(running.slideshow()->currentImage(), m_paths.at(1));
+                    }),
+             0);
 }
 
 void tst_AppRun::activePlaylistReachesTheSettings()
 {
     App app;
-    QCOMPARE(runApp(app, [&](RunningApp &running) {
-        const qlonglong id = running.playlists()->addItem(u"Own settings"_s);
-        QVERIFY(id > 0);
-        running.playlists()->setActiveId(id);
-        running.settings()->setProperty("change_picture_time", 99);
-        running.settings()->saveConfig(u"change_picture_time"_s);
-        running.playlists()->setActiveId(-1);
-        QCOMPARE(running.settings()->changePictureTime(), 30);
+    QCOMPARE(runApp(app,
+                    [&](RunningApp &running) {
+                        const qlonglong id = running.playlists()->addItem(u"Own settings"_s);
+                        QVERIFY(id > 0);
+                        running.playlists()->setActiveId(id);
+                        running.settings()->setProperty("change_picture_time", 99);
+                        running.settings()->saveConfig(u"change_picture_time"_s);
+                        running.playlists()->setActiveId(-1);
+                        QCOMPARE(running.settings()->changePictureTime(), 30);
 
-        // Leaving a show reloads the settings at once, and they reach the old list.
-        running.slideshow()->initFromList(m_paths, 30);
-        running.slideshow()->start();
-        m_device->forgetCalls();
-        running.playlists()->setActiveId(id);
-        QCOMPARE(running.settings()->changePictureTime(), 99);
-        QVERIFY(callsOf(*m_device).contains("SetHardTimerEx nextImageEvent callback context 99000"));
-        running.playlists()->deleteItem(id);
-        running.playlists()->setActiveId(-1);
-    }), 0);
+                        // Leaving a show reloads the settings at once, and they reach the old list.
+                        running.slideshow()->initFromList(m_paths, 30);
+                        running.slideshow()->start();
+                        m_device->forgetCalls();
+                        running.playlists()->setActiveId(id);
+                        QCOMPARE(running.settings()->changePictureTime(), 99);
+                        QVERIFY(callsOf(*m_device).contains(
+                            "SetHardTimerEx nextImageEvent callback context 99000"));
+                        running.playlists()->deleteItem(id);
+                        running.playlists()->setActiveId(-1);
+                    }),
+             0);
 }
 
 void tst_AppRun::footer()
 {
     App app;
-    QCOMPARE(runApp(app, [&](RunningApp &running) {
-        QQuickItem *footer = running.itemWith("grid");
-        QVERIFY(footer);
-        QVERIFY(footer->property("grid").value<QObject *>());
-        QCOMPARE(footer->property("grid").value<QObject *>(), running.itemWith("cellHeight"));
+    QCOMPARE(
+        runApp(
+            app,
+            [&](RunningApp &running) {
+                QQuickItem *footer = running.itemWith("grid");
+                QVERIFY(footer);
+                QVERIFY(footer->property("grid").value<QObject *>());
+                QCOMPARE(footer->property("grid").value<QObject *>(), running.itemWith("cellHeight"));
 
-        // Nothing to show: nothing happens.
-        const qlonglong id = running.playlists()->addItem(u"Empty"_s);
-        running.playlists()->setActiveId(id);
-        QMetaObject::invokeMethod(footer, "tryRunSlideShow");
-        QCOMPARE(app.currentView(), QString());
-        running.playlists()->setActiveId(-1);
-        QMetaObject::invokeMethod(footer, "tryRunSlideShow");
-        QCOMPARE(app.currentView(), QString());
+                // Nothing to show: nothing happens.
+                const qlonglong id = running.playlists()->addItem(u"Empty"_s);
+                running.playlists()->setActiveId(id);
+                QMetaObject::invokeMethod(footer, "tryRunSlideShow");
+                QCOMPARE(app.currentView(), QString());
+                running.playlists()->setActiveId(-1);
+                QMetaObject::invokeMethod(footer, "tryRunSlideShow");
+                QCOMPARE(app.currentView(), QString());
 
-        // The stored count decides, vanished files included; the show drops those.
-        running.playlists()->setActiveId(id);
-        running.playlists()->addImagesToPlaylist({u"/nowhere.png"_s, m_paths.at(3), m_paths.at(0)});
-        QSignalSpy load(running.slideshow(), &lindenreed::picture_stand::SlideshowModel::loadToCache);
-        m_device->forgetCalls();
-        footer = running.itemWith("grid");
-        QMetaObject::invokeMethod(footer, "tryRunSlideShow");
-        QCOMPARE(app.currentView(), u"slideshow"_s);
-        QCOMPARE(load.count(), 1);
-        QCOMPARE(load.first(), (QVariantList{QStringList{m_paths.at(0), m_paths.at(3)}, 0}));
-        QCOMPARE(m_device->calls({"SetAutoPowerOff"}).size(), 2); // started here and by the view's row
-        QCOMPARE(m_device->calls({"SetHardTimerEx"}).size(), 2);
+                // The stored count decides, vanished files included; the show drops those.
+                running.playlists()->setActiveId(id);
+                running.playlists()->addImagesToPlaylist({u"/nowhere.png"_s, m_paths.at(3), m_paths.at(0)});
+                QSignalSpy load(running.slideshow(), &lindenreed::picture_stand::SlideshowModel::loadToCache);
+                m_device->forgetCalls();
+                footer = running.itemWith("grid");
+                QMetaObject::invokeMethod(footer, "tryRunSlideShow");
+                QCOMPARE(app.currentView(), u"slideshow"_s);
+                QCOMPARE(load.count(), 1);
+                QCOMPARE(load.first(), (QVariantList{QStringList{m_paths.at(0), m_paths.at(3)}, 0}));
+                QCOMPARE(m_device->calls({"SetAutoPowerOff"}).size(),
+                         2); // started here and by the view's row
+                QCOMPARE(m_device->calls({"SetHardTimerEx"}).size(), 2);
 
-        app.changeView(u"playlists"_s);
-        running.playlists()->deleteItem(id);
-        running.playlists()->setActiveId(-1);
-    }), 0);
+                app.changeView(u"playlists"_s);
+                running.playlists()->deleteItem(id);
+                running.playlists()->setActiveId(-1);
+            }),
+        0);
 }
 
 void tst_AppRun::keysOfTheDevice_data()
@@ -475,13 +531,16 @@ void tst_AppRun::keysOfTheDevice()
     QFETCH(int, menu);
 
     App app;
-    QCOMPARE(runApp(app, [&](RunningApp &running) {
-        running.slideshow()->initFromList(m_paths, 30);
-        QSignalSpy opened(running.slideshow(), &lindenreed::picture_stand::SlideshowModel::openCloseMenu);
-        m_device->send(type, code, 99); // in any view: the overview is on
-        QCOMPARE(running.slideshow()->currentImage(), m_paths.at(position));
-        QCOMPARE(opened.count(), menu);
-    }), 0);
+    QCOMPARE(runApp(app,
+                    [&](RunningApp &running) {
+                        running.slideshow()->initFromList(m_paths, 30);
+                        QSignalSpy opened(running.slideshow(),
+                                          &lindenreed::picture_stand::SlideshowModel::openCloseMenu);
+                        m_device->send(type, code, 99); // in any view: the overview is on
+                        QCOMPARE(running.slideshow()->currentImage(), m_paths.at(position));
+                        QCOMPARE(opened.count(), menu);
+                    }),
+             0);
 }
 
 void tst_AppRun::configuredKeys_data()
@@ -500,13 +559,15 @@ void tst_AppRun::configuredKeys_data()
     QTest::newRow("next") << "btkeys.count=1\n" + key(1, "a", 7, "@KA_next") << 7 << 1 << 0;
     QTest::newRow("previous") << "btkeys.count=1\n" + key(1, "a", 7, "@KA_prev") << 7 << 3 << 0;
     QTest::newRow("menu") << "btkeys.count=1\n" + key(1, "a", 7, "@KA_menu") << 7 << 0 << 1;
-    QTest::newRow("another action of 8 letters") << "btkeys.count=1\n" + key(1, "a", 7, "@KA_none") << 7 << 0 << 0;
+    QTest::newRow("another action of 8 letters")
+        << "btkeys.count=1\n" + key(1, "a", 7, "@KA_none") << 7 << 0 << 0;
     QTest::newRow("a longer action") << "btkeys.count=1\n" + key(1, "a", 7, "@KA_next2") << 7 << 0 << 0;
     QTest::newRow("no such scan code") << "btkeys.count=1\n" + key(1, "a", 7, "@KA_next") << 8 << 0 << 0;
     QTest::newRow("count missing") << key(1, "a", 7, "@KA_next") << 7 << 0 << 0;
     QTest::newRow("count of zero") << "btkeys.count=0\n" + key(1, "a", 7, "@KA_next") << 7 << 0 << 0;
     QTest::newRow("count below zero") << "btkeys.count=-1\n" + key(1, "a", 7, "@KA_next") << 7 << 0 << 0;
-    QTest::newRow("count out of range") << "btkeys.count=2147483647\n" + key(1, "a", 7, "@KA_next") << 7 << 1 << 0;
+    QTest::newRow("count out of range")
+        << "btkeys.count=2147483647\n" + key(1, "a", 7, "@KA_next") << 7 << 1 << 0;
     QTest::newRow("of two with one code the first wins")
         << two + key(1, "a", 7, "@KA_next") + key(2, "b", 7, "@KA_prev") << 7 << 1 << 0;
     QTest::newRow("unless the first is deleted")
@@ -516,8 +577,7 @@ void tst_AppRun::configuredKeys_data()
         << QByteArray("btkeys.count=1\nbtkeys.bt1.name=a\ntkey.bt1.0=@KA_next\n") << 0 << 1 << 0;
     QTest::newRow("no action, which holds its code against the next")
         << QByteArray("btkeys.count=2\nbtkeys.bt1.scanCode=7\n") + key(2, "b", 7, "@KA_prev") << 7 << 0 << 0;
-    QTest::newRow("the twelfth key")
-        << "btkeys.count=12\n" + key(12, "l", 7, "@KA_next") << 7 << 1 << 0;
+    QTest::newRow("the twelfth key") << "btkeys.count=12\n" + key(12, "l", 7, "@KA_next") << 7 << 1 << 0;
 }
 
 void tst_AppRun::configuredKeys()
@@ -530,91 +590,103 @@ void tst_AppRun::configuredKeys()
     configure(config);
     App app;
     configure({}); // bindings that change now take effect at the next start
-    QCOMPARE(runApp(app, [&](RunningApp &running) {
-        running.slideshow()->initFromList(m_paths, 30);
-        QSignalSpy opened(running.slideshow(), &lindenreed::picture_stand::SlideshowModel::openCloseMenu);
-        m_device->forgetCalls();
-        m_device->send(40, code, 0);
-        QCOMPARE(running.slideshow()->currentImage(), m_paths.at(position));
-        QCOMPARE(opened.count(), menu);
-        // The same effect as the device's own key.
-        QCOMPARE(callsOf(*m_device), position == 1 ? QByteArray("ClearTimerByName nextImageEvent\nBanSleep 1")
-                     : position == 3              ? QByteArray("ClearTimerByName nextImageEvent")
-                                                  : QByteArray());
-    }), 0);
+    QCOMPARE(runApp(app,
+                    [&](RunningApp &running) {
+                        running.slideshow()->initFromList(m_paths, 30);
+                        QSignalSpy opened(running.slideshow(),
+                                          &lindenreed::picture_stand::SlideshowModel::openCloseMenu);
+                        m_device->forgetCalls();
+                        m_device->send(40, code, 0);
+                        QCOMPARE(running.slideshow()->currentImage(), m_paths.at(position));
+                        QCOMPARE(opened.count(), menu);
+                        // The same effect as the device's own key.
+                        QCOMPARE(callsOf(*m_device),
+                                 position == 1 ? QByteArray("ClearTimerByName nextImageEvent\nBanSleep 1")
+                                     : position == 3 ? QByteArray("ClearTimerByName nextImageEvent")
+                                                     : QByteArray());
+                    }),
+             0);
 }
 
 void tst_AppRun::backgroundAndForeground()
 {
     App app;
-    QCOMPARE(runApp(app, [&](RunningApp &running) {
-        running.slideshow()->initFromList(m_paths, 30);
-        app.changeView(u"slideshow"_s);
-        m_device->forgetCalls();
-        m_device->send(152);
-        QByteArray calls = callsOf(*m_device);
-        // The light first, while the show is as it was before.
-        QVERIFY2(calls.indexOf("GetFrontlightState") >= 0
-                     && calls.lastIndexOf("Frontlight") < calls.indexOf("SetAutoPowerOff 1"),
-                 calls.constData());
-        m_device->forgetCalls();
-        m_device->send(151);
-        calls = callsOf(*m_device);
-        QVERIFY2(calls.indexOf("GetFrontlightState") >= 0
-                     && calls.lastIndexOf("Frontlight") < calls.indexOf("SetAutoPowerOff 0"),
-                 calls.constData());
+    QCOMPARE(runApp(app,
+                    [&](RunningApp &running) {
+                        running.slideshow()->initFromList(m_paths, 30);
+                        app.changeView(u"slideshow"_s);
+                        m_device->forgetCalls();
+                        m_device->send(152);
+                        QByteArray calls = callsOf(*m_device);
+                        // The light first, while the show is as it was before.
+                        QVERIFY2(calls.indexOf("GetFrontlightState") >= 0
+                                     && calls.lastIndexOf("Frontlight") < calls.indexOf("SetAutoPowerOff 1"),
+                                 calls.constData());
+                        m_device->forgetCalls();
+                        m_device->send(151);
+                        calls = callsOf(*m_device);
+                        QVERIFY2(calls.indexOf("GetFrontlightState") >= 0
+                                     && calls.lastIndexOf("Frontlight") < calls.indexOf("SetAutoPowerOff 0"),
+                                 calls.constData());
 
-        // A show that did not run stays stopped.
-        running.slideshow()->stop();
-        m_device->send(152);
-        m_device->forgetCalls();
-        m_device->send(151);
-        QVERIFY(!callsOf(*m_device).contains("SetAutoPowerOff"));
+                        // A show that did not run stays stopped.
+                        running.slideshow()->stop();
+                        m_device->send(152);
+                        m_device->forgetCalls();
+                        m_device->send(151);
+                        QVERIFY(!callsOf(*m_device).contains("SetAutoPowerOff"));
 
-        // Elsewhere the light is left alone.
-        app.changeView(u"playlists"_s);
-        m_device->forgetCalls();
-        m_device->send(152);
-        m_device->send(151);
-        QVERIFY(!callsOf(*m_device).contains("Frontlight"));
-    }), 0);
+                        // Elsewhere the light is left alone.
+                        app.changeView(u"playlists"_s);
+                        m_device->forgetCalls();
+                        m_device->send(152);
+                        m_device->send(151);
+                        QVERIFY(!callsOf(*m_device).contains("Frontlight"));
+                    }),
+             0);
 }
 
 void tst_AppRun::turnOfTheDevice()
 {
     App app;
-    QCOMPARE(runApp(app, [&](RunningApp &) {
-        m_device->forgetCalls();
-        m_device->send(32, 1);
-        QCOMPARE(GetOrientation(), 0); // the overview stays upright
-        QVERIFY(m_device->calls({"SetOrientation"}).isEmpty());
-        app.changeView(u"slideshow"_s);
-        m_device->forgetCalls();
-        m_device->send(32, 2);
-        QCOMPARE(GetOrientation(), 2);
-        // The handler is installed: both events go out through it, and come back as unknown ones.
-        QVERIFY(callsOf(*m_device).contains("GetEventHandler\nSendEvent handler 212 32 2\n"
-                                            "GetEventHandler\nSendEvent handler 43 0 0"));
-    }), 0);
+    QCOMPARE(runApp(app,
+                    [&](RunningApp &) {
+                        m_device->forgetCalls();
+                        m_device->send(32, 1);
+                        QCOMPARE(GetOrientation(), 0); // the overview stays upright
+                        QVERIFY(m_device->calls({"SetOrientation"}).isEmpty());
+                        app.changeView(u"slideshow"_s);
+                        m_device->forgetCalls();
+                        m_device->send(32, 2);
+                        QCOMPARE(GetOrientation(), 2);
+                        // The handler is installed: both events go out through it, and come back as unknown
+                        // ones.
+                        QVERIFY(callsOf(*m_device).contains("GetEventHandler\nSendEvent handler 212 32 2\n"
+                                                            "GetEventHandler\nSendEvent handler 43 0 0"));
+                    }),
+             0);
 }
 
 void tst_AppRun::twoRunsInOneProcess()
 {
     for (int run = 0; run < 2; ++run) {
         App app;
-        QCOMPARE(runApp(app, [&](RunningApp &running) {
-            QVERIFY(running.itemWith("cellHeight"));
-            running.slideshow()->initFromList(m_paths, 30);
-            app.changeView(u"slideshow"_s);
-            // One answer to a key, from this application alone.
-            QSignalSpy changed(running.slideshow(),
-                               &lindenreed::picture_stand::SlideshowModel::current_imageChanged);
-            m_device->send(25, 25);
-            QCOMPARE(changed.count(), 1);
-            QCOMPARE(running.slideshow()->currentImage(), m_paths.at(1));
-            QVERIFY(m_device->fire("nextImageEvent"));
-            QCOMPARE(running.slideshow()->currentImage(), m_paths.at(2));
-        }), 0);
+        QCOMPARE(runApp(app,
+                        [&](RunningApp &running) {
+                            QVERIFY(running.itemWith("cellHeight"));
+                            running.slideshow()->initFromList(m_paths, 30);
+                            app.changeView(u"slideshow"_s);
+                            // One answer to a key, from this application alone.
+                            QSignalSpy changed(
+                                running.slideshow(),
+                                &lindenreed::picture_stand::SlideshowModel::current_imageChanged);
+                            m_device->send(25, 25);
+                            QCOMPARE(changed.count(), 1);
+                            QCOMPARE(running.slideshow()->currentImage(), m_paths.at(1));
+                            QVERIFY(m_device->fire("nextImageEvent"));
+                            QCOMPARE(running.slideshow()->currentImage(), m_paths.at(2));
+                        }),
+                 0);
     }
     QVERIFY(QGuiApplication::topLevelWindows().isEmpty());
 }
@@ -634,11 +706,13 @@ void tst_AppRun::quitInTheMiddleOfAPrefetch()
     }
     {
         App app;
-        QCOMPARE(runApp(app, [&](RunningApp &running) {
-            running.slideshow()->initFromList(paths, 30);
-            running.slideshow()->shuffleChange(false);
-            QTRY_VERIFY(QThreadPool::globalInstance()->activeThreadCount() > 0);
-        }), 0);
+        QCOMPARE(runApp(app,
+                        [&](RunningApp &running) {
+                            running.slideshow()->initFromList(paths, 30);
+                            running.slideshow()->shuffleChange(false);
+                            QTRY_VERIFY(QThreadPool::globalInstance()->activeThreadCount() > 0);
+                        }),
+                 0);
         QVERIFY(QThreadPool::globalInstance()->activeThreadCount() > 0);
     }
     // The job has what it needs; it ends after the picture that it is at.
@@ -649,15 +723,18 @@ void tst_AppRun::quitDuringAShow()
 {
     {
         App app;
-        QCOMPARE(runApp(app, [&](RunningApp &running) {
-            running.slideshow()->initFromList(m_paths, 30);
-            app.changeView(u"slideshow"_s);
-            m_device->forgetCalls();
-        }), 0);
+        QCOMPARE(runApp(app,
+                        [&](RunningApp &running) {
+                            running.slideshow()->initFromList(m_paths, 30);
+                            app.changeView(u"slideshow"_s);
+                            m_device->forgetCalls();
+                        }),
+                 0);
         QVERIFY(callsOf(*m_device).contains("Frontlight")); // the light is given back before the end
         QVERIFY(!callsOf(*m_device).contains("SetAutoPowerOff 1"));
     }
-    QVERIFY(callsOf(*m_device).endsWith("SetAutoPowerOff 1\nSetAutoKeylock 1\nClearTimerByName nextImageEvent"));
+    QVERIFY(
+        callsOf(*m_device).endsWith("SetAutoPowerOff 1\nSetAutoKeylock 1\nClearTimerByName nextImageEvent"));
 }
 
 PANEL_TEST_MAIN(tst_AppRun)

@@ -174,8 +174,12 @@ void tst_ImageProvider::transparencyAndOrientation()
     QFile file(path);
     QVERIFY(file.open(QIODevice::ReadWrite));
     QByteArray bytes = file.readAll();
-    const QByteArray exif("\xff\xe1\x00\x22" "Exif\0\0" "II*\0\x08\0\0\0" "\x01\0\x12\x01\x03\0\x01\0\0\0\x06\0\0\0"
-                          "\0\0\0\0", 36);
+    const QByteArray exif("\xff\xe1\x00\x22"
+                          "Exif\0\0"
+                          "II*\0\x08\0\0\0"
+                          "\x01\0\x12\x01\x03\0\x01\0\0\0\x06\0\0\0"
+                          "\0\0\0\0",
+                          36);
     bytes.insert(2, exif);
     QVERIFY(file.seek(0));
     file.write(bytes);
@@ -293,7 +297,8 @@ void tst_ImageProvider::greyPanelDithers()
     QCOMPARE(calls.at(1).arguments, (QByteArrayList{"600", "0", "0", "600", "400"}));
 
     QVERIFY(hasOnlySixteenGreys(picture));
-    QImage expected = provider.cache()->find(path).scaled(600, 600, Qt::KeepAspectRatio, Qt::FastTransformation);
+    QImage expected
+        = provider.cache()->find(path).scaled(600, 600, Qt::KeepAspectRatio, Qt::FastTransformation);
     adjustAreaWithBrightnessContrastGamma(expected.scanLine(0), 600, 600, 400, 1.2, 0.9, 1.1);
     QuickFloyd16Dither(expected.scanLine(0), 600, 0, 0, 600, 400);
     QCOMPARE(picture, expected);
@@ -318,7 +323,8 @@ void tst_ImageProvider::pictureThatIsExactlyTheScreen()
     ResourceImageProvider provider;
     QSize size;
     QImage expected = original;
-    QuickFloyd16Dither(expected.scanLine(0), int(expected.bytesPerLine()), 0, 0, screen.width(), screen.height());
+    QuickFloyd16Dither(expected.scanLine(0), int(expected.bytesPerLine()), 0, 0, screen.width(),
+                       screen.height());
     QCOMPARE(provider.requestImage(path, &size, screen), expected);
 }
 
@@ -341,8 +347,7 @@ void tst_ImageProvider::colourPanelTakesTheDefaultTone()
         {"adjustAreaDefault", "adjustAreaWithBrightnessContrastGamma", "QuickFloyd16Dither"});
     QCOMPARE(calls.size(), 1);
     QCOMPARE(calls.at(0).name, QByteArray("adjustAreaDefault"));
-    QCOMPARE(calls.at(0).arguments,
-             (QByteArrayList{QByteArray::number(colours.bytesPerLine()), "90", "60"}));
+    QCOMPARE(calls.at(0).arguments, (QByteArrayList{QByteArray::number(colours.bytesPerLine()), "90", "60"}));
     QImage expected = colours;
     adjustAreaDefault(expected.scanLine(0), int(expected.bytesPerLine()), 90, 60);
     QCOMPARE(picture, expected);
@@ -364,8 +369,9 @@ void tst_ImageProvider::unreadablePicture()
     QCOMPARE(calls.size(), 2);
     QCOMPARE(calls.at(0).arguments, (QByteArrayList{"0", "0", "0", "1", "1", "1"}));
     QCOMPARE(calls.at(1).arguments, (QByteArrayList{"0", "0", "0", "0", "0"}));
-    QCOMPARE(m_log->text(), QByteArray("add image " + path.toLocal8Bit() + " size(0) ram(0/"
-                                       + QByteArray::number(provider.cache()->limit()) + ") \r\n"));
+    QCOMPARE(m_log->text(),
+             QByteArray("add image " + path.toLocal8Bit() + " size(0) ram(0/"
+                        + QByteArray::number(provider.cache()->limit()) + ") \r\n"));
 }
 
 void tst_ImageProvider::whatIsNoPictureStaysSo()
@@ -384,19 +390,20 @@ void tst_ImageProvider::parameters_data()
     QTest::addColumn<QByteArrayList>("factors");
 
     QTest::newRow("no entries") << QByteArray() << QByteArrayList{"1", "1", "1"};
-    QTest::newRow("contrast alone") << QByteArray("picviewer_contrast=150\n") << QByteArrayList{"1", "1.5", "1"};
-    QTest::newRow("zero is passed on") << QByteArray("picviewer_contrast=0\n") << QByteArrayList{"1", "0", "1"};
+    QTest::newRow("contrast alone") << QByteArray("picviewer_contrast=150\n")
+                                    << QByteArrayList{"1", "1.5", "1"};
+    QTest::newRow("zero is passed on")
+        << QByteArray("picviewer_contrast=0\n") << QByteArrayList{"1", "0", "1"};
     QTest::newRow("below zero is passed on")
         << QByteArray("picviewer_gamma=-50\n") << QByteArrayList{"1", "1", "-0.5"};
     QTest::newRow("no number") << QByteArray("picviewer_gamma=dark\n") << QByteArrayList{"1", "1", "1"};
     QTest::newRow("too large a number")
         << QByteArray("picviewer_gamma=99999999999\n") << QByteArrayList{"1", "1", "1"};
     QTest::newRow("CR LF") << QByteArray("picviewer_brightness=80\r\n") << QByteArrayList{"0.8", "1", "1"};
-    QTest::newRow("a key twice")
-        << QByteArray("picviewer_gamma=50\npicviewer_gamma=70\n") << QByteArrayList{"1", "1", "0.7"};
-    QTest::newRow("a line of a megabyte, and bytes that are no text")
-        << QByteArray("\xff\xfe\0junk\n", 8) + QByteArray(1 << 20, 'x') + "\npicviewer_gamma=70\n"
-        << QByteArrayList{"1", "1", "0.7"};
+    QTest::newRow("a key twice") << QByteArray("picviewer_gamma=50\npicviewer_gamma=70\n")
+                                 << QByteArrayList{"1", "1", "0.7"};
+    QTest::newRow("a line of a megabyte, and bytes that are no text") << QByteArray("\xff\xfe\0junk\n", 8)
+            + QByteArray(1 << 20, 'x') + "\npicviewer_gamma=70\n" << QByteArrayList{"1", "1", "0.7"};
 }
 
 void tst_ImageProvider::parameters()
@@ -438,7 +445,8 @@ void tst_ImageProvider::budgetAndLogLine()
     QCOMPARE(provider.cache()->used(), 0);
     QCOMPARE(m_log->logLines(QStringLiteral("picture_stand/src/resource_image_provider")),
              QStringList{QStringLiteral(
-                 "4 long long lindenreed::picture_stand::ResourceImageProvider::getTotalRam(): TOTAL RAM is %1")
+                             "4 long long lindenreed::picture_stand::ResourceImageProvider::getTotalRam(): "
+                             "TOTAL RAM is %1")
                              .arg(total)});
 }
 

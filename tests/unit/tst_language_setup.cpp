@@ -1,4 +1,5 @@
-// The language of the environment, each time in a process of its own, as the program sets it up before anything else.
+// The language of the environment, each time in a process of its own, as the program sets it up before
+// anything else.
 
 #include "language_setup.h"
 
@@ -53,20 +54,23 @@ void tst_LanguageSetup::language_data()
     QTest::newRow("no configuration: en") << QByteArray("missing") << aliases << QByteArray("en_GB.UTF-8");
     QTest::newRow("an empty configuration: en") << QByteArray() << aliases << QByteArray("en_GB.UTF-8");
     QTest::newRow("CR LF") << QByteArray("language=de\r\n") << aliases << QByteArray("de_DE.UTF-8");
-    QTest::newRow("a key twice: the last") << QByteArray("language=en\nlanguage=de\n") << aliases
-                                           << QByteArray("de_DE.UTF-8");
+    QTest::newRow("a key twice: the last")
+        << QByteArray("language=en\nlanguage=de\n") << aliases << QByteArray("de_DE.UTF-8");
     QTest::newRow("no alias file") << german << QByteArray("missing") << QByteArray("inherited");
     QTest::newRow("an empty alias file") << german << QByteArray() << QByteArray("inherited");
     QTest::newRow("no such language") << QByteArray("language=xx\n") << aliases << QByteArray("inherited");
-    QTest::newRow("a longer name does not count") << QByteArray("language=d\n") << aliases << QByteArray("inherited");
+    QTest::newRow("a longer name does not count")
+        << QByteArray("language=d\n") << aliases << QByteArray("inherited");
     QTest::newRow("letters count") << QByteArray("language=DE\n") << aliases << QByteArray("inherited");
     QTest::newRow("one token: an empty LANG") << german << QByteArray("de\nde de_DE.UTF-8\n") << QByteArray();
-    QTest::newRow("one token on the line before") << german << QByteArray("en\nde de_DE\n") << QByteArray("de_DE");
+    QTest::newRow("one token on the line before")
+        << german << QByteArray("en\nde de_DE\n") << QByteArray("de_DE");
     QTest::newRow("further tokens, blanks and tabs")
         << german << QByteArray("\n  \t de \t de_CH.UTF-8 # Swiss\n") << QByteArray("de_CH.UTF-8");
     QTest::newRow("a last line without end") << german << QByteArray("de de_LU") << QByteArray("de_LU");
     QTest::newRow("a line of a megabyte, and bytes that are no text")
-        << german << "\xff\xfe " + QByteArray(1 << 20, 'x') + "\nde de_DE\n" << QByteArray("de_DE");
+        << german << "\xff\xfe " + QByteArray(1 << 20, 'x') + "\nde de_DE\n"
+        << QByteArray("de_DE");
 }
 
 void tst_LanguageSetup::language()

@@ -1,4 +1,5 @@
-// Real files through a real engine: odd names, bad pictures, and a long show, as the show's screen draws them.
+// Real files through a real engine: odd names, bad pictures, and a long show, as the show's screen draws
+// them.
 
 #include "panel_application.h"
 #include "running_app.h"
@@ -141,15 +142,17 @@ void tst_PicturesOnScreen::oddNames()
     const QString path = m_folder->filePath(name);
     QVERIFY(write(QFile::encodeName(path), encoded(twoGreys(), "PNG")));
     App app;
-    QCOMPARE(runApp(app, [&](RunningApp &running) {
-        m_log->forget();
-        running.slideshow()->initFromList({path}, 30);
-        app.changeView(u"slideshow"_s);
-        QCOMPARE(status(running), int(Ready));
-        // Under the name that prefetching uses: one entry for the one file.
-        QCOMPARE(m_log->text().count("add image"), 1);
-        QVERIFY(m_log->text().contains("add image " + path.toLocal8Bit() + " size(1200)"));
-    }), 0);
+    QCOMPARE(runApp(app,
+                    [&](RunningApp &running) {
+                        m_log->forget();
+                        running.slideshow()->initFromList({path}, 30);
+                        app.changeView(u"slideshow"_s);
+                        QCOMPARE(status(running), int(Ready));
+                        // Under the name that prefetching uses: one entry for the one file.
+                        QCOMPARE(m_log->text().count("add image"), 1);
+                        QVERIFY(m_log->text().contains("add image " + path.toLocal8Bit() + " size(1200)"));
+                    }),
+             0);
 }
 
 void tst_PicturesOnScreen::shownThoughTheFileHasGone()
@@ -159,14 +162,16 @@ void tst_PicturesOnScreen::shownThoughTheFileHasGone()
     QVERIFY(write(QFile::encodeName(path), encoded(twoGreys(), "PNG")));
     QVERIFY(write(QFile::encodeName(other), encoded(twoGreys(), "PNG")));
     App app;
-    QCOMPARE(runApp(app, [&](RunningApp &running) {
-        running.slideshow()->initFromList({path, other}, 30);
-        running.slideshow()->shuffleChange(false); // loads the first ahead
-        QThreadPool::globalInstance()->waitForDone();
-        QVERIFY(QFile::remove(path));
-        app.changeView(u"slideshow"_s);
-        QCOMPARE(status(running), int(Ready));
-    }), 0);
+    QCOMPARE(runApp(app,
+                    [&](RunningApp &running) {
+                        running.slideshow()->initFromList({path, other}, 30);
+                        running.slideshow()->shuffleChange(false); // loads the first ahead
+                        QThreadPool::globalInstance()->waitForDone();
+                        QVERIFY(QFile::remove(path));
+                        app.changeView(u"slideshow"_s);
+                        QCOMPARE(status(running), int(Ready));
+                    }),
+             0);
 }
 
 void tst_PicturesOnScreen::nameThatIsNoText()
@@ -174,17 +179,19 @@ void tst_PicturesOnScreen::nameThatIsNoText()
     QVERIFY(write(m_folder->path().toUtf8() + "/a\xff\xfe.png", encoded(twoGreys(), "PNG")));
     QVERIFY(write(m_folder->path().toUtf8() + "/b.png", encoded(twoGreys(), "PNG")));
     App app;
-    QCOMPARE(runApp(app, [&](RunningApp &running) {
-        running.slideshow()->initFromFolder(m_folder->path(), 30);
-        running.slideshow()->shuffleChange(false);
-        app.changeView(u"slideshow"_s);
-        // Shown or black; the next one is shown.
-        for (int i = 0; i < 4; ++i) {
-            QVERIFY(m_device->fire("nextImageEvent"));
-            if (running.slideshow()->currentImage().endsWith(u"/b.png"))
-                QCOMPARE(status(running), int(Ready));
-        }
-    }), 0);
+    QCOMPARE(runApp(app,
+                    [&](RunningApp &running) {
+                        running.slideshow()->initFromFolder(m_folder->path(), 30);
+                        running.slideshow()->shuffleChange(false);
+                        app.changeView(u"slideshow"_s);
+                        // Shown or black; the next one is shown.
+                        for (int i = 0; i < 4; ++i) {
+                            QVERIFY(m_device->fire("nextImageEvent"));
+                            if (running.slideshow()->currentImage().endsWith(u"/b.png"))
+                                QCOMPARE(status(running), int(Ready));
+                        }
+                    }),
+             0);
 }
 
 void tst_PicturesOnScreen::badPictures_data()
@@ -220,12 +227,14 @@ void tst_PicturesOnScreen::badPictures()
     const QString path = m_folder->filePath(name);
     QVERIFY(write(QFile::encodeName(path), contents));
     App app;
-    QCOMPARE(runApp(app, [&](RunningApp &running) {
-        running.slideshow()->initFromList({path}, 30);
-        app.changeView(u"slideshow"_s);
-        QCOMPARE(status(running), int(shown ? Ready : Error));
-        QVERIFY(m_device->fire("nextImageEvent")); // and the show goes on
-    }), 0);
+    QCOMPARE(runApp(app,
+                    [&](RunningApp &running) {
+                        running.slideshow()->initFromList({path}, 30);
+                        app.changeView(u"slideshow"_s);
+                        QCOMPARE(status(running), int(shown ? Ready : Error));
+                        QVERIFY(m_device->fire("nextImageEvent")); // and the show goes on
+                    }),
+             0);
 
     // The same with every tenth of a file, and with a picture that is all width: never more than black.
     if (name != u"a.jpg"_s || !contents.isEmpty())
@@ -248,14 +257,16 @@ void tst_PicturesOnScreen::badPictures()
     QVERIFY(twoGreys().save(good));
     paths.append(good);
     App second;
-    QCOMPARE(runApp(second, [&](RunningApp &running) {
-        running.slideshow()->initFromList(paths, 30);
-        second.changeView(u"slideshow"_s);
-        for (int i = 1; i < paths.size(); ++i)
-            QVERIFY(m_device->fire("nextImageEvent"));
-        QCOMPARE(running.slideshow()->currentImage(), good);
-        QCOMPARE(status(running), int(Ready));
-    }), 0);
+    QCOMPARE(runApp(second,
+                    [&](RunningApp &running) {
+                        running.slideshow()->initFromList(paths, 30);
+                        second.changeView(u"slideshow"_s);
+                        for (int i = 1; i < paths.size(); ++i)
+                            QVERIFY(m_device->fire("nextImageEvent"));
+                        QCOMPARE(running.slideshow()->currentImage(), good);
+                        QCOMPARE(status(running), int(Ready));
+                    }),
+             0);
 }
 
 void tst_PicturesOnScreen::neverOpened_data()
@@ -289,14 +300,16 @@ void tst_PicturesOnScreen::neverOpened()
         close(socketHandle);
     }
     App app;
-    QCOMPARE(runApp(app, [&](RunningApp &running) {
-        running.slideshow()->initFromList({path}, 30);
-        QCOMPARE(running.slideshow()->currentImage(), path);
-        running.slideshow()->createdDateTime();
-        app.changeView(u"slideshow"_s);
-        QCOMPARE(status(running), int(Error)); // black
-        QVERIFY(m_device->fire("nextImageEvent"));
-    }), 0);
+    QCOMPARE(runApp(app,
+                    [&](RunningApp &running) {
+                        running.slideshow()->initFromList({path}, 30);
+                        QCOMPARE(running.slideshow()->currentImage(), path);
+                        running.slideshow()->createdDateTime();
+                        app.changeView(u"slideshow"_s);
+                        QCOMPARE(status(running), int(Error)); // black
+                        QVERIFY(m_device->fire("nextImageEvent"));
+                    }),
+             0);
 }
 
 void tst_PicturesOnScreen::longShowLeavesNothingBehind()
@@ -309,24 +322,27 @@ void tst_PicturesOnScreen::longShowLeavesNothingBehind()
         QVERIFY(picture.save(paths.last()));
     }
     App app;
-    QCOMPARE(runApp(app, [&](RunningApp &running) {
-        running.slideshow()->initFromList(paths, 30);
-        app.changeView(u"slideshow"_s);
-        const auto changes = [&](int count) {
-            for (int i = 0; i < count; ++i) {
-                running.slideshow()->nextImage();
-                QCoreApplication::processEvents();
-            }
-            QThreadPool::globalInstance()->waitForDone();
-            QCoreApplication::processEvents();
-            m_device->forgetCalls();
-            return mallinfo2().uordblks;
-        };
-        const auto early = qint64(changes(100));
-        const auto late = qint64(changes(900));
-        QVERIFY2(std::abs(late - early) <= 256 * 1024, QByteArray::number(late - early).constData());
-        QCOMPARE(m_log->text().count("add image"), 10);
-    }), 0);
+    QCOMPARE(runApp(app,
+                    [&](RunningApp &running) {
+                        running.slideshow()->initFromList(paths, 30);
+                        app.changeView(u"slideshow"_s);
+                        const auto changes = [&](int count) {
+                            for (int i = 0; i < count; ++i) {
+                                running.slideshow()->nextImage();
+                                QCoreApplication::processEvents();
+                            }
+                            QThreadPool::globalInstance()->waitForDone();
+                            QCoreApplication::processEvents();
+                            m_device->forgetCalls();
+                            return mallinfo2().uordblks;
+                        };
+                        const auto early = qint64(changes(100));
+                        const auto late = qint64(changes(900));
+                        QVERIFY2(std::abs(late - early) <= 256 * 1024,
+                                 QByteArray::number(late - early).constData());
+                        QCOMPARE(m_log->text().count("add image"), 10);
+                    }),
+             0);
 }
 
 PANEL_TEST_MAIN(tst_PicturesOnScreen)

@@ -7,6 +7,8 @@
 #include <QQmlEngine>
 #include <QTest>
 
+#include <memory>
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -30,19 +32,21 @@ private slots:
     void descriptionsOfTheFolders();
     void components_data();
     void components();
+    void moduleIsRegistered_data();
     void moduleIsRegistered();
 };
 
 void tst_QmlModule::description()
 {
-    QCOMPARE(resource(u"qmldir"_s), QByteArray("module com.lindenreed.picture_stand\n"
-                                               "typeinfo picture_stand.qmltypes\n"
-                                               "prefer :/qt/qml/com/lindenreed/picture_stand/\n"
-                                               "Main 1.0 qml/Main.qml\n"
-                                               "SlideShow 1.0 qml/SlideShow.qml\n"
-                                               "Playlists 1.0 qml/Playlists.qml\n"
-                                               "ExplorerFooter 1.0 qml/explorer/ExplorerFooter.qml\n"
-                                               "depends QtQuick\n"));
+    QCOMPARE(resource(u"qmldir"_s),
+             QByteArray("module com.lindenreed.picture_stand\n"
+                        "typeinfo picture_stand.qmltypes\n"
+                        "prefer :/qt/qml/com/lindenreed/picture_stand/\n"
+                        "Main 1.0 qml/Main.qml\n"
+                        "SlideShow 1.0 qml/SlideShow.qml\n"
+                        "Playlists 1.0 qml/Playlists.qml\n"
+                        "ExplorerFooter 1.0 qml/explorer/ExplorerFooter.qml\n"
+                        "depends QtQuick\n"));
 }
 
 void tst_QmlModule::descriptionsOfTheFolders()
@@ -77,10 +81,29 @@ void tst_QmlModule::components()
     QVERIFY(unit->aotCompiledFunctions);
 }
 
+void tst_QmlModule::moduleIsRegistered_data()
+{
+    QTest::addColumn<QByteArray>("imported");
+    QTest::addColumn<bool>("known");
+
+    QTest::newRow("its own version") << QByteArray("com.lindenreed.picture_stand 1.0") << true;
+    QTest::newRow("a version that is not there") << QByteArray("com.lindenreed.picture_stand 2.0") << false;
+    QTest::newRow("the name of the native types") << QByteArray("com.lindenreed.picturestand 1.0") << false;
+}
+
 void tst_QmlModule::moduleIsRegistered()
 {
-    // Without the whole library the linker drops the registration, which nothing refers to.
-    QVERIFY(QQmlMetaType::latestModuleVersion(u"com.lindenreed.picture_stand"_s) >= QTypeRevision::fromVersion(1, 0));
+    QFETCH(QByteArray, imported);
+    QFETCH(bool, known);
+
+    // What App::run registers.
+    qmlRegisterModule("com.lindenreed.picturestand", 1, 0);
+    QQmlEngine engine;
+    engine.addImportPath(u"qrc:/qt/qml"_s);
+    QQmlComponent component(&engine);
+    component.setData("import " + imported + "\nExplorerFooter {}", QUrl(u"qrc:/test.qml"_s));
+    const std::unique_ptr<QObject> footer(component.create());
+    QVERIFY2(bool(footer) == known, qUtf8Printable(component.errorString()));
 }
 
 QTEST_GUILESS_MAIN(tst_QmlModule)

@@ -171,8 +171,8 @@ void tst_SlideshowModel::metaObject()
         methods.append(meta.method(i).methodSignature());
     QCOMPARE(methods,
              (QByteArrayList{"current_imageChanged()", "loadToCache(QStringList,int)", "openCloseMenu()",
-                             "nextImage()", "prevImage()", "intervalChange(int)", "shuffleChange(bool)", "stop()",
-                             "start()", "onForeground()", "onBackground()", "switchHQUpdates(bool)",
+                             "nextImage()", "prevImage()", "intervalChange(int)", "shuffleChange(bool)",
+                             "stop()", "start()", "onForeground()", "onBackground()", "switchHQUpdates(bool)",
                              "getTouchDragZone()", "getTimeString(QString,QDateTime)",
                              "initFromList(QStringList,int)"}));
 
@@ -512,7 +512,8 @@ void tst_SlideshowModel::zeroIntervalLeavesTheLoopFree()
     QCOMPARE(changed.count(), 0); // not from inside the call
     QTRY_VERIFY(changed.count() > 3);
     bool otherWork = false;
-    QMetaObject::invokeMethod(this, [&otherWork] { otherWork = true; }, Qt::QueuedConnection);
+    QMetaObject::invokeMethod(
+        this, [&otherWork] { otherWork = true; }, Qt::QueuedConnection);
     QTRY_VERIFY(otherWork);
 }
 
@@ -614,9 +615,11 @@ void tst_SlideshowModel::timeString_data()
     const QDateTime morning(QDate(2024, 5, 3), QTime(7, 4, 9));
     QTest::newRow("clock") << QStringLiteral("%H:%M") << morning << QStringLiteral("07:04");
     QTest::newRow("date") << QStringLiteral("%b %d, %Y") << morning << QStringLiteral("May 03, 2024");
-    QTest::newRow("other letters pass through") << QStringLiteral("ü %H") << morning << QStringLiteral("ü 07");
+    QTest::newRow("other letters pass through")
+        << QStringLiteral("ü %H") << morning << QStringLiteral("ü 07");
     QTest::newRow("empty format") << QString() << morning << QString();
-    QTest::newRow("no time at all: the epoch") << QStringLiteral("%Y") << QDateTime() << QStringLiteral("1970");
+    QTest::newRow("no time at all: the epoch")
+        << QStringLiteral("%Y") << QDateTime() << QStringLiteral("1970");
     QTest::newRow("cut at 127 bytes") << QString(200, u'x') << morning << QString(127, u'x');
 }
 
@@ -708,8 +711,8 @@ void tst_SlideshowModel::fromFolder()
 {
     QDir folder(m_folder->path());
     QVERIFY(folder.mkpath(QStringLiteral("sub/deeper")) && folder.mkpath(QStringLiteral("system/x")));
-    for (const char *name : {"a.jpg", "b.JPEG", "c.txt", "sub/d.Png", "sub/deeper/e.svg", "sub/f.gif", "g.bmp",
-                             "h.tif", "i.tiff", "system/j.jpg", "system/x/k.jpg"})
+    for (const char *name : {"a.jpg", "b.JPEG", "c.txt", "sub/d.Png", "sub/deeper/e.svg", "sub/f.gif",
+                             "g.bmp", "h.tif", "i.tiff", "system/j.jpg", "system/x/k.jpg"})
         QVERIFY(write(folder.filePath(QString::fromLatin1(name))));
     QVERIFY(folder.mkpath(QStringLiteral("folder.jpg")));
     QCOMPARE(mkfifo(QFile::encodeName(folder.filePath(QStringLiteral("fifo.jpg"))).constData(), 0600), 0);

@@ -1,0 +1,64 @@
+// A colour panel: what is drawn arrives unchanged.
+
+#include "panel_application.h"
+#include "panel_qml.h"
+#include "panel_view.h"
+
+#include <device.h>
+
+using lindenreed::device::Device;
+
+class tst_PanelColour : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void profileIsTheOneOfTheRecord();
+    void coloursPassUnchanged();
+    void inverted();
+    void fastModeIsBlackAndWhite();
+};
+
+void tst_PanelColour::profileIsTheOneOfTheRecord()
+{
+    const auto header = panel_view::snapshot().header;
+    QCOMPARE(header.format, 2U);
+    QCOMPARE(header.levels, 256U);
+    QCOMPARE(header.width, 1072U);
+    QCOMPARE(header.height, 1448U);
+    QVERIFY(!Device::instance()->previousOrientation);
+}
+
+void tst_PanelColour::coloursPassUnchanged()
+{
+    QQmlEngine engine;
+    const auto window = loadWindow(engine, R"(Window { visible: true; color: "#123456"
+        Rectangle { x: 100; y: 100; width: 50; height: 50; color: "#fe8001" } })");
+    QTRY_COMPARE(panel_view::upright().pixel(10, 1400), qRgb(0x12, 0x34, 0x56));
+    QCOMPARE(panel_view::upright().pixel(100, 164), qRgb(0xfe, 0x80, 0x01));
+    QCOMPARE(panel_view::upright().pixel(0, 0), qRgb(255, 255, 255)); // the status panel
+}
+
+void tst_PanelColour::inverted()
+{
+    QQmlEngine engine;
+    const auto window = loadWindow(engine, R"(Window { visible: true; color: "#123456" })");
+    QTRY_COMPARE(panel_view::upright().pixel(10, 1400), qRgb(0x12, 0x34, 0x56));
+    Device::instance()->screen.setInverted(true);
+    QTRY_COMPARE(panel_view::upright().pixel(10, 1400), qRgb(0xed, 0xcb, 0xa9));
+    Device::instance()->screen.setInverted(false);
+    QTRY_COMPARE(panel_view::upright().pixel(10, 1400), qRgb(0x12, 0x34, 0x56));
+}
+
+void tst_PanelColour::fastModeIsBlackAndWhite()
+{
+    QQmlEngine engine;
+    const auto window = loadWindow(engine, R"(Window { visible: true; color: "#123456" })");
+    QTRY_COMPARE(panel_view::upright().pixel(10, 1400), qRgb(0x12, 0x34, 0x56));
+    Device::instance()->screen.useFastMode(QRect(0, 1000, 100, 448));
+    QTRY_COMPARE(panel_view::upright().pixel(10, 1400), qRgb(0, 0, 0));
+    QTRY_COMPARE(panel_view::upright().pixel(10, 1400), qRgb(0x12, 0x34, 0x56));
+}
+
+PANEL_TEST_MAIN_WITH_RECORD(tst_PanelColour, R"({"profile": "colour-6"})")
+#include "tst_panel_colour.moc"
