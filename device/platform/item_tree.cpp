@@ -158,7 +158,7 @@ QJsonArray toJson(const std::vector<TreeNode> &nodes)
     for (const TreeNode &node : nodes) {
         const QJsonArray children = toJson(node.children);
         if (node.covered) {
-            for (const QJsonValue &child : children)
+            for (const auto &child : children)
                 array.append(child);
             continue;
         }

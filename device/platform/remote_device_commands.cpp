@@ -102,12 +102,15 @@ void RemoteControl::addDeviceCommands()
                 [guard, reply, wanted = name.toUtf8()](const QByteArray &ran) {
                     if (ran != wanted)
                         return;
-                    const Reply answer = reply; // what is captured may go with the connection
+                    // What is captured may go with the connection.
+                    // NOLINTNEXTLINE(performance-unnecessary-copy-initialization)
+                    const Reply answer = reply;
                     delete guard;
                     answer();
                 });
         // Another timer that ran out in the same moment may have cleared it, or armed it anew.
         QTimer::singleShot(1s, guard, [guard, reply, name] {
+            // NOLINTNEXTLINE(performance-unnecessary-copy-initialization)
             const Reply answer = reply;
             const QString sentence = u"The timer \"%1\" was cleared before it ran out."_s.arg(name);
             delete guard;

@@ -3,6 +3,7 @@
 #include "arguments.h"
 #include "device.h"
 #include "keys.h"
+#include "protocol_limits.h"
 #include "remote_control.h"
 
 namespace lindenreed::device {
@@ -13,9 +14,6 @@ using remote::Reply;
 
 void RemoteControl::addInputCommands()
 {
-    constexpr int longestHold = 60'000; // ms
-    constexpr int mostSteps = 1'000;
-
     const auto place = [this](Arguments &arguments, const QString &x, const QString &y) {
         const QSize size = m_device.screen.size();
         const int left = arguments.integer(x, 0, size.width() - 1);
@@ -41,7 +39,7 @@ void RemoteControl::addInputCommands()
     m_server.add(u"hold"_s, {u"x"_s, u"y"_s, u"ms"_s}, [=](const QJsonObject &request, const Reply &reply) {
         Arguments arguments(request);
         const QPoint at = place(arguments, u"x"_s, u"y"_s);
-        const std::chrono::milliseconds rest(arguments.integerOr(u"ms"_s, 0, longestHold, 1000));
+        const std::chrono::milliseconds rest(arguments.integerOr(u"ms"_s, 0, remote::longestHoldMs, 1000));
         perform(arguments, {at, at, 0, rest, {}, {}}, reply);
     });
     const QStringList dragMembers{u"x1"_s, u"y1"_s, u"x2"_s, u"y2"_s, u"steps"_s};
@@ -49,7 +47,7 @@ void RemoteControl::addInputCommands()
         Arguments arguments(request);
         const QPoint from = place(arguments, u"x1"_s, u"y1"_s);
         const QPoint to = place(arguments, u"x2"_s, u"y2"_s);
-        const int steps = arguments.integerOr(u"steps"_s, 1, mostSteps, 10);
+        const int steps = arguments.integerOr(u"steps"_s, 1, remote::mostDragSteps, 10);
         perform(arguments, {from, to, steps, 0ms, {}, {}}, reply);
     });
 

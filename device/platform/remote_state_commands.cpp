@@ -4,6 +4,7 @@
 #include "device.h"
 #include "journal.h"
 #include "panel.h"
+#include "protocol_limits.h"
 #include "remote_control.h"
 #include "texts.h"
 
@@ -18,7 +19,6 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr int protocolVersion = 1;
-constexpr int longestQuiet = 20'000; ///< ms; well below the watcher's patience
 
 QJsonArray pendingTimers(const Timers &timers)
 {
@@ -107,7 +107,7 @@ void RemoteControl::addStateCommands()
     });
     m_server.add(u"idle"_s, {u"ms"_s}, [this](const QJsonObject &request, const Reply &reply) {
         Arguments arguments(request);
-        const int quiet = arguments.integerOr(u"ms"_s, 0, longestQuiet, 300);
+        const int quiet = arguments.integerOr(u"ms"_s, 0, remote::longestQuietMs, 300);
         if (arguments.refuse(reply))
             return;
         m_idleWatcher.wait(

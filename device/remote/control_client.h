@@ -32,7 +32,7 @@ public:
     /// The answer: "ok" true with results, or false with "error" and "message". A device that is gone or does
     /// not answer in time gives the error "no-device" or "no-answer", made here.
     QJsonObject ask(const QString &command, const QJsonObject &members = {},
-                    std::chrono::milliseconds limit = 30s);
+                    std::chrono::milliseconds limit = 40s);
 
     /// The next event of a connection that has asked to "follow"; empty when none came in time.
     QJsonObject nextEvent(std::chrono::milliseconds limit);

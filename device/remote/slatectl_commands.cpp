@@ -1,5 +1,7 @@
 #include "slatectl_commands.h"
 
+#include "protocol_limits.h"
+
 #include <algorithm>
 #include <limits>
 
@@ -11,7 +13,6 @@ namespace {
 
 constexpr qint64 lowestInteger = std::numeric_limits<qint32>::min();
 constexpr qint64 highestInteger = std::numeric_limits<qint32>::max();
-constexpr qint64 longestWaitMs = 10 * 60 * 1000;
 
 CommandWord integer(const QString &label, const QString &member, qint64 low = lowestInteger,
                     qint64 high = highestInteger)
@@ -57,11 +58,11 @@ QList<Command> makeCommands()
         {u"hold"_s,
          u"a touch that stays for MS"_s,
          {integer(u"X"_s, u"x"_s), integer(u"Y"_s, u"y"_s),
-          optional(integer(u"MS"_s, u"ms"_s, 0, longestWaitMs))}},
+          optional(integer(u"MS"_s, u"ms"_s, 0, longestHoldMs))}},
         {u"drag"_s,
          u"a finger that goes from one place to another"_s,
          {integer(u"X1"_s, u"x1"_s), integer(u"Y1"_s, u"y1"_s), integer(u"X2"_s, u"x2"_s),
-          integer(u"Y2"_s, u"y2"_s), optional(integer(u"STEPS"_s, u"steps"_s, 1, 10'000))}},
+          integer(u"Y2"_s, u"y2"_s), optional(integer(u"STEPS"_s, u"steps"_s, 1, mostDragSteps))}},
         {u"key"_s,
          u"menu, prev and next are the device's keys"_s,
          {choice(u"name"_s,
@@ -92,7 +93,7 @@ QList<Command> makeCommands()
         {u"decrease"_s, u"one step down"_s, itemWords()},
         {u"idle"_s,
          u"wait until nothing happened for MS (300)"_s,
-         {optional(integer(u"MS"_s, u"ms"_s, 0, longestWaitMs))}},
+         {optional(integer(u"MS"_s, u"ms"_s, 0, longestQuietMs))}},
         {u"journal"_s, u"the last N calls of the application"_s, {optional(integer(u"N"_s, u"n"_s, 0))}},
         {u"opened"_s, u"pictures handed to the device's viewer"_s, {}},
         {u"quit"_s, u"end the application"_s, {}},

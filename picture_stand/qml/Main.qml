@@ -66,7 +66,6 @@ Window {
 
     Connections {
         target: info_message.item
-        ignoreUnknownSignals: true
 
         function onClose() {
             Global.closeInfoMessageLoader(info_message)

@@ -66,7 +66,7 @@ Item {
 
         // The last row can scroll clear of the button at the foot.
         footer: Rectangle {
-            width: grid.width
+            width: grid.width // qmllint disable unqualified
             height: GlobalValues.scrollListButtonsHeight
         }
 
@@ -78,8 +78,8 @@ Item {
             required property int count_exists
             required property var playlist_id // 64 bits
 
-            width: grid.cellWidth
-            height: grid.cellHeight
+            width: grid.cellWidth // qmllint disable unqualified
+            height: grid.cellHeight // qmllint disable unqualified
 
             Column {
                 id: texts
@@ -93,7 +93,7 @@ Item {
                 }
 
                 Accessible.role: Accessible.StaticText
-                Accessible.name: "%1. %2".arg(qsTr(row.title)).arg(row.count_exists)
+                Accessible.name: qsTr(row.title) + ". " + row.count_exists // a title may hold "%2"
 
                 StyledText {
                     width: parent.width

@@ -23,13 +23,17 @@ constexpr int globalScope = -1;
 constexpr int localizationWithoutPlaylist = 4;
 constexpr int partnerWithOwnPictures = 21;
 
+// clang-format off: each statement is one text, which can be searched for
 constexpr std::array schema = {
-    "CREATE TABLE IF NOT EXISTS playlists(id INTEGER PRIMARY KEY, title TEXT)",
-    "CREATE TABLE IF NOT EXISTS playlist_images (id INTEGER PRIMARY KEY, url TEXT, playlist INTEGER "
-    "REFERENCES "
-    "playlists(id))",
-    "CREATE TABLE IF NOT EXISTS settings(id INTEGER PRIMARY KEY, name TEXT, value TEXT, playlist INTEGER)",
+    "CREATE TABLE IF NOT EXISTS playlists(id INTEGER PRIMARY KEY, title TEXT)"_L1,
+    "CREATE TABLE IF NOT EXISTS playlist_images (id INTEGER PRIMARY KEY, url TEXT, playlist INTEGER REFERENCES playlists(id))"_L1,
+    "CREATE TABLE IF NOT EXISTS settings(id INTEGER PRIMARY KEY, name TEXT, value TEXT, playlist INTEGER)"_L1,
 };
+
+// A known pair of name and playlist keeps its row's id.
+constexpr auto replaceSetting
+    = "INSERT OR REPLACE INTO settings(id, name, value, playlist)VALUES((SELECT id FROM settings WHERE name = :name AND playlist = :playlist), :name, :value, :playlist);"_L1;
+// clang-format on
 
 constexpr const char *firstSettings
     = "INSERT OR IGNORE INTO settings (id, name, value, playlist) VALUES(1, 'change_picture_time', '30', -1),"
@@ -100,8 +104,8 @@ DataStorage &DataStorage::instance()
 
 void DataStorage::createScheme()
 {
-    for (const char *statement : schema) {
-        if (!execute(QString::fromLatin1(statement))) {
+    for (const QLatin1StringView statement : schema) {
+        if (!execute(statement)) {
             lr_print_log2(errorLevel, sourcePath, __LINE__, "void DataStorage::createScheme()",
                           "Error creating tables [%s]", errorText().c_str());
         }
@@ -256,10 +260,7 @@ QString DataStorage::getSetting(QString name, int playlist)
 void DataStorage::setSetting(QString name, QString value, int playlist)
 {
     QSqlQuery query;
-    if (!run(query,
-             u"INSERT OR REPLACE INTO settings(id, name, value, playlist)VALUES((SELECT id FROM settings "
-             u"WHERE "
-             "name = :name AND playlist = :playlist), :name, :value, :playlist);"_s,
+    if (!run(query, replaceSetting,
              {{u":name"_s, text(name)}, {u":value"_s, text(value)}, {u":playlist"_s, playlist}})) {
         lr_print_log2(errorLevel, sourcePath, __LINE__, "void DataStorage::setSetting(QString, QString, int)",
                       "Error performing setSetting request. [%s]", errorText().c_str());

@@ -48,7 +48,8 @@ FrontlightKeeper::Light FrontlightKeeper::deviceLight()
 void FrontlightKeeper::remember()
 {
     const Light light = deviceLight();
-    // The device still shows the show's light: taking it for the device's own would lose that.
+    // The device still shows the show's light: taking it for the device's own would lose that. Before the
+    // first leave no light is the show's, not even a dark one: `enabled` tells them apart.
     if (light == inside)
         return;
     outside = light;

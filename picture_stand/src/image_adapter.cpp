@@ -11,8 +11,7 @@ QString fileOfImageId(const QString &id, const std::function<bool(const QString 
 {
     if (exists(id))
         return id;
-    const QString unescaped = QUrl::fromPercentEncoding(id.toUtf8());
-    return exists(unescaped) ? unescaped : id;
+    return QUrl::fromPercentEncoding(id.toUtf8());
 }
 
 ImageAdapter::ImageAdapter(ResourceImageProvider *provider)

@@ -9,8 +9,8 @@
 namespace lindenreed::picture_stand {
 
 /// The file that an image id of the engine means: the id as it came where `exists` says so, else with the
-/// URL's percent escapes undone; the id as it came where neither exists. A path travels as part of a URL, in
-/// which the engine keeps some characters escaped.
+/// URL's percent escapes undone, also where that file is gone: it then shares the cache's entry with the path
+/// that was loaded ahead. A path travels as part of a URL, in which the engine keeps some characters escaped.
 QString fileOfImageId(const QString &id, const std::function<bool(const QString &)> &exists);
 
 class ResourceImageProvider;

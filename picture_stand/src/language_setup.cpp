@@ -21,9 +21,9 @@ void setUpLanguage()
         std::istringstream tokens(line);
         std::string name;
         std::string locale;
-        if (!(tokens >> name) || name != language)
+        tokens >> name >> locale; // a line of one token gives an empty LANG
+        if (name != language)
             continue;
-        tokens >> locale; // a line of one token gives an empty LANG
 
         // The environment keeps the pointer, also while static objects are being destroyed: never freed.
         static auto &variable = *new std::string;

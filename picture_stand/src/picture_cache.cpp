@@ -85,7 +85,7 @@ bool PictureCache::addToCache(const QString &path)
                  static_cast<long long>(picture.sizeInBytes()), static_cast<long long>(ram_used),
                  static_cast<long long>(ram_limit));
     cache.insert(path, picture);
-    m_published.replace(cache);
+    m_published.replace(cache); // shares the entries; the next change copies the map, not the pixels
     return true;
 }
 
@@ -123,7 +123,7 @@ qsizetype PictureCache::count() const
 void PictureCache::prefetch(const QStringList &images, int index)
 {
     // One picture is left to the request: it is on its way already.
-    if (images.size() == 1)
+    if (images.size() <= 1)
         return;
 
     const std::vector<qsizetype> order = nearestFirst(images.size(), index);

@@ -20,8 +20,9 @@ QImage readImage(const QString &path)
     const QSize size = reader.size();
     if (size.width() >= 0 && size.height() >= 0) {
         const QSize screen(ScreenWidth(), ScreenHeight());
+        // A thread keeps one row or column: readers take a size without either as none asked for.
         if (size.width() > screen.width() || size.height() > screen.height())
-            reader.setScaledSize(size.scaled(screen, Qt::KeepAspectRatio));
+            reader.setScaledSize(size.scaled(screen, Qt::KeepAspectRatio).expandedTo(QSize(1, 1)));
     }
     QImage picture = reader.read();
     picture = std::move(picture).convertToFormat(device_display_colormask() == 0 ? QImage::Format_Grayscale8

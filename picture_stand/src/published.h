@@ -30,7 +30,7 @@ public:
 
     /// What `read` makes of the value; the reference it gets is not to be kept. Any thread.
     template <typename Read>
-    auto read(Read &&reader) const
+    auto read(const Read &reader) const
     {
         const Reading reading(m_readers);
         return reader(*m_current.load());

@@ -48,26 +48,26 @@ const std::array<SettingsModel::Setting, 15> &SettingsModel::settings()
 {
     using Model = SettingsModel;
     static const std::array<Setting, 15> all{{
-        {u"change_picture_time", &Model::m_changePictureTime, &Model::change_picture_timeChanged},
-        {u"change_picture_time_index", &Model::m_changePictureTimeIndex,
+        {"change_picture_time"_L1, &Model::m_changePictureTime, &Model::change_picture_timeChanged},
+        {"change_picture_time_index"_L1, &Model::m_changePictureTimeIndex,
          &Model::change_picture_time_indexChanged},
-        {u"shuffle", &Model::m_shuffle, &Model::shuffleChanged},
-        {u"display_mode", &Model::m_displayMode, &Model::display_modeChanged},
-        {u"created_date_show", &Model::m_createdDateShow, &Model::created_date_showChanged},
-        {u"created_date_position", &Model::m_createdDatePosition, &Model::created_date_positionChanged},
-        {u"created_date_font", &Model::m_createdDateFont, &Model::created_date_fontChanged},
-        {u"created_date_font_is_bold", &Model::m_createdDateFontIsBold,
+        {"shuffle"_L1, &Model::m_shuffle, &Model::shuffleChanged},
+        {"display_mode"_L1, &Model::m_displayMode, &Model::display_modeChanged},
+        {"created_date_show"_L1, &Model::m_createdDateShow, &Model::created_date_showChanged},
+        {"created_date_position"_L1, &Model::m_createdDatePosition, &Model::created_date_positionChanged},
+        {"created_date_font"_L1, &Model::m_createdDateFont, &Model::created_date_fontChanged},
+        {"created_date_font_is_bold"_L1, &Model::m_createdDateFontIsBold,
          &Model::created_date_font_is_boldChanged},
-        {u"created_date_font_is_italic", &Model::m_createdDateFontIsItalic,
+        {"created_date_font_is_italic"_L1, &Model::m_createdDateFontIsItalic,
          &Model::created_date_font_is_italicChanged},
-        {u"current_date_show", &Model::m_currentDateShow, &Model::current_date_showChanged},
-        {u"current_date_position", &Model::m_currentDatePosition, &Model::current_date_positionChanged},
-        {u"current_date_font", &Model::m_currentDateFont, &Model::current_date_fontChanged},
-        {u"current_date_font_is_bold", &Model::m_currentDateFontIsBold,
+        {"current_date_show"_L1, &Model::m_currentDateShow, &Model::current_date_showChanged},
+        {"current_date_position"_L1, &Model::m_currentDatePosition, &Model::current_date_positionChanged},
+        {"current_date_font"_L1, &Model::m_currentDateFont, &Model::current_date_fontChanged},
+        {"current_date_font_is_bold"_L1, &Model::m_currentDateFontIsBold,
          &Model::current_date_font_is_boldChanged},
-        {u"current_date_font_is_italic", &Model::m_currentDateFontIsItalic,
+        {"current_date_font_is_italic"_L1, &Model::m_currentDateFontIsItalic,
          &Model::current_date_font_is_italicChanged},
-        {u"is_first_run", &Model::m_isFirstRun, &Model::isFirstRunChanged, true},
+        {"is_first_run"_L1, &Model::m_isFirstRun, &Model::isFirstRunChanged, true},
     }};
     return all;
 }
@@ -107,11 +107,10 @@ void SettingsModel::onExit(QString currentView)
 void SettingsModel::saveConfig(QString property)
 {
     for (const Setting &setting : settings()) {
-        const QString key = QString::fromUtf16(setting.key);
-        if (!property.isEmpty() && property != key)
+        if (!property.isEmpty() && property != setting.key)
             continue;
         const QString text = std::visit([this](auto field) { return toText(this->*field); }, setting.field);
-        DataStorage::instance().setSetting(key, text, setting.scope(m_playlist));
+        DataStorage::instance().setSetting(setting.key, text, setting.scope(m_playlist));
     }
     if (property.isEmpty() || property == "frontlight"_L1)
         m_frontlight.store();
@@ -120,8 +119,7 @@ void SettingsModel::saveConfig(QString property)
 void SettingsModel::loadConfig()
 {
     for (const Setting &setting : settings()) {
-        const QString text
-            = DataStorage::instance().getSetting(QString::fromUtf16(setting.key), setting.scope(m_playlist));
+        const QString text = DataStorage::instance().getSetting(setting.key, setting.scope(m_playlist));
         std::visit(
             [&](auto field) {
                 auto &held = this->*field;

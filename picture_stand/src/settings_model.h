@@ -87,7 +87,7 @@ private:
     {
         using Field = std::variant<bool SettingsModel::*, int SettingsModel::*, QString SettingsModel::*>;
 
-        const char16_t *key;
+        QLatin1StringView key;
         Field field;
         void (SettingsModel::*changed)();
         bool common = false; ///< the same for all playlists

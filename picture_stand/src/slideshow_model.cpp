@@ -188,7 +188,9 @@ QString SlideshowModel::getTimeString(QString format, QDateTime dateTime)
 {
     const auto seconds = static_cast<std::time_t>(dateTime.toSecsSinceEpoch());
     std::tm time = {};
-    localtime_r(&seconds, &time);
+    tzset(); // localtime_r() alone goes on with the zone that it saw first
+    if (!localtime_r(&seconds, &time))
+        return {}; // a year that does not fit into an int
     std::array<char, 128> text = {};
     GetLangTime(text.data(), static_cast<int>(text.size()), format.toUtf8().constData(), &time, 0);
     return QString::fromUtf8(text.data());

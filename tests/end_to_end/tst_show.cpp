@@ -21,6 +21,7 @@ private slots:
 
     void leavesItsPictures();
     void keptDeviceAndPictures();
+    void defaultDevice();
     void failures_data();
     void failures();
     void wrongUse();
@@ -53,7 +54,8 @@ void tst_Show::cleanup()
 QStringList tst_Show::arguments(const QStringList &options, const QStringList &program) const
 {
     return QStringList{QFileInfo(LauncherPlace::builtCommand(u"slate-run"_s)).path(), m_place->path(u"out"_s)}
-    + options + QStringList{u"--"_s} + program;
+    + (options.contains(u"--root"_s) ? QStringList{} : QStringList{u"--temporary"_s, u"--samples"_s})
+        + options + QStringList{u"--"_s} + program;
 }
 
 void tst_Show::start(QProcess &process, const QStringList &arguments) const
@@ -112,22 +114,36 @@ void tst_Show::keptDeviceAndPictures()
     QVERIFY(QFileInfo::exists(out(u"05.png"_s)));
 }
 
+void tst_Show::defaultDevice()
+{
+    QProcess process;
+    const QString bin = QFileInfo(LauncherPlace::builtCommand(u"slate-run"_s)).path();
+    start(process, QStringList{bin, m_place->path(u"out"_s), u"--"_s} + answering());
+    const LauncherEnd end = LauncherPlace::end(process);
+    QCOMPARE(end.errors, QByteArray());
+    QCOMPARE(end.status, 0);
+    QVERIFY(QFileInfo::exists(m_place->path(u"data/picture_stand/device/mnt/ext1/Photo/10.jpg"_s)));
+}
+
 void tst_Show::failures_data()
 {
     QTest::addColumn<QStringList>("options");
     QTest::addColumn<QStringList>("program");
     QTest::addColumn<QByteArray>("reason");
+    QTest::addColumn<int>("status");
 
     QTest::newRow("program ends at once")
         << QStringList{} << QStringList{u"/bin/sh"_s, u"-c"_s, u"echo broken >&2; exit 0"_s}
-        << QByteArray("did not start: broken");
+        << QByteArray("did not start: broken") << 1;
     QTest::newRow("launcher refuses") << QStringList{u"--profile"_s, u"grey-99"_s} << answering()
-                                      << QByteArray("there is no profile \"grey-99\"");
+                                      << QByteArray("there is no profile \"grey-99\"") << 2;
     QTest::newRow("nothing to play") << QStringList{} << answering(u"press"_s)
-                                     << QByteArray("\"press Start playback\" failed: slatectl: not-possible");
+                                     << QByteArray("\"press Start playback\" failed: slatectl: not-possible")
+                                     << 1;
     QTest::newRow("no next picture") << QStringList{} << answering(u"fire"_s)
-                                     << QByteArray("\"fire nextImageEvent\" failed");
-    QTest::newRow("never at rest") << QStringList{} << answering(u"idle"_s) << QByteArray("\"idle\" failed");
+                                     << QByteArray("\"fire nextImageEvent\" failed") << 1;
+    QTest::newRow("never at rest") << QStringList{} << answering(u"idle"_s) << QByteArray("\"idle\" failed")
+                                   << 1;
 }
 
 void tst_Show::failures()
@@ -135,11 +151,16 @@ void tst_Show::failures()
     QFETCH(QStringList, options);
     QFETCH(QStringList, program);
     QFETCH(QByteArray, reason);
+    QFETCH(int, status);
 
+    QVERIFY(writeFile(out(u"01.png"_s), "from an earlier show"));
     const LauncherEnd end = play(options, program);
     QVERIFY2(end.errors.startsWith("show: ") && end.errors.count('\n') == 1, end.errors.constData());
     QVERIFY2(end.errors.contains(reason), end.errors.constData());
-    QCOMPARE(end.status, 1);
+    QCOMPARE(end.status, status);
+    // A show that never began leaves the last one's pictures.
+    const bool kept = fileContent(out(u"01.png"_s)) == "from an earlier show";
+    QCOMPARE(kept, end.errors.contains("did not start"));
 }
 
 void tst_Show::wrongUse()

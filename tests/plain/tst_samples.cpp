@@ -86,8 +86,8 @@ void tst_samples::picture_data()
     QTest::addColumn<QSize>("size");
     QTest::addColumn<QString>("taken");
 
-    const QSize portrait(1600, 2133);
-    const QSize landscape(2133, 1600);
+    const QSize portrait(1600, 2161);
+    const QSize landscape(2161, 1600);
     QTest::newRow("mountains in mist") << 1 << portrait << u"2023:10:14 07:42:18"_s;
     QTest::newRow("moon over water") << 2 << portrait << u"2021:08:22 23:11:05"_s;
     QTest::newRow("dunes") << 3 << landscape << u"2019:11:03 16:58:40"_s;

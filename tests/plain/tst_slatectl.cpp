@@ -153,6 +153,10 @@ void tst_Slatectl::usage_data()
     QTest::newRow("number beyond 64 bits") << QStringList{u"tap"_s, u"10"_s, u"99999999999999999999"_s};
     QTest::newRow("number with a unit") << QStringList{u"tap"_s, u"10"_s, u"20px"_s};
     QTest::newRow("hold for less than nothing") << QStringList{u"hold"_s, u"1"_s, u"2"_s, u"-1"_s};
+    QTest::newRow("hold for more than a minute") << QStringList{u"hold"_s, u"1"_s, u"2"_s, u"60001"_s};
+    QTest::newRow("idle for more than 20 seconds") << QStringList{u"idle"_s, u"20001"_s};
+    QTest::newRow("drag in too many steps")
+        << QStringList{u"drag"_s, u"1"_s, u"2"_s, u"3"_s, u"4"_s, u"1001"_s};
     QTest::newRow("drag to half a place") << QStringList{u"drag"_s, u"1"_s, u"2"_s, u"3"_s};
     QTest::newRow("drag in no steps") << QStringList{u"drag"_s, u"1"_s, u"2"_s, u"3"_s, u"4"_s, u"0"_s};
     QTest::newRow("no key") << QStringList{u"key"_s};
@@ -260,6 +264,7 @@ void tst_Slatectl::requests_data()
     row("tree", R"({"do":"tree"})");
     row("press Play", R"({"do":"press","name":"Play"})");
     row("press Play 2", R"({"do":"press","n":2,"name":"Play"})");
+    row("press #play", R"({"do":"press","name":"#play"})");
     row("increase Light", R"({"do":"increase","name":"Light"})");
     row("decrease Light 1", R"({"do":"decrease","n":1,"name":"Light"})");
     row("idle", R"({"do":"idle"})");

@@ -1,4 +1,4 @@
-// Files that cannot grow any more, as on a full file system.
+// Files that may not grow beyond a limit.
 
 #pragma once
 

@@ -11,11 +11,17 @@
 #include <slateview_testing.h>
 
 #include <QCoreApplication>
+#include <QDir>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QFileInfo>
 #include <QMetaMethod>
 #include <QMetaProperty>
+#include <QProcess>
 #include <QSignalSpy>
 #include <QTest>
 
+#include <cstdio>
 #include <memory>
 
 using lindenreed::device::Device;
@@ -44,6 +50,8 @@ QByteArray sequence(const QByteArray &before, int orientation)
         + "\nGetEventHandler\nSendEvent null 43 0 0";
 }
 
+const QString firstTurnSidewaysArgument = QStringLiteral("--first-turn-sideways");
+const QString configPath = QStringLiteral("/mnt/ext1/system/config/global.cfg");
 const QString slideshow = QStringLiteral("slideshow");
 const QString playlists = QStringLiteral("playlists");
 
@@ -59,12 +67,14 @@ private slots:
     void cleanup();
 
     void firstTurnAlwaysCounts(); // first: the flag is the process's
+    void firstTurnSideways();
     void turnToWhereItStands();
     void allowedTurns_data();
     void allowedTurns();
     void turnCalls_data();
     void turnCalls();
     void turnedScreenOnColour();
+    void construction();
     void metaObject();
     void screenSize();
     void showPanel();
@@ -107,30 +117,54 @@ void tst_App::firstTurnAlwaysCounts()
     App app;
     QSignalSpy screen(&app, &App::screenChanged);
     QSignalSpy turned(&app, &App::orientationChanged);
+    QByteArray callsBeforeSignal;
+    connect(&app, &App::screenChanged, &app, [&] { callsBeforeSignal = ::turnCalls(*m_device); });
+    QElapsedTimer sinceTurn;
+    qint64 signalAfter = -1;
+    connect(&app, &App::orientationChanged, &app, [&] { signalAfter = sinceTurn.elapsed(); });
 
     app.changeOrientation(1); // not let through, and does not count
     QCOMPARE(::turnCalls(*m_device), QByteArray());
 
     // The device stands upright already: a change all the same, from nothing.
+    sinceTurn.start();
     app.changeOrientation(0);
     QCOMPARE(::turnCalls(*m_device), sequence("prepareAspectChange 0\n", 0));
+    QCOMPARE(callsBeforeSignal, ::turnCalls(*m_device)); // the signal comes last
     QCOMPARE(screen.count(), 1);
     QCOMPARE(turned.count(), 0);
     m_device->forgetCalls();
 
     QTRY_COMPARE(turned.count(), 1);
+    QVERIFY2(signalAfter >= 100 && signalAfter < 500, QByteArray::number(signalAfter).constData());
     QCOMPARE(::turnCalls(*m_device), QByteArray()); // the refresh comes later than the signal
     QTRY_COMPARE(::turnCalls(*m_device), QByteArray("setScreenUpdateMode 1\nrequestScreenRefresh 1 1"));
+    QVERIFY2(sinceTurn.elapsed() >= 500, QByteArray::number(sinceTurn.elapsed()).constData());
     QCOMPARE(screen.count(), 1);
     QCOMPARE(turned.count(), 1);
 }
 
+void tst_App::firstTurnSideways()
+{
+    // From nothing, which is not upright either: no change between upright and sideways to prepare.
+    QProcess child;
+    child.start(QCoreApplication::applicationFilePath(), {firstTurnSidewaysArgument});
+    QVERIFY(child.waitForFinished());
+    QCOMPARE(child.exitCode(), 0);
+    QCOMPARE(child.readAllStandardOutput(), sequence({}, 1));
+}
+
 void tst_App::turnToWhereItStands()
 {
+    {
+        App first;
+        first.changeOrientation(0);
+    }
+    // What one application knows of the screen holds for the next one in the process.
     App app;
-    app.changeOrientation(0);
     m_device->forgetCalls();
     QSignalSpy screen(&app, &App::screenChanged);
+    app.changeOrientation(0);
     app.changeOrientation(0);
     QCOMPARE(::turnCalls(*m_device), QByteArray());
     QCOMPARE(screen.count(), 0);
@@ -209,6 +243,34 @@ void tst_App::turnedScreenOnColour()
     app.changeOrientation(2);
     m_device->forgetCalls();
     QTRY_COMPARE(::turnCalls(*m_device), QByteArray("setScreenUpdateMode 2\nrequestScreenRefresh 1 1"));
+}
+
+void tst_App::construction()
+{
+    QDir().mkpath(QFileInfo(configPath).path());
+    QFile config(configPath);
+    QVERIFY(config.open(QIODevice::WriteOnly));
+    config.write("btkeys.count=2\nbtkeys.bt1.name=__DELETED__\nbtkeys.bt2.name=a\n");
+    config.close();
+    QByteArrayList lines;
+    const App app;
+    QVERIFY(config.remove());
+    for (const SdkCall &call : m_device->calls()) {
+        if (call.name != "lr_print_log2")
+            lines.append((QByteArrayList{call.name} + call.arguments).join(' '));
+    }
+    // The image provider's tone first, the keys last of all; a deleted key is not looked at.
+    QCOMPARE(lines.join('\n'),
+             QByteArray("sv_config_open /mnt/ext1/system/config/global.cfg 0\n"
+                        "ReadInt picviewer_brightness -2147483648\nReadInt picviewer_brightness 0\n"
+                        "ReadInt picviewer_contrast -2147483648\nReadInt picviewer_contrast 0\n"
+                        "ReadInt picviewer_gamma -2147483648\nReadInt picviewer_gamma 0\n"
+                        "sv_config_close config\n"
+                        "sv_config_open /mnt/ext1/system/config/global.cfg 1\n"
+                        "ReadInt btkeys.count -2147483648\nReadString btkeys.bt1.name \n"
+                        "ReadString btkeys.bt2.name \n"
+                        "ReadInt btkeys.bt2.scanCode -2147483648\nReadInt btkeys.bt2.scanCode 0\n"
+                        "ReadString tkey.bt2.0 \nsv_config_close config"));
 }
 
 void tst_App::metaObject()
@@ -350,8 +412,8 @@ void tst_App::leavingTheShow()
     connect(&app, &App::changedView, &app, [&heard] { heard = GetOrientation(); });
     app.changeView(playlists);
     QCOMPARE(m_device->calls({"SetOrientation"}).size(), orientation == afterwards ? 0 : 1);
-    QCOMPARE(heard, GetOrientation());
-    QCOMPARE(m_device->calls({"SetOrientation"}).isEmpty() ? orientation : 0, afterwards);
+    QCOMPARE(heard, afterwards);
+    QCOMPARE(GetOrientation(), afterwards);
 }
 
 void tst_App::settingsHearOfTheViewOnlyInRun()
@@ -394,5 +456,18 @@ void tst_App::destructorStopsTheShow()
     QCOMPARE(names, (QByteArrayList{"SetAutoPowerOff", "SetAutoKeylock", "ClearTimerByName"}));
 }
 
-QTEST_GUILESS_MAIN(tst_App)
+int main(int argc, char **argv)
+{
+    QCoreApplication application(argc, argv);
+    if (application.arguments().contains(firstTurnSidewaysArgument)) {
+        const DeviceForTest device;
+        App app;
+        app.changeView(slideshow);
+        app.changeOrientation(1);
+        return std::fputs(turnCalls(device).constData(), stdout) >= 0 ? 0 : 1;
+    }
+    tst_App test;
+    return QTest::qExec(&test, argc, argv);
+}
+
 #include "tst_app.moc"

@@ -1,6 +1,8 @@
 // The application as it runs: order of its start, its connections, events of the device, two runs in one
 // process.
 
+#include "datastorage.h"
+#include "device_calls.h"
 #include "panel_application.h"
 #include "running_app.h"
 #include "stored_database.h"
@@ -9,14 +11,17 @@
 #include <slateview_testing.h>
 
 #include <QDir>
+#include <QElapsedTimer>
 #include <QFile>
 #include <QImage>
 #include <QQmlComponent>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QThreadPool>
+#include <QTime>
 
 #include <memory>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 using lindenreed::device::DeviceForTest;
@@ -27,32 +32,12 @@ namespace {
 
 const QString configPath = u"/mnt/ext1/system/config/global.cfg"_s;
 
-/// Calls that change nothing: sizes, kinds, texts, configuration files, the light's state.
-bool isQuery(const SdkCall &call)
-{
-    static const QByteArrayList names{"ScreenWidth",
-                                      "ScreenHeight",
-                                      "PanelHeight",
-                                      "GetPanelType",
-                                      "device_display_colormask",
-                                      "device_display_dpi",
-                                      "GetLangText",
-                                      "SvGetScreenModeInversion",
-                                      "sv_config_open",
-                                      "sv_config_close",
-                                      "ReadInt",
-                                      "ReadString",
-                                      "adjustAreaDefault",
-                                      "adjustAreaWithBrightnessContrastGamma",
-                                      "QuickFloyd16Dither"};
-    return names.contains(call.name);
-}
-
+/// The calls that change something, and those that read the orientation or the light.
 QByteArray callsOf(const DeviceForTest &device)
 {
     QByteArrayList lines;
     for (const SdkCall &call : device.calls()) {
-        if (!isQuery(call))
+        if (!isQuery(call.name))
             lines.append((QByteArrayList{call.name} + call.arguments).join(' '));
     }
     return lines.join('\n');
@@ -64,12 +49,17 @@ class tst_AppRun : public QObject
 {
     Q_OBJECT
 
+public slots:
+    void noteComponent() { m_callsAtComponent.append(callsOf(*m_device)); }
+
 private slots:
     void initTestCase();
     void init();
     void cleanup();
 
     void orderOfTheStart();
+    void placeOfTheSettings();
+    void exitCode();
     void previousOrientation_data();
     void previousOrientation();
     void minuteTick();
@@ -80,8 +70,11 @@ private slots:
     void unknownView();
     void sameViewAgain();
     void orderOfTheShowsRow();
+    void orderOfTheOverviewsRow();
+    void screensChangeTheView();
     void windowFollowsThePanel();
     void infoMessage();
+    void infoMessageForFourSeconds();
     void intervalReachesTheShow();
     void shuffleReachesTheShow();
     void activePlaylistReachesTheSettings();
@@ -90,6 +83,7 @@ private slots:
     void keysOfTheDevice();
     void configuredKeys_data();
     void configuredKeys();
+    void configuredKeyDuringAShow();
     void backgroundAndForeground();
     void turnOfTheDevice();
     void twoRunsInOneProcess();
@@ -102,6 +96,7 @@ private:
     std::unique_ptr<DeviceForTest> m_device;
     std::unique_ptr<QTemporaryDir> m_folder;
     QStringList m_paths;
+    QByteArrayList m_callsAtComponent; ///< what had been called when the screens' loader had a new component
 };
 
 void tst_AppRun::initTestCase()
@@ -132,6 +127,10 @@ void tst_AppRun::configure(const QByteArray &contents)
 {
     QDir().mkpath(QFileInfo(configPath).path());
     QFile file(configPath);
+    if (contents == "missing") {
+        QVERIFY(!file.exists() || file.remove());
+        return;
+    }
     QVERIFY(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
     file.write(contents);
 }
@@ -161,6 +160,34 @@ void tst_AppRun::orderOfTheStart()
     QCOMPARE(signalsSeen, QByteArrayList{"3"}); // right after the panel
 }
 
+void tst_AppRun::placeOfTheSettings()
+{
+    App app;
+    // What is stored while the panel is being set is loaded: the settings come later. And before anybody listens: the
+    // show keeps the interval that it was made with.
+    connect(
+        &app, &App::screenChanged, &app,
+        [] { DataStorage::instance().setSetting(u"change_picture_time"_s, u"77"_s, -1); },
+        Qt::SingleShotConnection);
+    QByteArray started;
+    QCOMPARE(runApp(app,
+                    [&](RunningApp &running) {
+                        QCOMPARE(running.settings()->changePictureTime(), 77);
+                        running.slideshow()->start();
+                        started = m_device->calls({"SetHardTimerEx"}).last().arguments.join(' ');
+                    }),
+             0);
+    DataStorage::instance().setSetting(u"change_picture_time"_s, u"30"_s, -1);
+    QCOMPARE(started, QByteArray("nextImageEvent callback context XX"));
+}
+
+void tst_AppRun::exitCode()
+{
+    App app;
+    QTimer::singleShot(0, &app, [] { QCoreApplication::exit(7); });
+    QCOMPARE(app.run(qGuiApp), 7);
+}
+
 void tst_AppRun::previousOrientation_data()
 {
     QTest::addColumn<int>("orientation");
@@ -186,7 +213,11 @@ void tst_AppRun::previousOrientation()
     app.changeView(QString());
     SetOrientation(1);
     m_device->forgetCalls();
+    QList<bool> windows; // whether there was one at each change of the screen
+    connect(&app, &App::screenChanged, &app,
+            [&windows] { windows.append(!QGuiApplication::topLevelWindows().isEmpty()); });
     QCOMPARE(runApp(app, [&](RunningApp &) { calls = callsOf(*m_device); }), 0);
+    QCOMPARE(windows, QList<bool>(applied ? 2 : 1, false)); // the panel's, and the turn's
     QCOMPARE(
         calls.contains("GetTaskFramebufferInfo 1\nGetOrientation\nprepareAspectChange 0\nSetOrientation 0"),
         applied);
@@ -200,9 +231,20 @@ void tst_AppRun::minuteTick()
     QCOMPARE(runApp(app,
                     [&](RunningApp &) {
                         m_device->forgetCalls();
+                        QByteArray callsBefore = "not heard";
+                        connect(&app, &App::currentDateChanged, &app,
+                                [&callsBefore, this] { callsBefore = callsOf(*m_device); });
+                        const auto armed = [] {
+                            return "SetHardTimerEx updateDateTimeEvent callback context "
+                                + QByteArray::number((60 - QTime::currentTime().second()) * 1000);
+                        };
+                        const QByteArray earliest = armed();
                         QVERIFY(m_device->fire("updateDateTimeEvent"));
+                        const QByteArray latest = armed();
+                        const QByteArray calls = callsOf(*m_device);
                         QCOMPARE(changed.count(), 1);
-                        QVERIFY(callsOf(*m_device).startsWith("SetHardTimerEx updateDateTimeEvent"));
+                        QCOMPARE(callsBefore, QByteArray()); // first the date, then the next tick
+                        QVERIFY2(calls == earliest || calls == latest, calls.constData());
                         QVERIFY(m_device->fire("updateDateTimeEvent")); // armed again, in any view
                         QCOMPARE(changed.count(), 2);
                     }),
@@ -360,6 +402,55 @@ void tst_AppRun::orderOfTheShowsRow()
              0);
 }
 
+void tst_AppRun::orderOfTheOverviewsRow()
+{
+    App app;
+    QCOMPARE(runApp(app,
+                    [&](RunningApp &running) {
+                        m_device->setColourMask(1);
+                        running.slideshow()->initFromList(m_paths, 30);
+                        m_callsAtComponent.clear();
+                        QVERIFY(connect(running.window->contentItem()->childItems().first(),
+                                        SIGNAL(sourceComponentChanged()), this, SLOT(noteComponent())));
+                        // The component between panel and quality, and the start.
+                        app.changeView(u"slideshow"_s);
+                        QCOMPARE(m_callsAtComponent.size(), 1);
+                        QVERIFY2(m_callsAtComponent.first().endsWith("SetPanelType 0\nsetFastUpdates 0"),
+                                 m_callsAtComponent.first().constData());
+                        QCOMPARE(callsOf(*m_device),
+                                 m_callsAtComponent.first()
+                                     + "\nSetAutoPowerOff 0\nSetAutoKeylock 0\nClearTimerByName nextImageEvent"
+                                       "\nSetHardTimerEx nextImageEvent callback context 30000");
+
+                        // Behind panel, quality and the full refresh; nothing comes after it.
+                        m_callsAtComponent.clear();
+                        app.changeView(u"playlists"_s);
+                        m_device->setColourMask(0);
+                        QCOMPARE(m_callsAtComponent.size(), 1);
+                        QVERIFY2(m_callsAtComponent.first().endsWith(
+                                     "SetPanelType 1\nsetFastUpdates 1\nsetScreenUpdateMode 5"),
+                                 m_callsAtComponent.first().constData());
+                        QCOMPARE(callsOf(*m_device), m_callsAtComponent.first());
+                    }),
+             0);
+}
+
+void tst_AppRun::screensChangeTheView()
+{
+    App app;
+    QCOMPARE(runApp(app,
+                    [&](RunningApp &running) {
+                        QVERIFY(QMetaObject::invokeMethod(running.screen(), "changeView",
+                                                          Q_ARG(QString, u"slideshow"_s)));
+                        QCOMPARE(app.currentView(), u"slideshow"_s);
+                        QVERIFY(running.screen()->property("test_w").isValid());
+                        QVERIFY(QMetaObject::invokeMethod(running.screen(), "changeView",
+                                                          Q_ARG(QString, u"elsewhere"_s)));
+                        QCOMPARE(app.currentView(), u"elsewhere"_s);
+                    }),
+             0);
+}
+
 void tst_AppRun::windowFollowsThePanel()
 {
     App app;
@@ -394,6 +485,8 @@ void tst_AppRun::infoMessage()
                         QVERIFY(message->isVisible());
                         QPointer<QObject> item = message->property("item").value<QObject *>();
                         QVERIFY(item);
+                        QCOMPARE(item->property("text").toString(), u"Two pictures"_s);
+                        QCOMPARE(item->property("icon").toUrl(), QUrl(u"image://resource/icon_done"_s));
                         QMetaObject::invokeMethod(item, "close");
                         QVERIFY(!message->isVisible());
 
@@ -401,6 +494,24 @@ void tst_AppRun::infoMessage()
                         QVERIFY(message->isVisible());
                         QCOMPARE(message->property("item").value<QObject *>(),
                                  item.data()); // it stays for the next one
+                    }),
+             0);
+}
+
+void tst_AppRun::infoMessageForFourSeconds()
+{
+    App app;
+    QCOMPARE(runApp(app,
+                    [&](RunningApp &running) {
+                        const QQuickItem *message = running.window->contentItem()->childItems().at(1);
+                        QElapsedTimer shown;
+                        shown.start();
+                        emit app.showInfoMessage(u"Two pictures"_s, QString());
+                        QVERIFY(message->isVisible());
+                        QTRY_VERIFY_WITH_TIMEOUT(!message->isVisible(), 10'000);
+                        // The timer may be coarse: a twentieth.
+                        QVERIFY2(shown.elapsed() >= 3800 && shown.elapsed() < 4900,
+                                 QByteArray::number(shown.elapsed()).constData());
                     }),
              0);
 }
@@ -459,6 +570,11 @@ void tst_AppRun::activePlaylistReachesTheSettings()
                         QCOMPARE(running.settings()->changePictureTime(), 99);
                         QVERIFY(callsOf(*m_device).contains(
                             "SetHardTimerEx nextImageEvent callback context 99000"));
+                        // The settings know playlists by their low 32 bits.
+                        running.playlists()->setActiveId(-1);
+                        QCOMPARE(running.settings()->changePictureTime(), 30);
+                        running.playlists()->setActiveId((1LL << 32) + id);
+                        QCOMPARE(running.settings()->changePictureTime(), 99);
                         running.playlists()->deleteItem(id);
                         running.playlists()->setActiveId(-1);
                     }),
@@ -577,6 +693,18 @@ void tst_AppRun::configuredKeys_data()
         << QByteArray("btkeys.count=1\nbtkeys.bt1.name=a\ntkey.bt1.0=@KA_next\n") << 0 << 1 << 0;
     QTest::newRow("no action, which holds its code against the next")
         << QByteArray("btkeys.count=2\nbtkeys.bt1.scanCode=7\n") + key(2, "b", 7, "@KA_prev") << 7 << 0 << 0;
+    QTest::newRow("no scan code against a later explicit 0")
+        << QByteArray("btkeys.count=2\ntkey.bt1.0=@KA_next\n") + key(2, "b", 0, "@KA_prev") << 0 << 1 << 0;
+    QTest::newRow("a scan code out of range lands on 0")
+        << QByteArray("btkeys.count=1\nbtkeys.bt1.scanCode=4294967303\ntkey.bt1.0=@KA_next\n") << 0 << 1 << 0;
+    QTest::newRow("and not on its low 32 bits")
+        << QByteArray("btkeys.count=1\nbtkeys.bt1.scanCode=4294967303\ntkey.bt1.0=@KA_next\n") << 7 << 0 << 0;
+    QTest::newRow("an action of 7 letters")
+        << "btkeys.count=1\n" + key(1, "a", 7, "@KA_nex") << 7 << 0 << 0;
+    QTest::newRow("no configuration") << QByteArray("missing") << 0 << 0 << 0;
+    QTest::newRow("key 1000") << "btkeys.count=1001\n" + key(1000, "a", 7, "@KA_next") << 7 << 1 << 0;
+    QTest::newRow("key 1001 does not count")
+        << "btkeys.count=1001\n" + key(1001, "a", 7, "@KA_next") << 7 << 0 << 0;
     QTest::newRow("the twelfth key") << "btkeys.count=12\n" + key(12, "l", 7, "@KA_next") << 7 << 1 << 0;
 }
 
@@ -604,6 +732,30 @@ void tst_AppRun::configuredKeys()
                                  position == 1 ? QByteArray("ClearTimerByName nextImageEvent\nBanSleep 1")
                                      : position == 3 ? QByteArray("ClearTimerByName nextImageEvent")
                                                      : QByteArray());
+                    }),
+             0);
+}
+
+void tst_AppRun::configuredKeyDuringAShow()
+{
+    configure("btkeys.count=1\nbtkeys.bt1.scanCode=7\ntkey.bt1.0=@KA_next\n");
+    App app;
+    QCOMPARE(runApp(app,
+                    [&](RunningApp &running) {
+                        running.slideshow()->initFromList(m_paths, 30);
+                        running.slideshow()->start();
+                        QList<std::pair<QString, QByteArray>> effects;
+                        for (const int type : {25, 40}) {
+                            m_device->forgetCalls();
+                            m_device->send(type, type == 25 ? 25 : 7);
+                            effects.append({running.slideshow()->currentImage(), callsOf(*m_device)});
+                            m_device->send(25, 24);
+                        }
+                        QCOMPARE(effects.at(0).first, m_paths.at(1));
+                        QCOMPARE(effects.at(0).second,
+                                 QByteArray("ClearTimerByName nextImageEvent\n"
+                                            "SetHardTimerEx nextImageEvent callback context 30000\nBanSleep 1"));
+                        QCOMPARE(effects.at(1), effects.at(0));
                     }),
              0);
 }

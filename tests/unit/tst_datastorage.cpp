@@ -101,13 +101,13 @@ void tst_DataStorage::cleanup()
 
 void tst_DataStorage::theSchemaIsThreeTables()
 {
+    // clang-format off: each statement whole
     const QStringList expected{
         u"table|playlists|CREATE TABLE playlists(id INTEGER PRIMARY KEY, title TEXT)"_s,
-        u"table|playlist_images|CREATE TABLE playlist_images (id INTEGER PRIMARY KEY, url TEXT, playlist "
-        u"INTEGER "
-        "REFERENCES playlists(id))"_s,
+        u"table|playlist_images|CREATE TABLE playlist_images (id INTEGER PRIMARY KEY, url TEXT, playlist INTEGER REFERENCES playlists(id))"_s,
         u"table|settings|CREATE TABLE settings(id INTEGER PRIMARY KEY, name TEXT, value TEXT, playlist INTEGER)"_s,
     };
+    // clang-format on
     QCOMPARE(stored_database::rows(u"SELECT type, name, sql FROM sqlite_master ORDER BY rowid"_s), expected);
 }
 

@@ -20,33 +20,31 @@ namespace {
 
 const QString logSource = u"picture_stand/src/datastorage"_s;
 
+// clang-format off: each line whole
 const QString scheme = u"2 void DataStorage::createScheme(): "_s;
 const QString addPlaylist
     = u"2 long long DataStorage::addPlaylist(const QString &): Error performing addPlaylistItem request. [%1]"_s;
-const QString findImage = u"2 bool DataStorage::addImageToPlayList(long long, QString): Error performing "
-                          "getPlaylistItems request. [%1]"_s;
-const QString addImage = u"2 bool DataStorage::addImageToPlayList(long long, QString): Error performing "
-                         "addImageToPlayList request. [%1]"_s;
+const QString findImage
+    = u"2 bool DataStorage::addImageToPlayList(long long, QString): Error performing getPlaylistItems request. [%1]"_s;
+const QString addImage
+    = u"2 bool DataStorage::addImageToPlayList(long long, QString): Error performing addImageToPlayList request. [%1]"_s;
 const QString deleteImage
-    = u"2 void DataStorage::deleteImageFromPlayList(long long, QString): Error performing "
-      "removeImageFromPlayList request. [%1]"_s;
+    = u"2 void DataStorage::deleteImageFromPlayList(long long, QString): Error performing removeImageFromPlayList request. [%1]"_s;
 const QString updatePlaylist
-    = u"2 void DataStorage::updatePlaylist(long long, const QString &): Error performing "
-      "updatePlaylistItem request. [%1]"_s;
+    = u"2 void DataStorage::updatePlaylist(long long, const QString &): Error performing updatePlaylistItem request. [%1]"_s;
 const QString deletePlaylist
     = u"2 void DataStorage::deletePlaylist(long long): Error performing deletePlaylistItem request. [%1]"_s;
 const QString deleteImages
     = u"2 void DataStorage::deletePlaylist(long long): Error performing removeImageFromPlayList request. [%1]"_s;
 const QString readPlaylists
-    = u"2 std::vector<DataStorage::Playlists> DataStorage::getPlaylists(): Error performing "
-      "getPlaylistItems request. [%1]"_s;
+    = u"2 std::vector<DataStorage::Playlists> DataStorage::getPlaylists(): Error performing getPlaylistItems request. [%1]"_s;
 const QString readImages
-    = u"2 std::vector<DataStorage::Playlists> DataStorage::getPlaylists(): Error performing "
-      "getPlaylistImages request. [%1]"_s;
+    = u"2 std::vector<DataStorage::Playlists> DataStorage::getPlaylists(): Error performing getPlaylistImages request. [%1]"_s;
 const QString getSetting
     = u"2 QString DataStorage::getSetting(QString, int): Error performing getPlaylistItems request. [%1]"_s;
 const QString setSetting
     = u"2 void DataStorage::setSetting(QString, QString, int): Error performing setSetting request. [%1]"_s;
+// clang-format on
 
 QStringList withError(QStringList lines, const QString &error)
 {
@@ -143,8 +141,8 @@ private slots:
     void anEmptyReadOnlyFile();
     void aReadOnlyDatabaseIsStillRead();
     void aReadOnlyFolderIsStillRead();
-    void aFullFileSystemAtTheFirstStart();
-    void aFullFileSystemLater();
+    void aFileThatCannotGrowAtTheFirstStart();
+    void aFileThatCannotGrowLater();
     void anOperationFails_data();
     void anOperationFails();
     void theTextIsTheConnectionsLastError();
@@ -172,6 +170,7 @@ void tst_DataStorageFailures::cleanup()
     stop();
     m_output.reset();
     m_device.reset();
+    QFile::setPermissions(stored_database::folder, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
     if (QFile::exists(u"/mnt/ext1/away"_s)) {
         QVERIFY(QDir(stored_database::folder).removeRecursively());
         QVERIFY(QFile::rename(u"/mnt/ext1/away"_s, stored_database::folder));
@@ -233,6 +232,7 @@ void tst_DataStorageFailures::aDatabaseThatCannotBeOpened_data()
     QTest::newRow("a folder has its name") << 1;
     QTest::newRow("the file may not be read") << 2;
     QTest::newRow("a link into nowhere has its name") << 3;
+    QTest::newRow("the folder takes no new file") << 4;
 }
 
 void tst_DataStorageFailures::aDatabaseThatCannotBeOpened()
@@ -249,8 +249,11 @@ void tst_DataStorageFailures::aDatabaseThatCannotBeOpened()
         writeBytes({});
         QVERIFY(QFile::setPermissions(stored_database::path, {}));
         permissions = std::make_unique<ObeyedPermissions>();
-    } else {
+    } else if (obstacle == 3) {
         QVERIFY(QFile::link(u"/mnt/ext1/no/such/folder"_s, stored_database::path));
+    } else {
+        QVERIFY(QFile::setPermissions(stored_database::folder, QFile::ReadOwner | QFile::ExeOwner));
+        permissions = std::make_unique<ObeyedPermissions>();
     }
 
     start();
@@ -262,6 +265,7 @@ void tst_DataStorageFailures::aDatabaseThatCannotBeOpened()
     everyOperationFails(QString());
     QVERIFY(m_device->calls({"GetSoftwareLocalizationType"}).isEmpty());
     QVERIFY(obstacle != 0 || !QFile::exists(stored_database::folder)); // no folder is made
+    QVERIFY(obstacle != 4 || !QFile::exists(stored_database::path));
 }
 
 void tst_DataStorageFailures::aFileThatIsNoDatabase_data()
@@ -380,7 +384,7 @@ void tst_DataStorageFailures::aReadOnlyFolderIsStillRead()
     QCOMPARE(m_store->getSetting(u"change_picture_time"_s, -1), u"30"_s);
 }
 
-void tst_DataStorageFailures::aFullFileSystemAtTheFirstStart()
+void tst_DataStorageFailures::aFileThatCannotGrowAtTheFirstStart()
 {
     {
         const FileSizeLimit limit(4096);
@@ -397,7 +401,7 @@ void tst_DataStorageFailures::aFullFileSystemAtTheFirstStart()
     QCOMPARE(m_store->getSetting(u"change_picture_time"_s, -1), u"30"_s);
 }
 
-void tst_DataStorageFailures::aFullFileSystemLater()
+void tst_DataStorageFailures::aFileThatCannotGrowLater()
 {
     start();
     const QString longTitle(20'000, u'x');

@@ -70,6 +70,7 @@ private slots:
     void storeWritesWhatTheDeviceShows();
     void storeSwitchesTheShowsLightOnForGood();
     void giveBackReadsThenSets();
+    void aDarkDeviceIsRemembered();
     void leavingWithoutEnteringGivesBackZero();
     void aWholeVisit();
     void rememberKeepsTheSystemsLight();
@@ -197,6 +198,17 @@ void tst_FrontlightKeeper::giveBackReadsThenSets()
     QCOMPARE(calls(), reading + setting(system_light, 1));
     QCOMPARE(m_output->text(), QByteArray());
     QCOMPARE(storedRows().first(), u"16|frontlight_brightness|0|-1"_s);
+}
+
+void tst_FrontlightKeeper::aDarkDeviceIsRemembered()
+{
+    setDevice({0, 0, 0, 0});
+    FrontlightKeeper keeper;
+    keeper.remember(); // equals the show's light only as long as no show has been left
+    calls();
+    setDevice(frame_light);
+    keeper.giveBack();
+    QCOMPARE(calls(), reading + setting({0, 0, 0, 0}, 1));
 }
 
 void tst_FrontlightKeeper::leavingWithoutEnteringGivesBackZero()

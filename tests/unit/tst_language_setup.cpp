@@ -67,6 +67,10 @@ void tst_LanguageSetup::language_data()
         << german << QByteArray("en\nde de_DE\n") << QByteArray("de_DE");
     QTest::newRow("further tokens, blanks and tabs")
         << german << QByteArray("\n  \t de \t de_CH.UTF-8 # Swiss\n") << QByteArray("de_CH.UTF-8");
+    QTest::newRow("an empty language is that of a blank line: an empty LANG")
+        << QByteArray("language=\n") << QByteArray("de de_DE\n\nen en_GB\n") << QByteArray();
+    QTest::newRow("an empty language without a blank line")
+        << QByteArray("language=\n") << QByteArray("de de_DE\nen en_GB\n") << QByteArray("inherited");
     QTest::newRow("a last line without end") << german << QByteArray("de de_LU") << QByteArray("de_LU");
     QTest::newRow("a line of a megabyte, and bytes that are no text")
         << german << "\xff\xfe " + QByteArray(1 << 20, 'x') + "\nde de_DE\n"

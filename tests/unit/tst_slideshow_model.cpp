@@ -10,6 +10,7 @@
 #include <QImage>
 #include <QMetaMethod>
 #include <QMetaProperty>
+#include <QScopeGuard>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
@@ -54,13 +55,14 @@ bool write(const QString &path, const QByteArray &contents = "x")
 }
 
 /// The smallest JPEG that libexif reads a date from.
-QByteArray jpegWithDate(const char *date)
+QByteArray jpegWithDate(const char *date, ExifIfd directory = EXIF_IFD_EXIF,
+                        ExifTag tag = EXIF_TAG_DATE_TIME_ORIGINAL)
 {
     ExifData *data = exif_data_new();
     exif_data_set_byte_order(data, EXIF_BYTE_ORDER_INTEL);
     ExifEntry *entry = exif_entry_new();
-    exif_content_add_entry(data->ifd[EXIF_IFD_EXIF], entry);
-    entry->tag = EXIF_TAG_DATE_TIME_ORIGINAL;
+    exif_content_add_entry(data->ifd[directory], entry);
+    entry->tag = tag;
     entry->format = EXIF_FORMAT_ASCII;
     entry->components = std::strlen(date) + 1;
     entry->size = unsigned(entry->components);
@@ -103,6 +105,7 @@ private slots:
     void sortedByPath();
     void shuffledByTheUnseededSource();
     void shuffleKeepsPositionAndIsSilent();
+    void shuffleDuringAShowLeavesTheDeviceAlone();
     void start();
     void startWithoutPictures();
     void stop();
@@ -127,6 +130,9 @@ private slots:
     void timeString();
     void createdFromExif_data();
     void createdFromExif();
+    void createdFromAnotherEntry_data();
+    void createdFromAnotherEntry();
+    void createdIsReadAnew();
     void createdFromAccessTime();
     void createdOfWhatIsNoFile();
     void createdOfFifo();
@@ -176,11 +182,25 @@ void tst_SlideshowModel::metaObject()
                              "getTouchDragZone()", "getTimeString(QString,QDateTime)",
                              "initFromList(QStringList,int)"}));
 
+    for (int i = 0; i < methods.size(); ++i) {
+        const QMetaMethod method = meta.method(meta.methodOffset() + i);
+        QCOMPARE(method.methodType(), i < 3 ? QMetaMethod::Signal : QMetaMethod::Slot);
+        QCOMPARE(method.access(), QMetaMethod::Public);
+        int type = QMetaType::Void;
+        if (method.name() == "getTouchDragZone")
+            type = QMetaType::Double;
+        else if (method.name() == "getTimeString")
+            type = QMetaType::QString;
+        QCOMPARE(method.returnMetaType().id(), type);
+    }
+
     QCOMPARE(meta.propertyCount() - meta.propertyOffset(), 2);
     const QByteArrayList names{"current_image", "created_datetime"};
+    const QList<int> types{QMetaType::QString, QMetaType::QDateTime};
     for (int i = 0; i < names.size(); ++i) {
         const QMetaProperty property = meta.property(meta.propertyOffset() + i);
         QCOMPARE(QByteArray(property.name()), names.at(i));
+        QCOMPARE(property.metaType().id(), types.at(i));
         QVERIFY(!property.isWritable());
         QCOMPARE(property.notifySignal().name(), QByteArray("current_imageChanged"));
     }
@@ -356,6 +376,19 @@ void tst_SlideshowModel::shuffleKeepsPositionAndIsSilent()
     QCOMPARE(load.count(), 1);
     QCOMPARE(load.first().at(1).toInt(), 0);
     QCOMPARE(model.currentImage(), paths.last()); // another picture at the same position
+}
+
+void tst_SlideshowModel::shuffleDuringAShowLeavesTheDeviceAlone()
+{
+    // The wait goes on as it is, and the device keeps what the show asked for.
+    SlideshowModel model;
+    model.initFromList(makePictures(3), 30);
+    model.start();
+    m_device->forgetCalls();
+    model.shuffleChange(true);
+    model.shuffleChange(false);
+    QCOMPARE(callsOf(*m_device), QByteArray());
+    QVERIFY(m_device->fire("nextImageEvent"));
 }
 
 void tst_SlideshowModel::start()
@@ -609,7 +642,7 @@ void tst_SlideshowModel::touchDragZone()
 void tst_SlideshowModel::timeString_data()
 {
     QTest::addColumn<QString>("format");
-    QTest::addColumn<QDateTime>("time");
+    QTest::addColumn<QDateTime>("time"); // where it is in UTC, the zone has changed since the last row
     QTest::addColumn<QString>("text");
 
     const QDateTime morning(QDate(2024, 5, 3), QTime(7, 4, 9));
@@ -620,6 +653,9 @@ void tst_SlideshowModel::timeString_data()
     QTest::newRow("empty format") << QString() << morning << QString();
     QTest::newRow("no time at all: the epoch")
         << QStringLiteral("%Y") << QDateTime() << QStringLiteral("1970");
+    QTest::newRow("another zone than before")
+        << QStringLiteral("%d %H:%M") << QDateTime(QDate(2024, 5, 3), QTime(22, 4, 9), Qt::UTC)
+        << QStringLiteral("04 07:04");
     QTest::newRow("cut at 127 bytes") << QString(200, u'x') << morning << QString(127, u'x');
 }
 
@@ -630,7 +666,17 @@ void tst_SlideshowModel::timeString()
     QFETCH(QString, text);
 
     SlideshowModel model;
+    model.getTimeString(QStringLiteral("%H"), time); // whoever remembers a zone remembers this one
+    const QByteArray zone = qgetenv("TZ");
+    if (time.timeSpec() == Qt::UTC)
+        qputenv("TZ", "JST-9"); // Tokyo's, written so that no list of zones is needed
+    const auto restore = qScopeGuard([&zone] { qputenv("TZ", zone); });
+    m_device->forgetCalls();
     QCOMPARE(model.getTimeString(format, time), text);
+
+    const QList<SdkCall> calls = m_device->calls({"GetLangTime"});
+    QCOMPARE(calls.size(), 1);
+    QCOMPARE(calls.first().arguments, (QByteArrayList{"128", format.toUtf8(), "0"}));
 }
 
 void tst_SlideshowModel::createdFromExif_data()
@@ -642,6 +688,23 @@ void tst_SlideshowModel::createdFromExif_data()
         << QByteArray("2019:08:17 14:30:05") << QDateTime(QDate(2019, 8, 17), QTime(14, 30, 5));
     QTest::newRow("as ISO writes it")
         << QByteArray("2019-08-17T14:30:05") << QDateTime(QDate(2019, 8, 17), QTime(14, 30, 5));
+    QTest::newRow("any separators")
+        << QByteArray("2019/08.17 14:30:05") << QDateTime(QDate(2019, 8, 17), QTime(14, 30, 5));
+    QTest::newRow("a day alone") << QByteArray("2019:08:17") << QDateTime(QDate(2019, 8, 17), QTime(0, 0));
+    QTest::newRow("without seconds")
+        << QByteArray("2019:08:17 14:30") << QDateTime(QDate(2019, 8, 17), QTime(14, 30));
+    QTest::newRow("with a fraction") << QByteArray("2019:08:17 14:30:05.25")
+                                     << QDateTime(QDate(2019, 8, 17), QTime(14, 30, 5, 250));
+    QTest::newRow("in UTC") << QByteArray("2019:08:17 14:30:05Z")
+                            << QDateTime(QDate(2019, 8, 17), QTime(14, 30, 5), Qt::UTC);
+    QTest::newRow("with an offset") << QByteArray("2019:08:17 14:30:05+02:00")
+                                    << QDateTime(QDate(2019, 8, 17), QTime(12, 30, 5), Qt::UTC);
+    QTest::newRow("midnight as 24") << QByteArray("2019:08:17 24:00:00")
+                                    << QDateTime(QDate(2019, 8, 18), QTime(0, 0));
+    QTest::newRow("no such hour") << QByteArray("2019:08:17 25:00:00") << QDateTime();
+    QTest::newRow("blanks, as cameras without a clock write it")
+        << QByteArray("    :  :     :  :  ") << QDateTime();
+    QTest::newRow("empty") << QByteArray() << QDateTime();
     QTest::newRow("no such day") << QByteArray("2019:02:31 14:30:05") << QDateTime();
     QTest::newRow("a camera without a clock") << QByteArray("0000:00:00 00:00:00") << QDateTime();
     QTest::newRow("words") << QByteArray("last summer, maybe!") << QDateTime();
@@ -667,6 +730,43 @@ void tst_SlideshowModel::createdFromExif()
         QCOMPARE(created, expected);
     else
         QVERIFY(created == accessed || created == QFileInfo(path).fileTime(QFileDevice::FileAccessTime));
+}
+
+void tst_SlideshowModel::createdFromAnotherEntry_data()
+{
+    QTest::addColumn<int>("directory");
+    QTest::addColumn<int>("tag");
+
+    QTest::newRow("when it was taken, in the main directory")
+        << int(EXIF_IFD_0) << int(EXIF_TAG_DATE_TIME_ORIGINAL);
+    QTest::newRow("when the file was changed, in the main directory")
+        << int(EXIF_IFD_0) << int(EXIF_TAG_DATE_TIME);
+    QTest::newRow("when it was digitised") << int(EXIF_IFD_EXIF) << int(EXIF_TAG_DATE_TIME_DIGITIZED);
+}
+
+void tst_SlideshowModel::createdFromAnotherEntry()
+{
+    QFETCH(int, directory);
+    QFETCH(int, tag);
+
+    // Only the date of the shot in its own directory counts.
+    const QString path = m_folder->filePath(QStringLiteral("dated.jpg"));
+    QVERIFY(write(path, jpegWithDate("2019:08:17 14:30:05", ExifIfd(directory), ExifTag(tag))));
+    SlideshowModel model;
+    model.initFromList({path}, 1);
+    const QDateTime created = model.createdDateTime();
+    QCOMPARE(created, QFileInfo(path).fileTime(QFileDevice::FileAccessTime));
+}
+
+void tst_SlideshowModel::createdIsReadAnew()
+{
+    const QString path = m_folder->filePath(QStringLiteral("dated.jpg"));
+    QVERIFY(write(path, jpegWithDate("2019:08:17 14:30:05")));
+    SlideshowModel model;
+    model.initFromList({path}, 1);
+    QCOMPARE(model.createdDateTime(), QDateTime(QDate(2019, 8, 17), QTime(14, 30, 5)));
+    QVERIFY(write(path, jpegWithDate("2020:01:02 03:04:05")));
+    QCOMPARE(model.createdDateTime(), QDateTime(QDate(2020, 1, 2), QTime(3, 4, 5)));
 }
 
 void tst_SlideshowModel::createdFromAccessTime()

@@ -109,8 +109,9 @@ float ridgedNoise(Point p, int layers, std::uint32_t seed);
 class Canvas
 {
 public:
+    // The shape of six-inch panels: what fills the screen is then dithered once and not enlarged.
     static constexpr int shortSide = 1600; ///< pixels
-    static constexpr int longSide = 2133;
+    static constexpr int longSide = 2161;
     static constexpr float pixel = 1.0F / shortSide;
 
     enum class Format { Portrait, Landscape };

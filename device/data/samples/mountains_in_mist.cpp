@@ -39,6 +39,7 @@ float crestOf(const Ridge &ridge, float x)
 void paintRidge(Canvas &canvas, const Ridge &ridge)
 {
     std::vector<float> crests;
+    crests.reserve(std::size_t(canvas.width()));
     for (int x = 0; x < canvas.width(); ++x)
         crests.push_back(crestOf(ridge, Canvas::centre(x, 0).x));
 

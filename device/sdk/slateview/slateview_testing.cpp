@@ -4,6 +4,7 @@
 #include <facts.h>
 
 #include <QCoreApplication>
+#include <QDeadlineTimer>
 #include <QEventLoop>
 
 namespace lindenreed::device {
@@ -81,9 +82,11 @@ bool DeviceForTest::fire(const QByteArray &timer)
                      [&ran, &timer](const QByteArray &name) { ran = ran || name == timer; });
     if (!timers.fire(timer))
         return false;
-    while (!ran && Device::instance())
-        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
-    return true;
+    // Another callback may clear it, or arm it anew, before its turn comes.
+    QDeadlineTimer patience(10'000);
+    while (!ran && Device::instance() && !patience.hasExpired())
+        QCoreApplication::processEvents(QEventLoop::AllEvents, 10);
+    return ran || !Device::instance();
 }
 
 void DeviceForTest::setColourMask(int mask)

@@ -1,0 +1,32 @@
+#include "program.h"
+
+#include "app.h"
+#include "language_setup.h"
+
+#include <slateview.h>
+
+#include <QFont>
+#include <QGuiApplication>
+#include <QLocale>
+#include <QQuickWindow>
+
+#include <cstdlib>
+
+namespace lindenreed::picture_stand {
+
+int runProgram(int argc, char **argv)
+{
+    setenv("QT_QPA_PLATFORM", "lindenreed2", 1);
+    setUpLanguage();
+    QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
+    QGuiApplication application(argc, argv);
+
+    QLocale::setDefault(QLocale(qEnvironmentVariable("LANG")));
+    const QFont font(QString::fromUtf8(sv_get_default_font(5)), -1, -1, false);
+    QGuiApplication::setFont(font);
+
+    App app;
+    return app.run(&application);
+}
+
+} // namespace lindenreed::picture_stand
