@@ -139,7 +139,7 @@ void paintHills(Canvas &canvas)
         {1.245F, 0.085F, 1.5F, {0.135F, 0.170F, 0.155F}, 0.60F, 83},
     };
     for (const auto &row : rows) {
-        canvas.paint({0, 0.8F}, {1, 1.34F}, [&](Point p, Colour under) {
+        canvas.paint({0, 0.8F}, {1, 1.36F}, [&](Point p, Colour under) {
             const float ridge
                 = row.base - row.swell * layeredNoise({p.x * row.detail + 3, 2.5F}, 5, row.seed) * 1.6F;
             const float trees = 0.010F * row.detail

@@ -75,7 +75,7 @@ void paintCoast(Canvas &canvas)
 
 void paintWater(Canvas &canvas)
 {
-    canvas.paint({0, horizon}, {1, 1.34F}, [](Point p, Colour) {
+    canvas.paint({0, horizon}, {1, 1.36F}, [](Point p, Colour) {
         const float depth = p.y - horizon + 0.004F;
         const float away = 0.09F / depth; // distance on the water
         const Point place{(p.x - 0.5F) * away * 9, away * 26};
@@ -140,7 +140,7 @@ void paintReeds(Canvas &canvas)
     const Colour dark{0.012F, 0.016F, 0.026F};
     for (int i = 0; i < 62; ++i) {
         const float x = std::pow(random.next(), 1.7F) * 0.40F - 0.03F;
-        Point from{x, 1.345F};
+        Point from{x, 1.37F};
         const float height = random.between(0.10F, 0.34F) * (1 - x * 1.3F);
         float lean = random.between(-0.16F, 0.30F);
         const float thick = random.between(0.0012F, 0.0028F);

@@ -145,7 +145,7 @@ Canvas mountainsInMist()
     paintBirds(canvas);
 
     const auto mistBank = [&](float y, float thickness, float strength, std::uint32_t seed) {
-        canvas.paint({0, y - 2 * thickness}, {1, 1.34F}, [&](Point p, Colour under) {
+        canvas.paint({0, y - 2 * thickness}, {1, 1.36F}, [&](Point p, Colour under) {
             const float billow = layeredNoise({p.x * 2.6F, p.y * 7}, 5, seed);
             const float amount = smooth(y - thickness, y + thickness * 0.4F, p.y + billow * thickness * 1.1F);
             return mix(under, {0.86F, 0.84F, 0.82F}, amount * strength);

@@ -129,7 +129,7 @@ void paintCore(Canvas &canvas)
 void paintStalk(Canvas &canvas)
 {
     const auto middle = [](float y) { return head.x + 0.035F * std::pow((y - head.y) / 0.77F, 1.8F); };
-    canvas.paint({head.x - 0.05F, head.y + 0.02F}, {head.x + 0.10F, 1.34F}, [&](Point p, Colour under) {
+    canvas.paint({head.x - 0.05F, head.y + 0.02F}, {head.x + 0.10F, 1.36F}, [&](Point p, Colour under) {
         const float width = 0.0105F + 0.004F * (p.y - head.y);
         const float across = (p.x - middle(p.y)) / width;
         const float inside = unit((1 - std::abs(across)) * width / Canvas::pixel + 0.5F);

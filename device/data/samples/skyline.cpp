@@ -7,7 +7,7 @@ namespace lindenreed::samples {
 namespace {
 
 constexpr float shore = 0.690F;
-constexpr float wide = 4.0F / 3;
+constexpr float wide = float(Canvas::longSide) / Canvas::shortSide;
 
 Colour sky(Point p)
 {

@@ -57,7 +57,7 @@ void paintStars(Canvas &canvas)
 void paintHills(Canvas &canvas)
 {
     const auto hill = [&](float base, float swell, float detail, Colour colour, std::uint32_t seed) {
-        canvas.paint({0, 0.9F}, {1, 1.34F}, [&](Point p, Colour under) {
+        canvas.paint({0, 0.9F}, {1, 1.36F}, [&](Point p, Colour under) {
             const float crest = base - swell * layeredNoise({p.x * detail, 4}, 6, seed);
             const float depth = p.y - crest;
             const Colour slope
@@ -76,7 +76,7 @@ float nearGround(float x)
 
 void paintNearGround(Canvas &canvas)
 {
-    canvas.paint({0, 1.1F}, {1, 1.34F}, [](Point p, Colour under) {
+    canvas.paint({0, 1.1F}, {1, 1.36F}, [](Point p, Colour under) {
         const float depth = p.y - nearGround(p.x);
         const float grass = layeredNoise({p.x * 70, p.y * 18}, 3, 209);
         return mix(under, Colour{0.026F, 0.032F, 0.040F} * (1 + 0.6F * grass),
