@@ -23,7 +23,8 @@ constexpr int globalScope = -1;
 constexpr int localizationWithoutPlaylist = 4;
 constexpr int partnerWithOwnPictures = 21;
 
-// clang-format off: each statement is one text, which can be searched for
+// Each statement is one text, which can be searched for.
+// clang-format off
 constexpr std::array schema = {
     "CREATE TABLE IF NOT EXISTS playlists(id INTEGER PRIMARY KEY, title TEXT)"_L1,
     "CREATE TABLE IF NOT EXISTS playlist_images (id INTEGER PRIMARY KEY, url TEXT, playlist INTEGER REFERENCES playlists(id))"_L1,
@@ -31,8 +32,7 @@ constexpr std::array schema = {
 };
 
 // A known pair of name and playlist keeps its row's id.
-constexpr auto replaceSetting
-    = "INSERT OR REPLACE INTO settings(id, name, value, playlist)VALUES((SELECT id FROM settings WHERE name = :name AND playlist = :playlist), :name, :value, :playlist);"_L1;
+constexpr auto replaceSetting = "INSERT OR REPLACE INTO settings(id, name, value, playlist)VALUES((SELECT id FROM settings WHERE name = :name AND playlist = :playlist), :name, :value, :playlist);"_L1;
 // clang-format on
 
 constexpr const char *firstSettings

@@ -37,9 +37,9 @@ void ResourceImageProvider::readPictureParams()
     config.closeNoSave();
 }
 
-long long ResourceImageProvider::getTotalRam()
+long long ResourceImageProvider::getTotalRam(const char *path)
 {
-    const std::optional<long long> total = readTotalMemory("/proc/meminfo");
+    const std::optional<long long> total = readTotalMemory(path);
     if (!total)
         return 0;
     lr_print_log2(4, "picture_stand/src/resource_image_provider", __LINE__,

@@ -33,9 +33,12 @@ public:
 
     const std::shared_ptr<PictureCache> &cache() const { return m_cache; }
 
+    /// The device's memory in bytes, as such a file tells it, and a line of the log; 0 and no line where it
+    /// cannot be opened.
+    static long long getTotalRam(const char *path = "/proc/meminfo");
+
 private:
     void readPictureParams();
-    static long long getTotalRam();
 
     // Factors of the tone adjustment; 1.0 changes nothing. Read once.
     double brightness = 1.0;

@@ -140,9 +140,9 @@ void tst_PictureShow::callsOfOneShow()
     calls = newCalls();
     // The button starts the show; the light of the frame, the panel and the second start come with the view.
     const QStringList expected = started
-        + QStringList{u"SetFrontlightState 0"_s, u"hw_set_frontlight_auto_enabled 0"_s, u"SetFrontlightColor 0"_s,
-                      u"hw_set_frontlight_color_auto_enabled 0"_s, u"SetFrontlightEnabled 0"_s,
-                      u"SetPanelType 0"_s}
+        + QStringList{u"SetFrontlightState 0"_s,   u"hw_set_frontlight_auto_enabled 0"_s,
+                      u"SetFrontlightColor 0"_s,   u"hw_set_frontlight_color_auto_enabled 0"_s,
+                      u"SetFrontlightEnabled 0"_s, u"SetPanelType 0"_s}
         + started;
     QCOMPARE(calls, expected);
 
@@ -154,8 +154,8 @@ void tst_PictureShow::callsOfOneShow()
 
     QVERIFY(m_device->tap(20, 20));
     const QStringList ended = stopped
-        + QStringList{u"SetFrontlightState 40"_s, u"hw_set_frontlight_auto_enabled 0"_s, // the device's own
-                      u"SetFrontlightColor 50"_s, u"hw_set_frontlight_color_auto_enabled 0"_s,
+        + QStringList{u"SetFrontlightState 40"_s,  u"hw_set_frontlight_auto_enabled 0"_s, // the device's own
+                      u"SetFrontlightColor 50"_s,  u"hw_set_frontlight_color_auto_enabled 0"_s,
                       u"SetFrontlightEnabled 1"_s, u"SetPanelType 1"_s};
     QCOMPARE(newCalls(), ended);
 }

@@ -5,8 +5,8 @@
 #include <QByteArray>
 #include <QSet>
 
-/// Sizes, kinds, states, texts, configuration files, and work on pictures in memory: calls that change nothing
-/// on the device.
+/// Sizes, kinds, states, texts, configuration files, and work on pictures in memory: calls that change
+/// nothing on the device.
 inline bool isQuery(const QByteArray &name)
 {
     static const QSet<QByteArray> queries{"ScreenWidth",

@@ -57,8 +57,9 @@ private:
     }
 };
 
-/// Runs `app`, calls `body` from its event loop, and quits it. Nothing clears the minute timer, which holds `app`: let
-/// the device forget its timers before the event loop runs again without it. The exit code; -2 where no window came up.
+/// Runs `app`, calls `body` from its event loop, and quits it. Nothing clears the minute timer, which holds
+/// `app`: let the device forget its timers before the event loop runs again without it. The exit code; -2
+/// where no window came up.
 inline int runApp(lindenreed::picture_stand::App &app, const std::function<void(RunningApp &)> &body)
 {
     bool called = false;

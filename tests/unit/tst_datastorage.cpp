@@ -101,7 +101,8 @@ void tst_DataStorage::cleanup()
 
 void tst_DataStorage::theSchemaIsThreeTables()
 {
-    // clang-format off: each statement whole
+    // Each statement whole.
+    // clang-format off
     const QStringList expected{
         u"table|playlists|CREATE TABLE playlists(id INTEGER PRIMARY KEY, title TEXT)"_s,
         u"table|playlist_images|CREATE TABLE playlist_images (id INTEGER PRIMARY KEY, url TEXT, playlist INTEGER REFERENCES playlists(id))"_s,

@@ -20,30 +20,20 @@ namespace {
 
 const QString logSource = u"picture_stand/src/datastorage"_s;
 
-// clang-format off: each line whole
+// Each line whole.
+// clang-format off
 const QString scheme = u"2 void DataStorage::createScheme(): "_s;
-const QString addPlaylist
-    = u"2 long long DataStorage::addPlaylist(const QString &): Error performing addPlaylistItem request. [%1]"_s;
-const QString findImage
-    = u"2 bool DataStorage::addImageToPlayList(long long, QString): Error performing getPlaylistItems request. [%1]"_s;
-const QString addImage
-    = u"2 bool DataStorage::addImageToPlayList(long long, QString): Error performing addImageToPlayList request. [%1]"_s;
-const QString deleteImage
-    = u"2 void DataStorage::deleteImageFromPlayList(long long, QString): Error performing removeImageFromPlayList request. [%1]"_s;
-const QString updatePlaylist
-    = u"2 void DataStorage::updatePlaylist(long long, const QString &): Error performing updatePlaylistItem request. [%1]"_s;
-const QString deletePlaylist
-    = u"2 void DataStorage::deletePlaylist(long long): Error performing deletePlaylistItem request. [%1]"_s;
-const QString deleteImages
-    = u"2 void DataStorage::deletePlaylist(long long): Error performing removeImageFromPlayList request. [%1]"_s;
-const QString readPlaylists
-    = u"2 std::vector<DataStorage::Playlists> DataStorage::getPlaylists(): Error performing getPlaylistItems request. [%1]"_s;
-const QString readImages
-    = u"2 std::vector<DataStorage::Playlists> DataStorage::getPlaylists(): Error performing getPlaylistImages request. [%1]"_s;
-const QString getSetting
-    = u"2 QString DataStorage::getSetting(QString, int): Error performing getPlaylistItems request. [%1]"_s;
-const QString setSetting
-    = u"2 void DataStorage::setSetting(QString, QString, int): Error performing setSetting request. [%1]"_s;
+const QString addPlaylist = u"2 long long DataStorage::addPlaylist(const QString &): Error performing addPlaylistItem request. [%1]"_s;
+const QString findImage = u"2 bool DataStorage::addImageToPlayList(long long, QString): Error performing getPlaylistItems request. [%1]"_s;
+const QString addImage = u"2 bool DataStorage::addImageToPlayList(long long, QString): Error performing addImageToPlayList request. [%1]"_s;
+const QString deleteImage = u"2 void DataStorage::deleteImageFromPlayList(long long, QString): Error performing removeImageFromPlayList request. [%1]"_s;
+const QString updatePlaylist = u"2 void DataStorage::updatePlaylist(long long, const QString &): Error performing updatePlaylistItem request. [%1]"_s;
+const QString deletePlaylist = u"2 void DataStorage::deletePlaylist(long long): Error performing deletePlaylistItem request. [%1]"_s;
+const QString deleteImages = u"2 void DataStorage::deletePlaylist(long long): Error performing removeImageFromPlayList request. [%1]"_s;
+const QString readPlaylists = u"2 std::vector<DataStorage::Playlists> DataStorage::getPlaylists(): Error performing getPlaylistItems request. [%1]"_s;
+const QString readImages = u"2 std::vector<DataStorage::Playlists> DataStorage::getPlaylists(): Error performing getPlaylistImages request. [%1]"_s;
+const QString getSetting = u"2 QString DataStorage::getSetting(QString, int): Error performing getPlaylistItems request. [%1]"_s;
+const QString setSetting = u"2 void DataStorage::setSetting(QString, QString, int): Error performing setSetting request. [%1]"_s;
 // clang-format on
 
 QStringList withError(QStringList lines, const QString &error)

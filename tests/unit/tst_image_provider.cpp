@@ -1,5 +1,6 @@
 // From a picture file to what the show draws: load stage, request stage, parameters.
 
+#include "image_adapter.h"
 #include "picture_reader.h"
 #include "resource_image_provider.h"
 #include "stderr_capture.h"
@@ -11,6 +12,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QRegularExpression>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QThreadPool>
@@ -64,9 +66,14 @@ private slots:
 
     void loadStage_data();
     void loadStage();
+    void loadStageOfTurnedScreen_data();
+    void loadStageOfTurnedScreen();
+    void colourPanelKeepsColours_data();
     void colourPanelKeepsColours();
-    void transparencyAndOrientation();
+    void transparencyIsDropped();
+    void turnIsNotHonoured();
     void invertedScreen();
+    void invertedColourScreen();
     void inversionIsKept();
     void emptyId();
     void idIsNotParsed();
@@ -78,12 +85,17 @@ private slots:
     void pictureThatIsExactlyTheScreen();
     void colourPanelTakesTheDefaultTone();
     void unreadablePicture();
+    void unreadablePictureOnColourPanel();
     void whatIsNoPictureStaysSo();
     void parameters_data();
     void parameters();
     void parametersAreReadOnce();
     void budgetAndLogLine();
+    void memoryFile();
     void warmedByTheJob();
+    void twoJobsInARow();
+    void fileOfAnId_data();
+    void fileOfAnId();
 
 private:
     QString save(const QImage &picture, const QString &name);
@@ -96,6 +108,7 @@ private:
 
 void tst_ImageProvider::init()
 {
+    QTest::failOnWarning(QRegularExpression(QStringLiteral(".?")));
     m_device = std::make_unique<DeviceForTest>();
     m_folder = std::make_unique<QTemporaryDir>();
     m_log = std::make_unique<StderrCapture>();
@@ -137,7 +150,8 @@ void tst_ImageProvider::loadStage_data()
     QTest::newRow("wider, but lower") << QSize(1516, 1000) << QSize(758, 500);
     QTest::newRow("higher, but narrower") << QSize(512, 2048) << QSize(256, 1024);
     QTest::newRow("larger in both directions") << QSize(2000, 2000) << QSize(758, 758);
-    QTest::newRow("a thread: reduced to its last row") << QSize(20'000, 1) << QSize(758, 0);
+    QTest::newRow("a thread: reduced to its last row") << QSize(20'000, 1) << QSize(758, 1);
+    QTest::newRow("a thread upright") << QSize(1, 20'000) << QSize(1, 1024);
 }
 
 void tst_ImageProvider::loadStage()
@@ -146,18 +160,45 @@ void tst_ImageProvider::loadStage()
     QFETCH(QSize, kept);
 
     const QImage picture = readImage(save(gradient(size), QStringLiteral("picture.png")));
-    if (kept.isEmpty()) {
-        // What Qt makes of a size of 0 rows: nothing or one row, never more than asked for.
-        QVERIFY(picture.isNull() || picture.width() <= size.width());
-        return;
-    }
     QCOMPARE(picture.size(), kept);
     QCOMPARE(picture.format(), QImage::Format_Grayscale8);
 }
 
+void tst_ImageProvider::loadStageOfTurnedScreen_data()
+{
+    QTest::addColumn<QSize>("size");
+    QTest::addColumn<QSize>("kept");
+
+    QTest::newRow("the upright screen is too high") << screen << QSize(561, 758);
+    QTest::newRow("exactly the turned screen") << QSize(1024, 758) << QSize(1024, 758);
+    QTest::newRow("one row too high") << QSize(10, 759) << QSize(9, 758);
+    QTest::newRow("wider, but lower") << QSize(2048, 700) << QSize(1024, 350);
+}
+
+void tst_ImageProvider::loadStageOfTurnedScreen()
+{
+    QFETCH(QSize, size);
+    QFETCH(QSize, kept);
+
+    SetOrientation(1);
+    QCOMPARE(QSize(ScreenWidth(), ScreenHeight()), QSize(1024, 758));
+    QCOMPARE(readImage(save(gradient(size), QStringLiteral("picture.png"))).size(), kept);
+}
+
+void tst_ImageProvider::colourPanelKeepsColours_data()
+{
+    QTest::addColumn<int>("mask");
+
+    QTest::newRow("the first kind of mask") << 1;
+    QTest::newRow("another kind") << 2;
+    QTest::newRow("below zero") << -1;
+}
+
 void tst_ImageProvider::colourPanelKeepsColours()
 {
-    m_device->setColourMask(1);
+    QFETCH(int, mask);
+
+    m_device->setColourMask(mask);
     QImage red(4, 4, QImage::Format_RGB32);
     red.fill(qRgb(200, 10, 30));
     const QImage picture = readImage(save(red, QStringLiteral("red.png")));
@@ -165,7 +206,29 @@ void tst_ImageProvider::colourPanelKeepsColours()
     QCOMPARE(picture.pixel(2, 2), qRgb(200, 10, 30));
 }
 
-void tst_ImageProvider::transparencyAndOrientation()
+void tst_ImageProvider::transparencyIsDropped()
+{
+    // The colours as stored, as if each pixel were opaque.
+    QImage glass(2, 1, QImage::Format_ARGB32);
+    glass.setPixel(0, 0, qRgba(200, 100, 40, 0));
+    glass.setPixel(1, 0, qRgba(200, 100, 40, 128));
+    const QString path = save(glass, QStringLiteral("glass.png"));
+    const QImage grey = readImage(path);
+    QCOMPARE(grey.format(), QImage::Format_Grayscale8);
+    m_device->setColourMask(1);
+    const QImage colour = readImage(path);
+    QCOMPARE(colour.format(), QImage::Format_RGB888);
+
+    QImage opaque(1, 1, QImage::Format_RGB32);
+    opaque.fill(qRgb(200, 100, 40));
+    const QRgb greyOfIt = opaque.convertToFormat(QImage::Format_Grayscale8).pixel(0, 0);
+    for (int x : {0, 1}) {
+        QCOMPARE(grey.pixel(x, 0), greyOfIt);
+        QCOMPARE(colour.pixel(x, 0), qRgb(200, 100, 40));
+    }
+}
+
+void tst_ImageProvider::turnIsNotHonoured()
 {
     // Pixels are shown as stored: the turn that the file asks for is not honoured.
     QImage wide(8, 4, QImage::Format_RGB32);
@@ -195,6 +258,17 @@ void tst_ImageProvider::invertedScreen()
     QImage inverted = readImage(path);
     inverted.invertPixels(QImage::InvertRgb);
     QCOMPARE(inverted, plain);
+}
+
+void tst_ImageProvider::invertedColourScreen()
+{
+    m_device->setColourMask(1);
+    facts().inverted = true;
+    QImage red(4, 4, QImage::Format_RGB32);
+    red.fill(qRgb(200, 10, 30));
+    const QImage picture = readImage(save(red, QStringLiteral("red.png")));
+    QCOMPARE(picture.format(), QImage::Format_RGB888);
+    QCOMPARE(picture.pixel(2, 2), qRgb(55, 245, 225));
 }
 
 void tst_ImageProvider::inversionIsKept()
@@ -374,6 +448,22 @@ void tst_ImageProvider::unreadablePicture()
                         + QByteArray::number(provider.cache()->limit()) + ") \r\n"));
 }
 
+void tst_ImageProvider::unreadablePictureOnColourPanel()
+{
+    m_device->setColourMask(1);
+    ResourceImageProvider provider;
+    m_device->forgetCalls();
+    QSize size(7, 9);
+    QVERIFY(
+        provider.requestImage(m_folder->filePath(QStringLiteral("not there.jpg")), &size, screen).isNull());
+    QCOMPARE(size, QSize(0, 0));
+    const QList<SdkCall> calls = m_device->calls(
+        {"adjustAreaDefault", "adjustAreaWithBrightnessContrastGamma", "QuickFloyd16Dither"});
+    QCOMPARE(calls.size(), 1);
+    QCOMPARE(calls.first().name, QByteArray("adjustAreaDefault"));
+    QCOMPARE(calls.first().arguments, (QByteArrayList{"0", "0", "0"}));
+}
+
 void tst_ImageProvider::whatIsNoPictureStaysSo()
 {
     const QString path = m_folder->filePath(QStringLiteral("late.png"));
@@ -450,6 +540,27 @@ void tst_ImageProvider::budgetAndLogLine()
                              .arg(total)});
 }
 
+void tst_ImageProvider::memoryFile()
+{
+    const QString source = QStringLiteral("picture_stand/src/resource_image_provider");
+    QCOMPARE(ResourceImageProvider::getTotalRam("/nowhere/meminfo"), 0LL);
+    QCOMPARE(m_log->text(), QByteArray());
+
+    const QString path = m_folder->filePath(QStringLiteral("meminfo"));
+    QFile file(path);
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    QCOMPARE(ResourceImageProvider::getTotalRam(qPrintable(path)), 0LL);
+    const QString line = QStringLiteral(
+        "4 long long lindenreed::picture_stand::ResourceImageProvider::getTotalRam(): TOTAL RAM is %1");
+    QCOMPARE(m_log->logLines(source), QStringList{line.arg(0)});
+
+    file.write("MemTotal: 3 kB\n");
+    file.close();
+    m_log->forget();
+    QCOMPARE(ResourceImageProvider::getTotalRam(qPrintable(path)), 3072LL);
+    QCOMPARE(m_log->logLines(source), QStringList{line.arg(3072)});
+}
+
 void tst_ImageProvider::warmedByTheJob()
 {
     QStringList paths;
@@ -466,6 +577,60 @@ void tst_ImageProvider::warmedByTheJob()
     QSize size;
     QCOMPARE(provider.requestImage(paths.at(3), &size, {}).size(), QSize(23, 20));
     QCOMPARE(m_log->text(), QByteArray()); // it was there already
+}
+
+void tst_ImageProvider::twoJobsInARow()
+{
+    // The second one replaces nothing: both walk their order to its end.
+    QStringList first;
+    QStringList second;
+    for (int i = 0; i < 4; ++i) {
+        first.append(save(gradient({20, 20}), QStringLiteral("a%1.png").arg(i)));
+        second.append(save(gradient({20, 20}), QStringLiteral("b%1.png").arg(i)));
+    }
+    ResourceImageProvider provider;
+    m_log->forget();
+    provider.loadToCache(first, 0);
+    provider.loadToCache(second, 2);
+    QVERIFY(QThreadPool::globalInstance()->waitForDone(60'000));
+
+    QStringList loadedOfFirst;
+    QStringList loadedOfSecond;
+    const QStringList lines = QString::fromLocal8Bit(m_log->text()).split(u'\n', Qt::SkipEmptyParts);
+    for (const QString &line : lines) {
+        const QString path = line.section(u' ', 2, 2);
+        (first.contains(path) ? loadedOfFirst : loadedOfSecond).append(path);
+    }
+    QCOMPARE(loadedOfFirst, (QStringList{first.at(0), first.at(1), first.at(3)}));
+    QCOMPARE(loadedOfSecond, (QStringList{second.at(2), second.at(3), second.at(1)}));
+}
+
+void tst_ImageProvider::fileOfAnId_data()
+{
+    QTest::addColumn<QStringList>("files");
+    QTest::addColumn<QString>("id");
+    QTest::addColumn<QString>("file");
+
+    const QString escaped = QStringLiteral("/a%23b.jpg");
+    const QString plain = QStringLiteral("/a#b.jpg");
+    QTest::newRow("a file of this very name") << QStringList{escaped} << escaped << escaped;
+    QTest::newRow("this very name before the other") << QStringList{plain, escaped} << escaped << escaped;
+    QTest::newRow("escaped on its way") << QStringList{plain} << escaped << plain;
+    QTest::newRow("a file that has gone: as it was loaded ahead") << QStringList() << escaped << plain;
+    QTest::newRow("without an escape") << QStringList() << plain << plain;
+    QTest::newRow("an escaped percent")
+        << QStringList() << QStringLiteral("/50%25 x.jpg") << QStringLiteral("/50% x.jpg");
+}
+
+void tst_ImageProvider::fileOfAnId()
+{
+    QFETCH(QStringList, files);
+    QFETCH(QString, id);
+    QFETCH(QString, file);
+
+    QCOMPARE(lindenreed::picture_stand::fileOfImageId(
+                 id, [&files](const QString &path) { return files.contains(path); }),
+             file);
 }
 
 QTEST_GUILESS_MAIN(tst_ImageProvider)

@@ -41,9 +41,8 @@ QQuickItem *findItem(QQuickItem *item, const std::function<bool(const QQuickItem
 
 QQuickItem *withValue(const RunningApp &running, const char *property, const QString &value)
 {
-    return findItem(running.screen(), [&](const QQuickItem *item) {
-        return item->property(property).toString() == value;
-    });
+    return findItem(running.screen(),
+                    [&](const QQuickItem *item) { return item->property(property).toString() == value; });
 }
 
 QQuickItem *grid(const RunningApp &running)
@@ -160,20 +159,19 @@ void tst_PlaylistsScreen::noPlaylists()
 void tst_PlaylistsScreen::header()
 {
     App app;
-    QCOMPARE(runApp(app,
-                    [&](RunningApp &running) {
-                        QQuickItem *const header = running.itemWith("closePressedIcon");
-                        QVERIFY(header);
-                        QCOMPARE(header->property("title").toString(),
-                                 QString::fromUtf8(GetLangText("@picture_stand")));
-                        QCOMPARE(header->property("closeIcon").toString(), u"image://resource/home"_s);
-                        QCOMPARE(header->property("closePressedIcon").toString(),
-                                 u"image://resource/home_inv"_s);
-                        QCOMPARE(header->height(),
-                                 measure(running, u"GlobalValues.defaultAppHeaderHeight"_s));
-                        QCOMPARE(header->position(), QPointF());
-                    }),
-             0);
+    QCOMPARE(
+        runApp(app,
+               [&](RunningApp &running) {
+                   QQuickItem *const header = running.itemWith("closePressedIcon");
+                   QVERIFY(header);
+                   QCOMPARE(header->property("title").toString(),
+                            QString::fromUtf8(GetLangText("@picture_stand")));
+                   QCOMPARE(header->property("closeIcon").toString(), u"image://resource/home"_s);
+                   QCOMPARE(header->property("closePressedIcon").toString(), u"image://resource/home_inv"_s);
+                   QCOMPARE(header->height(), measure(running, u"GlobalValues.defaultAppHeaderHeight"_s));
+                   QCOMPARE(header->position(), QPointF());
+               }),
+        0);
 }
 
 void tst_PlaylistsScreen::measures()
@@ -240,10 +238,10 @@ void tst_PlaylistsScreen::dragIsFast()
                         QTRY_COMPARE(wanted.count(), 1);
                         QTest::mouseRelease(running.window, Qt::LeftButton, {}, start - QPoint(0, 160));
                         const int left = int(list->x());
-                        QCOMPARE(wanted.first().first().toRect(),
-                                 QRect(left, PanelHeight() + int(list->y()), ScreenWidth(),
-                                       int(list->height()))
-                                     & QRect(0, 0, ScreenWidth(), ScreenHeight()));
+                        QCOMPARE(
+                            wanted.first().first().toRect(),
+                            QRect(left, PanelHeight() + int(list->y()), ScreenWidth(), int(list->height()))
+                                & QRect(0, 0, ScreenWidth(), ScreenHeight()));
                         QTRY_VERIFY(!list->property("moving").toBool());
                     }),
              0);

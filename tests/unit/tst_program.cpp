@@ -1,5 +1,5 @@
-// One whole run of the program in this process: its first steps, a show as the user drives it, and all that it asks of
-// the device, down to the end of its last object.
+// One whole run of the program in this process: its first steps, a show as the user drives it, and all that
+// it asks of the device, down to the end of its last object.
 
 #include "device_calls.h"
 #include "program.h"
@@ -89,7 +89,8 @@ void drive()
     theRun.locale = QLocale();
     theRun.font = QGuiApplication::font().family();
     theRun.played = play(windows.first());
-    QTest::mouseClick(windows.first(), Qt::LeftButton, {}, windows.first()->mapFromGlobal(QPoint(62, 88))); // home
+    QTest::mouseClick(windows.first(), Qt::LeftButton, {},
+                      windows.first()->mapFromGlobal(QPoint(62, 88))); // home
 }
 
 /// Runs inside the constructor of the program's application object.
@@ -155,20 +156,17 @@ void tst_Program::callsOfOneShow()
         = QByteArrayList{"setStartupFlag 1", "setEventHandler handler", "SetPanelType 1", "GetPreviousTask",
                          "GetTaskFramebufferInfo 0"}
         // Play: the button starts the show, the light of the frame comes with the view, then its row.
-        + started
-        + QByteArrayList{"SetFrontlightState 0", "hw_set_frontlight_auto_enabled 0", "SetFrontlightColor 0",
-                         "hw_set_frontlight_color_auto_enabled 0", "SetFrontlightEnabled 0",
-                         "SetPanelType 0"}
+        + started + QByteArrayList{"SetFrontlightState 0",   "hw_set_frontlight_auto_enabled 0",
+                                   "SetFrontlightColor 0",   "hw_set_frontlight_color_auto_enabled 0",
+                                   "SetFrontlightEnabled 0", "SetPanelType 0"}
         + started
         // Three pictures.
         + next + next
         + next
         // The corner: the device has its own light again.
-        + stopped
-        + QByteArrayList{"SetFrontlightState 40", "hw_set_frontlight_auto_enabled 0", "SetFrontlightColor 50",
-                         "hw_set_frontlight_color_auto_enabled 0", "SetFrontlightEnabled 1",
-                         "SetPanelType 1"}
-        // The end of the show's model.
+        + stopped + QByteArrayList{"SetFrontlightState 40",  "hw_set_frontlight_auto_enabled 0",
+                                   "SetFrontlightColor 50",  "hw_set_frontlight_color_auto_enabled 0",
+                                   "SetFrontlightEnabled 1", "SetPanelType 1"} // The end of the show's model.
         + stopped;
     QCOMPARE(calls, expected);
     QVERIFY(theRun.played);

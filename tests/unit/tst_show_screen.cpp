@@ -149,8 +149,7 @@ void tst_ShowScreen::leavingByTheCorner()
                         QCOMPARE(stops, 1);
                         QCOMPARE(activeId, view == u"playlist"_s ? id : -1);
                         QCOMPARE(changed.count(), 0);
-                        QCOMPARE(m_device->calls({"SetAutoPowerOff"}).first().arguments,
-                                 QByteArrayList{"1"});
+                        QCOMPARE(m_device->calls({"SetAutoPowerOff"}).first().arguments, QByteArrayList{"1"});
                         QVERIFY(!m_device->fire("nextImageEvent"));
 
                         running.playlists()->setActiveId(-1);

@@ -10,6 +10,7 @@
 #include <QImage>
 #include <QMetaMethod>
 #include <QMetaProperty>
+#include <QRegularExpression>
 #include <QScopeGuard>
 #include <QSignalSpy>
 #include <QTemporaryDir>
@@ -149,6 +150,7 @@ private:
 
 void tst_SlideshowModel::init()
 {
+    QTest::failOnWarning(QRegularExpression(QStringLiteral(".?")));
     m_device = std::make_unique<DeviceForTest>();
     m_folder = std::make_unique<QTemporaryDir>();
 }
@@ -688,11 +690,11 @@ void tst_SlideshowModel::createdFromExif_data()
         << QByteArray("2019:08:17 14:30:05") << QDateTime(QDate(2019, 8, 17), QTime(14, 30, 5));
     QTest::newRow("as ISO writes it")
         << QByteArray("2019-08-17T14:30:05") << QDateTime(QDate(2019, 8, 17), QTime(14, 30, 5));
-    QTest::newRow("any separators")
-        << QByteArray("2019/08.17 14:30:05") << QDateTime(QDate(2019, 8, 17), QTime(14, 30, 5));
+    QTest::newRow("any separators") << QByteArray("2019/08.17 14:30:05")
+                                    << QDateTime(QDate(2019, 8, 17), QTime(14, 30, 5));
     QTest::newRow("a day alone") << QByteArray("2019:08:17") << QDateTime(QDate(2019, 8, 17), QTime(0, 0));
-    QTest::newRow("without seconds")
-        << QByteArray("2019:08:17 14:30") << QDateTime(QDate(2019, 8, 17), QTime(14, 30));
+    QTest::newRow("without seconds") << QByteArray("2019:08:17 14:30")
+                                     << QDateTime(QDate(2019, 8, 17), QTime(14, 30));
     QTest::newRow("with a fraction") << QByteArray("2019:08:17 14:30:05.25")
                                      << QDateTime(QDate(2019, 8, 17), QTime(14, 30, 5, 250));
     QTest::newRow("in UTC") << QByteArray("2019:08:17 14:30:05Z")
