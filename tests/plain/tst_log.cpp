@@ -2,7 +2,7 @@
 
 #include <log.h>
 
-#include <stderr_capture.h>
+#include <captured_error.h>
 
 #include <QTest>
 
@@ -28,7 +28,7 @@ private slots:
 
 void tst_Log::oneLineOneWrite()
 {
-    StderrCapture error;
+    CapturedError error;
     log::line(2, "picture_stand/src/datastorage", 17, "bool open()", "cannot open");
     log::line(-1, "a", 0, "b", "");
     QCOMPARE(
@@ -64,28 +64,28 @@ void tst_Log::visible()
     QFETCH(QByteArray, message);
     QFETCH(QByteArray, shown);
 
-    StderrCapture error;
+    CapturedError error;
     log::line(4, "f", 1, "g", message.toStdString());
     QCOMPARE(error.finish(), QByteArrayList({"4 f:1 g: " + shown + "\n"}));
 }
 
 void tst_Log::controlCharactersElsewhere()
 {
-    StderrCapture error;
+    CapturedError error;
     log::line(4, "f\n", 1, "g\x1b", "m");
     QCOMPARE(error.finish(), QByteArrayList({"4 f\\n:1 g\\x1b: m\n"}));
 }
 
 void tst_Log::nullTexts()
 {
-    StderrCapture error;
+    CapturedError error;
     log::line(4, nullptr, 1, nullptr, "m");
     QCOMPARE(error.finish(), QByteArrayList({"4 :1 : m\n"}));
 }
 
 void tst_Log::longMessage()
 {
-    StderrCapture error;
+    CapturedError error;
     log::line(4, "f", 1, "g", std::string(50'000, 'x'));
     const QByteArrayList writes = error.finish();
     QCOMPARE(writes.size(), 1);
@@ -94,7 +94,7 @@ void tst_Log::longMessage()
 
 void tst_Log::threadsDoNotMix()
 {
-    StderrCapture error;
+    CapturedError error;
     std::vector<std::thread> workers;
     for (int worker = 0; worker < 4; ++worker) {
         workers.emplace_back([worker] {

@@ -5,8 +5,8 @@
 
 #include <shared_tools/cfg_wrapper.h>
 
+#include <captured_error.h>
 #include <journal_lines.h>
-#include <stderr_capture.h>
 
 #include <QFile>
 #include <QTemporaryDir>
@@ -388,7 +388,7 @@ void tst_SdkData::ditherRectangle()
 void tst_SdkData::log()
 {
     DeviceForTest device;
-    StderrCapture error;
+    CapturedError error;
     lr_print_log2(2, "picture_stand/src/datastorage", 12, "bool open()", "%s: %d\n", "no such table", 1);
     QCOMPARE(error.finish(),
              QByteArrayList({"2 picture_stand/src/datastorage:12 bool open(): no such table: 1\\n\n"}));
@@ -398,7 +398,7 @@ void tst_SdkData::log()
 
 void tst_SdkData::logWithoutArguments()
 {
-    StderrCapture error;
+    CapturedError error;
     const char *const none = nullptr;
     lr_print_log2(4, none, 0, none, "%s", "");
     lr_print_log2(4, "f", 0, "g", none);
@@ -407,7 +407,7 @@ void tst_SdkData::logWithoutArguments()
 
 void tst_SdkData::longLogLine()
 {
-    StderrCapture error;
+    CapturedError error;
     const std::string text(60'000, 'x');
     lr_print_log2(4, "f", 0, "g", "<%s>", text.c_str());
     const QByteArrayList writes = error.finish();

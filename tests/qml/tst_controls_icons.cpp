@@ -2,9 +2,9 @@
 
 #include <facts.h>
 
+#include "captured_error.h"
 #include "panel_application.h"
 #include "qml_scene.h"
-#include "stderr_capture.h"
 
 #include <QQuickImageProvider>
 
@@ -258,7 +258,7 @@ void tst_ControlsIcons::unknown()
 {
     QFETCH(QString, name);
 
-    StderrCapture error;
+    CapturedError error;
     const QImage image = icon(name);
     const QByteArrayList lines = error.finish();
     QVERIFY(image.isNull());

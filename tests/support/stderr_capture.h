@@ -4,69 +4,50 @@
 
 #include <QByteArray>
 #include <QByteArrayList>
+#include <QFile>
 #include <QRegularExpression>
 #include <QString>
 #include <QStringList>
+#include <QTemporaryFile>
 
 #include <cstdio>
-#include <cstdlib>
-#include <mutex>
-#include <thread>
 
 #include <fcntl.h>
-#include <sys/socket.h>
 #include <unistd.h>
 
-/// Takes file descriptor 2 over, for C, C++ and direct writes alike; its end puts the old one back. One at a
-/// time. Writes of up to 128 KiB are kept, each by itself and in their order. Any thread may write meanwhile.
+/// Sends file descriptor 2 to a file, for C, C++ and direct writes alike; its end puts the old one back. Any
+/// amount from any thread, but writes run together (CapturedError keeps them apart, and holds less). One
+/// at a time.
 class StderrCapture
 {
 public:
     StderrCapture()
     {
+        m_file.open();
         std::fflush(stderr);
-        // Packets keep the writes apart.
-        if (::socketpair(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC, 0, m_sockets) != 0)
-            std::abort();
-        m_former = ::fcntl(STDERR_FILENO, F_DUPFD_CLOEXEC, 3);
-        ::dup2(m_sockets[0], STDERR_FILENO);
-        m_reader = std::thread([this] { readUntilTheEnd(); });
+        m_saved = ::fcntl(STDERR_FILENO, F_DUPFD_CLOEXEC, 3);
+        ::dup2(m_file.handle(), STDERR_FILENO);
     }
     ~StderrCapture()
     {
-        finish();
-        ::shutdown(m_sockets[0], SHUT_WR);
-        m_reader.join();
-        ::close(m_former);
-        ::close(m_sockets[0]);
-        ::close(m_sockets[1]);
+        std::fflush(stderr);
+        ::dup2(m_saved, STDERR_FILENO);
+        ::close(m_saved);
     }
     StderrCapture(const StderrCapture &) = delete;
     StderrCapture &operator=(const StderrCapture &) = delete;
 
-    /// One entry for each write since the beginning or the last forget(); standard error is as before from
-    /// here on.
-    QByteArrayList finish()
-    {
-        std::fflush(stderr);
-        ::dup2(m_former, STDERR_FILENO);
-        return writes();
-    }
-
-    /// The same as one text; capturing goes on.
+    /// Everything since the beginning or the last forget().
     QByteArray text() const
     {
         std::fflush(stderr);
-        return writes().join();
+        QFile file(m_file.fileName()); // with a position of its own: writers share the other one
+        if (!file.open(QIODevice::ReadOnly) || !file.seek(m_start))
+            return {};
+        return file.readAll();
     }
 
-    void forget()
-    {
-        std::fflush(stderr);
-        const std::lock_guard lock(m_mutex);
-        takeWaiting();
-        m_writes.clear();
-    }
+    void forget() { m_start += text().size(); }
 
     /// The device log's lines of one source, as "LEVEL FUNCTION: MESSAGE"; each must name a line from 1 on.
     QStringList logLines(const QString &source) const
@@ -84,35 +65,7 @@ public:
     }
 
 private:
-    QByteArrayList writes() const
-    {
-        const std::lock_guard lock(m_mutex);
-        takeWaiting();
-        return m_writes;
-    }
-
-    /// Whoever asks takes what has been written by then; the mutex is held.
-    void takeWaiting() const
-    {
-        ssize_t size = 0;
-        while ((size = ::recv(m_sockets[1], m_packet.data(), std::size_t(m_packet.size()), MSG_DONTWAIT)) > 0)
-            m_writes.append(m_packet.first(size));
-    }
-
-    /// A full socket would stop the writers, so somebody always reads.
-    void readUntilTheEnd()
-    {
-        char first = 0;
-        while (::recv(m_sockets[1], &first, 1, MSG_PEEK) > 0) {
-            const std::lock_guard lock(m_mutex);
-            takeWaiting();
-        }
-    }
-
-    int m_sockets[2] = {-1, -1};
-    int m_former = -1;
-    mutable std::mutex m_mutex; ///< guards the two below
-    mutable QByteArrayList m_writes;
-    mutable QByteArray m_packet = QByteArray(1 << 17, '\0');
-    std::thread m_reader;
+    QTemporaryFile m_file;
+    qint64 m_start = 0;
+    int m_saved = -1;
 };
