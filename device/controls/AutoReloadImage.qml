@@ -1,8 +1,13 @@
-// A picture from a file or a provider.
-//
-// On this device a picture's URL always names the same picture while it shows: what changes is its source, which every
-// Image follows by itself. So this is a plain Image under the name that screens use.
+// A picture from a file or a provider. One from a file is read again when the file changes; with any other source this
+// is a plain Image.
 import QtQuick
+import com.lindenreed.controls
 
 Image {
+    id: auto_reload_image
+
+    FileReloader {
+        image: auto_reload_image
+        source: auto_reload_image.source
+    }
 }

@@ -2,13 +2,13 @@
 import QtQuick
 import com.lindenreed.controls
 
-Item {
+PressArea {
     id: bitmap_button
 
     property url icon
     property url pressedIcon
     property url disabledIcon
-    readonly property bool pressed: touch.containsPress && enabled
+    property int iconSize: 0 ///< pixels each way; 0: the icon's natural size
 
     signal action()
 
@@ -22,26 +22,10 @@ Item {
         return String(icon).replace("image://resource/", "image://resource_inv/")
     }
 
-    function activate(): void {
-        if (enabled)
-            action()
-    }
-
-    activeFocusOnTab: true
     implicitHeight: Global.pixelsFromDesign(112)
     implicitWidth: Global.pixelsFromDesign(136)
 
-    Accessible.focusable: true
-    Accessible.role: Accessible.Button
-    Accessible.onPressAction: activate()
-
-    Keys.onPressed: event => {
-        if (event.key !== Qt.Key_Return && event.key !== Qt.Key_Enter && event.key !== Qt.Key_Space)
-            return
-        event.accepted = true
-        if (!event.isAutoRepeat)
-            activate()
-    }
+    onActivated: action()
 
     Rectangle {
         color: GlobalValues.defaultBorderColor
@@ -63,17 +47,7 @@ Item {
         x: Math.round((bitmap_button.width - width) / 2)
         y: Math.round((bitmap_button.height - height) / 2)
         source: bitmap_button.shownIcon()
+        sourceSize: bitmap_button.iconSize > 0 ? Qt.size(bitmap_button.iconSize, bitmap_button.iconSize) : undefined
         Accessible.ignored: true
-    }
-
-    FocusFrame {
-        target: bitmap_button
-    }
-
-    MouseArea {
-        id: touch
-
-        anchors.fill: parent
-        onClicked: bitmap_button.activate()
     }
 }

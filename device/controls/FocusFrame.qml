@@ -2,15 +2,17 @@
 import QtQuick
 import com.lindenreed.controls
 
-Rectangle {
+EdgeFrame {
     id: focus_frame
 
     required property Item target
+    property bool focused: target.activeFocus
 
     anchors.fill: parent
     border.color: GlobalValues.defaultBorderColor
     border.width: GlobalValues.defaultFocusedElementBorderThickness
     color: "transparent"
     radius: GlobalValues.listElementHoverFrameBorderRadius
-    visible: target.activeFocus && !DeviceInfoProvider.isTouchDevice
+    visible: focused && !DeviceInfoProvider.isTouchDevice
+    z: 1
 }

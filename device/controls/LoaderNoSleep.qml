@@ -1,8 +1,20 @@
-// A loader of screens, menus and messages.
-//
-// The device sleeps by nobody's hand but the power settings', never in the middle of building a screen. So this is a
-// plain Loader under the name that screens use.
+// A loader of screens, menus and messages. What it loads is something that the user waits for: until it is there, and
+// for a whole idle time after, the device does not fall asleep.
 import QtQuick
+import com.lindenreed.controls
 
 Loader {
+    id: loader
+
+    onStatusChanged: {
+        if (status === Loader.Loading || status === Loader.Ready)
+            SleepDelay.renew()
+    }
+
+    Timer {
+        interval: 10000 // shorter than any idle time
+        repeat: true
+        running: loader.status === Loader.Loading
+        onTriggered: SleepDelay.renew()
+    }
 }

@@ -1,6 +1,7 @@
 #include "global.h"
 
 #include "measures.h"
+#include "menu_presenter.h"
 #include "message_presenter.h"
 #include "paging.h"
 
@@ -19,6 +20,13 @@ int Global::pixelsFromDesign(double value) const
 QString Global::getNormalImage(const QString &name) const
 {
     return defaultNormalImagesPrefix() + u'/' + name;
+}
+
+void Global::openContextMenuLoader(QQuickItem *loader, QAbstractItemModel *model, const QString &delegate,
+                                   const QString &title, const QRectF &area) const
+{
+    if (loader)
+        MenuPresenter::of(loader)->open(model, delegate, title, area);
 }
 
 void Global::openInfoMessageLoader(QQuickItem *loader, const QString &message, const QString &icon,

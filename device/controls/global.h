@@ -1,8 +1,10 @@
-// Functions that every screen calls: lengths, theme pictures, messages, paging.
+// Functions that every screen calls: lengths, theme pictures, menus, messages, paging.
 
 #pragma once
 
+#include <QAbstractItemModel>
 #include <QObject>
+#include <QRectF>
 #include <QString>
 #include <QtQml/qqmlregistration.h>
 
@@ -29,6 +31,14 @@ public:
     Q_INVOKABLE int dp(double value) const; ///< pixels for a density-independent length
     Q_INVOKABLE int pixelsFromDesign(double value) const; ///< pixels for a length of a 300 dpi panel
     Q_INVOKABLE QString getNormalImage(const QString &name) const; ///< URL of a theme picture
+
+    /// Shows the ContextMenu that `loader` holds, or loads when it becomes visible, beside `area`, a
+    /// rectangle in global coordinates. `delegate` is "ImageTextButton" or "RadioButton"; of the latter's
+    /// rows the one whose text is the title is checked. An empty `title` shows none. The menu does not own
+    /// `model`.
+    Q_INVOKABLE void openContextMenuLoader(QQuickItem *loader, QAbstractItemModel *model,
+                                           const QString &delegate, const QString &title,
+                                           const QRectF &area) const;
 
     /// Shows an InfoMessage through `loader`, which is made visible and is expected to load its component
     /// then, and hides it after `timeout` milliseconds; 0 leaves it until it is closed. `message` is plain

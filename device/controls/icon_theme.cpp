@@ -20,6 +20,7 @@ namespace {
 constexpr auto inverseSuffix = "_inv"_L1;
 constexpr double iconUnits = 24; // icons are drawn on a square of so many units
 constexpr double inverseRadius = 3; // units
+constexpr QSize usualSize(72, 72); // of an icon, in design pixels
 
 struct IconName
 {
@@ -72,6 +73,34 @@ void turnRound(QImage &image)
     painter.drawRoundedRect(image.rect(), inverseRadius * unit, inverseRadius * unit);
 }
 
+QImage blank(QSize size)
+{
+    QImage image(size, QImage::Format_ARGB32);
+    image.fill(Qt::transparent);
+    return image;
+}
+
+/// A crossed box, where the theme has nothing to show.
+QImage drawMark(QSize size)
+{
+    QImage image = blank(size);
+    QPainter painter(&image);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.scale(image.width() / iconUnits, image.height() / iconUnits);
+    painter.setPen(QPen(Qt::black, 2, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+    const QRectF box(4, 4, 16, 16);
+    painter.drawRect(box);
+    painter.drawLine(box.topLeft(), box.bottomRight());
+    painter.drawLine(box.topRight(), box.bottomLeft());
+    return image;
+}
+
+QSize onThisPanel(QSize design)
+{
+    return {std::max(measures::pixelsFromDesign(design.width()), 1),
+            std::max(measures::pixelsFromDesign(design.height()), 1)};
+}
+
 } // namespace
 
 Icon drawIcon(const QString &name, bool inverted, QSize size)
@@ -81,21 +110,19 @@ Icon drawIcon(const QString &name, bool inverted, QSize size)
     const QString drawnInverse = wanted.inverted ? iconFile(wanted.base + inverseSuffix) : QString();
     const QString file = drawnInverse.isEmpty() ? iconFile(wanted.base) : drawnInverse;
     QSvgRenderer renderer;
-    if (file.isEmpty() || !renderer.load(file)) {
+    QImage image;
+    QSize natural = onThisPanel(usualSize);
+    if (!file.isEmpty() && renderer.load(file)) {
+        natural = onThisPanel(renderer.defaultSize());
+        image = blank(completed(size, natural));
+        renderer.setAspectRatioMode(Qt::KeepAspectRatio);
+        QPainter painter(&image);
+        painter.setRenderHint(QPainter::Antialiasing);
+        renderer.render(&painter);
+    } else {
         log::line(2, __FILE__, __LINE__, __func__, "no icon \"" + name.toStdString() + '"');
-        return {};
+        image = drawMark(completed(size, natural));
     }
-
-    const QSize design = renderer.defaultSize();
-    const QSize natural = {std::max(measures::pixelsFromDesign(design.width()), 1),
-                           std::max(measures::pixelsFromDesign(design.height()), 1)};
-    QImage image(completed(size, natural), QImage::Format_ARGB32);
-    image.fill(Qt::transparent);
-    renderer.setAspectRatioMode(Qt::KeepAspectRatio);
-    QPainter painter(&image);
-    painter.setRenderHint(QPainter::Antialiasing);
-    renderer.render(&painter);
-    painter.end();
     if (wanted.inverted && drawnInverse.isEmpty())
         turnRound(image);
     return {image.convertToFormat(QImage::Format_ARGB32_Premultiplied), natural};

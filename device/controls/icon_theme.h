@@ -9,8 +9,7 @@
 
 namespace lindenreed::device {
 
-/// An icon drawn for this panel, and the size that it has by itself. Null where there is no icon of that
-/// name.
+/// An icon drawn for this panel, and the size that it has by itself.
 struct Icon
 {
     QImage image; ///< premultiplied, the ground transparent
@@ -18,8 +17,8 @@ struct Icon
 };
 
 /// Draws the theme's icon `name` ("NAME", "NAME_inv" or the second name of an inverse). `inverted` turns that
-/// round. An empty size is the natural one; with one side only, the other follows. An unknown name is logged.
-/// Any thread.
+/// round. An empty size is the natural one; with one side only, the other follows. An unknown name is
+/// logged and answered by a crossed box. Any thread.
 Icon drawIcon(const QString &name, bool inverted, QSize size);
 
 /// "image://resource/NAME", and with `inverted` "image://resource_inv/NAME": the pressed look.

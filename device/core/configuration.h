@@ -3,6 +3,7 @@
 #pragma once
 
 #include <QByteArray>
+#include <QByteArrayList>
 #include <QHash>
 
 #include <optional>
@@ -20,6 +21,7 @@ class Configuration
 public:
     static Configuration read(const QByteArray &path);
 
+    QByteArrayList keys() const { return m_values.keys(); } ///< in no order
     std::optional<QByteArray> text(const QByteArray &key) const;
     /// Nothing unless the whole value is a decimal integer that fits an int.
     std::optional<int> integer(const QByteArray &key) const;

@@ -10,6 +10,8 @@
 
 namespace lindenreed::device {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 // A plain pointer: static destructors may still ask for the device.
@@ -20,21 +22,32 @@ constinit Device *theDevice = nullptr;
 Device::Device(const Profile &wanted)
     : profile(wanted)
     , screen(profile)
+    , light(profile.backlight.isEmpty() ? QString() : u"/sys/class/backlight/"_s + profile.backlight)
 {
     facts().dpi = profile.dpi;
     facts().colourMask = profile.colourMask;
     facts().platformNumber = profile.platformNumber;
+    QObject::connect(&media, &Media::changed, &events, [this](Medium medium) { postMediaEvent(medium); });
 }
 
-void Device::start(const Profile &profile)
+void Device::postMediaEvent(Medium medium)
+{
+    const bool in = media.present(medium);
+    if (medium == Medium::Card)
+        events.post(in ? event::cardIn : event::cardOut, 0, 0);
+    else
+        events.post(in ? event::usbIn : event::usbOut, 0, 0);
+}
+
+bool Device::start(const Profile &profile, QString *error)
 {
     Q_ASSERT_X(!theDevice, "Device::start", "the device has already started");
-    if (theDevice)
-        return;
+    if (theDevice || !theme::load(error))
+        return false;
     const Configuration configuration = Configuration::read(configurationPath);
     texts::load(QString::fromUtf8(configuration.text("language").value_or("en")));
-    theme::load();
     theDevice = new Device(profile);
+    return true;
 }
 
 void Device::stop()

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "events.h"
+#include "font_record.h"
 #include "light.h"
 #include "media.h"
 #include "power.h"
@@ -10,6 +11,8 @@
 #include "screen.h"
 #include "timers.h"
 #include "viewer.h"
+
+#include <QList>
 
 #include <optional>
 
@@ -26,7 +29,8 @@ public:
 
     /// Fills Facts, loads texts (for the language of the device configuration) and theme. Texts are visible
     /// to qsTr() where an application object exists. A second start is an error of the caller.
-    static void start(const Profile &profile);
+    /// False, with one sentence in `error`, where the theme cannot be used.
+    static bool start(const Profile &profile, QString *error = nullptr);
     static void stop();
     static Device *instance(); ///< null before start and after stop
 
@@ -41,9 +45,11 @@ public:
     std::optional<int> previousOrientation; ///< that the task before this one left, where it is known
     int localizationType = 0; ///< kind of localisation that this device was built for
     int customizedPartner = 0; ///< the partner that this device was made for
+    std::optional<QList<FontRecord>> fonts; ///< in place of the system's
 
 private:
     explicit Device(const Profile &profile);
+    void postMediaEvent(Medium medium);
 };
 
 } // namespace lindenreed::device

@@ -15,6 +15,10 @@ inline constexpr int orientation = 32; ///< par1: the new orientation
 inline constexpr int configurableKey = 40; ///< par1: scan code
 inline constexpr int foreground = 151;
 inline constexpr int background = 152;
+inline constexpr int cardIn = 161;
+inline constexpr int cardOut = 162;
+inline constexpr int usbIn = 163;
+inline constexpr int usbOut = 164;
 } // namespace event
 
 /// Main thread.

@@ -1,15 +1,35 @@
 #include "light.h"
 
+#include "backlight.h"
+#include "log.h"
+
 #include <algorithm>
 #include <utility>
 
 namespace lindenreed::device {
 
+Light::Light(const QString &backlight)
+{
+    if (backlight.isEmpty())
+        return;
+    QString error;
+    m_backlight = Backlight::open(backlight, &error);
+    if (m_backlight)
+        m_brightness = m_backlight->level();
+    else
+        log::line(2, __FILE__, __LINE__, __func__, "no backlight: " + error.toStdString());
+}
+
+Light::~Light() = default;
+
 template <typename T>
 void Light::set(T &member, T value)
 {
-    if (std::exchange(member, value) != value)
-        emit changed();
+    if (std::exchange(member, value) == value)
+        return;
+    if (m_backlight)
+        m_backlight->setLevel(m_enabled ? m_brightness : 0);
+    emit changed();
 }
 
 void Light::setBrightness(int level)

@@ -3,15 +3,26 @@
 #pragma once
 
 #include <QObject>
+#include <QString>
+
+#include <memory>
 
 namespace lindenreed::device {
 
-/// A light that keeps the values it is given. Levels are 0 to 100, others are clamped. Main thread.
+class Backlight;
+
+/// A light that keeps the values it is given, and passes its brightness on to the machine's backlight where
+/// it has one. Levels are 0 to 100, others are clamped. Main thread.
 class Light : public QObject
 {
     Q_OBJECT
 
 public:
+    /// `backlight` is the backlight's folder, empty for none. One that cannot be used is told in the log and
+    /// passed over.
+    explicit Light(const QString &backlight = QString());
+    ~Light() override;
+
     int brightness() const { return m_brightness; }
     int colour() const { return m_colour; } ///< 0 coldest, 100 warmest
     bool brightnessAuto() const { return m_brightnessAuto; }
@@ -23,7 +34,7 @@ public:
     void setBrightnessAuto(bool on);
     void setColourAuto(bool on);
     void setEnabled(bool on);
-    void reset(); ///< as after the start
+    void reset(); ///< as after the start of a light that is in memory
 
 signals:
     void changed();
@@ -32,6 +43,7 @@ private:
     template <typename T>
     void set(T &member, T value);
 
+    std::unique_ptr<Backlight> m_backlight;
     int m_brightness = 40;
     int m_colour = 50;
     bool m_brightnessAuto = false;

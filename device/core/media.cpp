@@ -2,49 +2,112 @@
 
 #include "facts.h"
 
-#include <QFile>
+#include <QAbstractEventDispatcher>
+#include <QDir>
 #include <QFileInfo>
 #include <QThread>
 
 #include <algorithm>
+#include <cerrno>
+#include <cstdio>
 
 namespace lindenreed::device {
 
 using namespace Qt::StringLiterals;
+
+namespace {
+
+std::atomic<bool> &flag(Medium medium)
+{
+    return medium == Medium::Card ? facts().cardPresent : facts().usbPresent;
+}
+
+} // namespace
 
 Media::Media(const QString &mounts, const QString &mountTable)
     : m_mounts(mounts)
     , m_mountTable(mountTable)
 {
     look();
+    // A device without an event loop, as some tests have, is told nothing anyway.
+    if (QAbstractEventDispatcher::instance())
+        watch();
 }
 
 bool Media::present(Medium medium) const
 {
-    return medium == Medium::Card ? facts().cardPresent : facts().usbPresent;
+    return flag(medium);
+}
+
+void Media::watch()
+{
+    m_folderWatcher = std::make_unique<QFileSystemWatcher>();
+    connect(m_folderWatcher.get(), &QFileSystemWatcher::directoryChanged, this, &Media::look);
+    watchFolders();
+
+    // Mounting changes no folder. The kernel tells a reader of the table that it is another one now.
+    m_watchedTable.setFileName(m_mountTable);
+    if (!m_watchedTable.open(QIODevice::ReadOnly | QIODevice::Unbuffered))
+        return;
+    m_tableNotifier = std::make_unique<QSocketNotifier>(m_watchedTable.handle(), QSocketNotifier::Exception);
+    connect(m_tableNotifier.get(), &QSocketNotifier::activated, this, &Media::look);
+}
+
+void Media::watchFolders()
+{
+    if (!m_folderWatcher)
+        return;
+    // One that was removed and made again is watched again.
+    const QStringList watched = m_folderWatcher->directories();
+    for (const QString &path : {m_mounts, m_mounts + u"/.unplugged"_s}) {
+        if (!watched.contains(path) && QFileInfo(path).isDir())
+            m_folderWatcher->addPath(path);
+    }
 }
 
 void Media::look()
 {
     Q_ASSERT(QThread::currentThread() == thread());
-    const bool card = find(u"/ext2"_s, u"/.unplugged/sd"_s);
-    const bool usb = find(u"/ext3"_s, u"/.unplugged/usb"_s);
-    const bool cardChanged = facts().cardPresent.exchange(card) != card;
-    const bool usbChanged = facts().usbPresent.exchange(usb) != usb;
-    if (cardChanged)
-        emit changed(Medium::Card);
-    if (usbChanged)
-        emit changed(Medium::Usb);
+    watchFolders();
+    for (const Medium medium : {Medium::Card, Medium::Usb}) {
+        const bool in = isIn(medium);
+        if (flag(medium).exchange(in) != in)
+            emit changed(medium);
+    }
 }
 
-bool Media::find(const QString &folder, const QString &unplugged) const
+PlugResult Media::plug(Medium medium, bool in, QString *error)
 {
-    const QString path = m_mounts + folder;
-    if (!QFileInfo(path).isDir())
-        return false;
-    if (!QFileInfo::exists(m_mounts + unplugged))
-        return true;
+    look();
+    if (present(medium) == in)
+        return PlugResult::AlreadySo;
+    if (in && !QFileInfo(unplugged(medium)).isDir())
+        return PlugResult::NoMedium;
+    if (!in && isMountPoint(folder(medium)))
+        return PlugResult::RealMedium;
 
+    if (!in)
+        QDir().mkpath(QFileInfo(unplugged(medium)).path());
+    const QByteArray from = QFile::encodeName(in ? unplugged(medium) : folder(medium));
+    const QByteArray to = QFile::encodeName(in ? folder(medium) : unplugged(medium));
+    if (std::rename(from.constData(), to.constData()) != 0) {
+        if (error)
+            *error = qt_error_string(errno);
+        return PlugResult::Failed;
+    }
+    look();
+    return PlugResult::Done;
+}
+
+bool Media::isIn(Medium medium) const
+{
+    if (!QFileInfo(folder(medium)).isDir())
+        return false;
+    return !QFileInfo::exists(unplugged(medium)) || isMountPoint(folder(medium));
+}
+
+bool Media::isMountPoint(const QString &path) const
+{
     QFile table(m_mountTable);
     if (!table.open(QIODevice::ReadOnly))
         return false;
@@ -55,6 +118,16 @@ bool Media::find(const QString &folder, const QString &unplugged) const
         const QList<QByteArray> fields = line.split(' ');
         return fields.size() > 4 && fields.at(4) == wanted;
     });
+}
+
+QString Media::folder(Medium medium) const
+{
+    return m_mounts + (medium == Medium::Card ? u"/ext2"_s : u"/ext3"_s);
+}
+
+QString Media::unplugged(Medium medium) const
+{
+    return m_mounts + (medium == Medium::Card ? u"/.unplugged/sd"_s : u"/.unplugged/usb"_s);
 }
 
 } // namespace lindenreed::device

@@ -1,13 +1,24 @@
 #include "power.h"
 
+#include "inhibitor.h"
+
 #include <utility>
 
 namespace lindenreed::device {
 
+Power::Power()
+    : m_inhibitor(std::make_unique<Inhibitor>())
+{
+}
+
+Power::~Power() = default;
+
 void Power::setAutoPowerOff(bool on)
 {
-    if (std::exchange(m_autoPowerOff, on) != on)
-        emit changed();
+    if (std::exchange(m_autoPowerOff, on) == on)
+        return;
+    m_inhibitor->setWanted(!on);
+    emit changed();
 }
 
 void Power::setAutoKeylock(bool on)

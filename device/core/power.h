@@ -4,14 +4,21 @@
 
 #include <QObject>
 
+#include <memory>
+
 namespace lindenreed::device {
 
-/// Main thread.
+class Inhibitor;
+
+/// Holds an inhibitor of the machine's sleep exactly while auto power-off is off. Main thread.
 class Power : public QObject
 {
     Q_OBJECT
 
 public:
+    Power();
+    ~Power() override; ///< the inhibitor is given back
+
     bool autoPowerOff() const { return m_autoPowerOff; }
     bool autoKeylock() const { return m_autoKeylock; }
     int banSleep() const { return m_banSleep; } ///< how often sleep was put off since the start
@@ -25,6 +32,7 @@ signals:
     void changed();
 
 private:
+    std::unique_ptr<Inhibitor> m_inhibitor;
     bool m_autoPowerOff = true;
     bool m_autoKeylock = true;
     int m_banSleep = 0;

@@ -38,8 +38,6 @@ public:
     void take(const QString &name, int &value, int least, int most)
     {
         const QJsonValue found = m_object.take(name);
-        if (found.isUndefined())
-            return;
         const double number = found.toDouble(std::nan(""));
         if (number >= least && number <= most && number == std::floor(number))
             value = int(number);
@@ -50,8 +48,6 @@ public:
     void take(const QString &name, bool &value)
     {
         const QJsonValue found = m_object.take(name);
-        if (found.isUndefined())
-            return;
         if (found.isBool())
             value = found.toBool();
         else
@@ -75,6 +71,13 @@ private:
     QJsonObject m_object;
     QString m_complaint;
 };
+
+/// Names come from files and command lines: none leads out of its folder.
+bool isFileName(const QString &name)
+{
+    static const QRegularExpression plain(u"\\A[A-Za-z0-9_:.-]+\\z"_s);
+    return plain.match(name).hasMatch() && name != u"."_s && name != u".."_s;
+}
 
 void tell(QString *error, const QString &sentence)
 {
@@ -118,6 +121,11 @@ std::optional<Profile> Profile::read(const QString &path, QString *error)
     members.take(u"frontlight"_s, profile.frontlight);
     members.take(u"colour_light"_s, profile.colourLight);
     members.take(u"levels"_s, profile.levels, 16, 256);
+    if (document.object().contains(u"backlight"_s)) {
+        members.take(u"backlight"_s, profile.backlight);
+        if (!isFileName(profile.backlight))
+            members.complain(u"\"backlight\" must be the name of a folder"_s);
+    }
     if (profile.levels != 16 && profile.levels != 256)
         members.complain(u"\"levels\" must be 16 or 256"_s);
     if (profile.statusHeight >= qMin(width, height))

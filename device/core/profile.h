@@ -23,8 +23,10 @@ struct Profile
     bool frontlight = true;
     bool colourLight = false;
     int levels = 16; ///< 16 or 256 per channel
+    QString backlight; ///< name below /sys/class/backlight; empty: the light is kept in memory
 
-    /// Reads and checks one profile file. On failure nothing, with one sentence in `error`.
+    /// Reads and checks one profile file, which has every member but "backlight". On failure nothing, with
+    /// one sentence in `error`.
     static std::optional<Profile> read(const QString &path, QString *error);
 
     /// The profile `name` of the installed data, with one sentence in `error` where there is none.

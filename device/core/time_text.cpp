@@ -2,24 +2,39 @@
 
 #include "texts.h"
 
-#include <array>
-#include <string_view>
-
 namespace lindenreed::device::texts {
 
 namespace {
 
-constexpr std::array<std::string_view, 7> dayNames{"Sunday",   "Monday", "Tuesday", "Wednesday",
-                                                   "Thursday", "Friday", "Saturday"};
-constexpr std::array<std::string_view, 12> monthNames{"January",   "February", "March",    "April",
-                                                      "May",       "June",     "July",     "August",
-                                                      "September", "October",  "November", "December"};
-
-/// Nothing for a number that is no index: a caller's tm may hold anything.
-template <std::size_t count>
-std::string_view name(const std::array<std::string_view, count> &names, int index)
+/// Nothing for a number that is no day: a caller's tm may hold anything.
+QByteArray dayName(const QLocale &locale, int day, QLocale::FormatType length)
 {
-    return index >= 0 && index < int(count) ? names[std::size_t(index)] : std::string_view();
+    // Qt counts from Monday, 1 to 7.
+    return day >= 0 && day < 7 ? locale.dayName(day == 0 ? 7 : day, length).toUtf8() : QByteArray();
+}
+
+bool isMonth(int month)
+{
+    return month >= 0 && month < 12;
+}
+
+QByteArray monthName(const QLocale &locale, int month)
+{
+    return isMonth(month) ? locale.standaloneMonthName(month + 1).toUtf8() : QByteArray();
+}
+
+/// In the case that goes with a day.
+QString caseOfDay(const QLocale &locale, int month, QLocale::FormatType length)
+{
+    return isMonth(month) ? locale.monthName(month + 1, length) : QString();
+}
+
+/// As it follows the number of a day: some languages put a word before it.
+QByteArray monthOfDay(const QLocale &locale, int month)
+{
+    const QString name = caseOfDay(locale, month, QLocale::LongFormat);
+    const char *const pattern = text("@MonthOfDay");
+    return (pattern && !name.isEmpty() ? QString::fromUtf8(pattern).arg(name) : name).toUtf8();
 }
 
 QByteArray padded(qint64 number, int width, char fill = '0')
@@ -34,21 +49,23 @@ qint64 onTwelveHourClock(int hour)
 }
 
 /// False: no conversion of ours.
-bool append(QByteArray &text, char conversion, const std::tm &time)
+bool append(QByteArray &text, char conversion, const QLocale &locale, const std::tm &time)
 {
     switch (conversion) {
     case 'a':
-        text += name(dayNames, time.tm_wday).substr(0, 3);
+        text += dayName(locale, time.tm_wday, QLocale::ShortFormat);
         return true;
     case 'A':
-        text += name(dayNames, time.tm_wday);
+        text += dayName(locale, time.tm_wday, QLocale::LongFormat);
         return true;
     case 'b':
-        text += name(monthNames, time.tm_mon).substr(0, 3);
+        text += caseOfDay(locale, time.tm_mon, QLocale::ShortFormat).toUtf8();
         return true;
     case 'B':
-    case 'l': // English names a month beside a day as it names it alone
-        text += name(monthNames, time.tm_mon);
+        text += monthName(locale, time.tm_mon);
+        return true;
+    case 'l':
+        text += monthOfDay(locale, time.tm_mon);
         return true;
     case 'd':
         text += padded(time.tm_mday, 2);
@@ -72,7 +89,7 @@ bool append(QByteArray &text, char conversion, const std::tm &time)
         text += padded(time.tm_min, 2);
         return true;
     case 'p':
-        text += time.tm_hour < 12 ? "AM" : "PM";
+        text += (time.tm_hour < 12 ? locale.amText() : locale.pmText()).toUtf8();
         return true;
     case 'S':
         text += padded(time.tm_sec, 2);
@@ -95,9 +112,10 @@ bool append(QByteArray &text, char conversion, const std::tm &time)
 
 QByteArray time(const char *format, const std::tm &time)
 {
+    const QLocale language = locale();
     QByteArray text;
     for (const char *at = format; *at != '\0'; ++at) {
-        if (*at == '%' && append(text, at[1], time))
+        if (*at == '%' && append(text, at[1], language, time))
             ++at;
         else
             text += *at;

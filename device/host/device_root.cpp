@@ -1,5 +1,6 @@
 #include "device_root.h"
 
+#include "abandoned_roots.h"
 #include "file_tree.h"
 #include "places.h"
 
@@ -64,6 +65,7 @@ std::unique_ptr<DeviceRoot> DeviceRoot::open(const QString &path, Kind kind, QSt
 
     QString folder = path.isEmpty() ? QString() : QDir::cleanPath(QDir::current().absoluteFilePath(path));
     if (folder.isEmpty()) {
+        removeAbandonedRoots(QDir::tempPath());
         QByteArray name = QFile::encodeName(QDir::tempPath() + u"/slate-run-XXXXXX"_s);
         if (::mkdtemp(name.data()) == nullptr) {
             *error = u"no temporary device can be made in %1: %2"_s.arg(QDir::tempPath(), systemMessage());

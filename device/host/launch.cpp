@@ -135,13 +135,18 @@ bool Launch::prepare(QString *error)
 
     if (!openRoot(error))
         return false;
+    const QString photoFolder = m_root->inside(u"/mnt/ext1/Photo"_s);
+    const QString mountRecord = m_root->inside(u"/devroot/mount_point"_s);
+    PicturesMount::removeAbandoned(photoFolder, mountRecord);
     if (!m_options.photos.isEmpty()) {
-        m_pictures = PicturesMount::prepare(m_options.photos, m_root->inside(u"/mnt/ext1/Photo"_s), error);
+        m_pictures = PicturesMount::prepare(m_options.photos, photoFolder, mountRecord, error);
         if (!m_pictures)
             return false;
         m_sandbox.pictures = m_pictures->source();
         m_sandbox.picturesAt = m_pictures->devicePath();
     }
+    if (!m_options.language.isEmpty() && !isLanguage(m_options.language, error))
+        return false;
     const QString record = m_root->inside(u"/devroot/device.json"_s);
     if (!writeDeviceRecord(record, m_options.profile, m_options.orientation, error))
         return false;

@@ -66,6 +66,13 @@ std::optional<Options> readOptions(const QStringList &arguments, QString *error)
         return std::nullopt;
     }
 
+    for (const QString &name :
+         {u"root"_s, u"photos"_s, u"profile"_s, u"language"_s, u"meminfo"_s, u"orientation"_s}) {
+        if (parser.values(name).size() > 1) {
+            *error = u"--%1 is there twice"_s.arg(name);
+            return std::nullopt;
+        }
+    }
     for (const auto &[name, target] :
          {std::pair{u"root"_s, &options.root}, std::pair{u"photos"_s, &options.photos},
           std::pair{u"profile"_s, &options.profile}, std::pair{u"language"_s, &options.language},
@@ -106,8 +113,10 @@ Starts the picture frame, or PROGRAM, on a device kept in an ordinary folder, an
 
   --root DIR        the device's folder; made on first use (default: $XDG_DATA_HOME/picture_stand/device)
   --photos DIR      show a folder of yours, read-only, as /mnt/ext1/Photo/<its name>
-  --profile NAME    kind of device, kept between starts: grey-6, grey-8 or colour-6
-  --language L      the device's language, kept between starts
+  --profile NAME    kind of device, kept between starts: grey-6, grey-6-hd,
+                    grey-8, colour-6 or keys-6
+  --language L      the device's language, kept between starts: en, de, fr, es,
+                    it, pl, uk, ru, zh_CN or ja
   --orientation N   how the previous program left the screen turned: 0 to 3
   --headless        no window, and pictures handed to the device's viewer are not opened
   --temporary       a fresh device, removed at the end; with --root, in that new or empty folder

@@ -1,6 +1,7 @@
 #include "pictures_mount.h"
 
 #include <QDir>
+#include <QFile>
 #include <QFileInfo>
 
 namespace lindenreed::host {
@@ -20,8 +21,21 @@ bool isHiddenInside(const QString &hostPath)
     return isCovered(QDir::cleanPath(info.absoluteFilePath())) || isCovered(info.canonicalFilePath());
 }
 
+void PicturesMount::removeAbandoned(const QString &photoFolder, const QString &record)
+{
+    QFile file(record);
+    if (!file.open(QIODevice::ReadOnly))
+        return;
+    const QString name = QFile::decodeName(file.readAll());
+    // Programs inside can write to the record: it leads no further than to an empty folder among the
+    // pictures.
+    if (!name.isEmpty() && !name.contains(u'/') && name != u".."_s)
+        QDir().rmdir(photoFolder + u'/' + name);
+    file.remove();
+}
+
 std::unique_ptr<PicturesMount> PicturesMount::prepare(const QString &pictures, const QString &photoFolder,
-                                                      QString *error)
+                                                      const QString &record, QString *error)
 {
     const QFileInfo folder(QDir::cleanPath(QFileInfo(pictures).absoluteFilePath()));
     if (!folder.isDir() || !folder.isReadable() || !folder.isExecutable()) {
@@ -54,19 +68,27 @@ std::unique_ptr<PicturesMount> PicturesMount::prepare(const QString &pictures, c
                      "another name"_s.arg(mount->m_mountPoint);
             return nullptr;
         }
-    } else if (QDir().mkdir(mount->m_mountPoint)) {
-        mount->m_made = true;
     } else {
-        *error = u"%1 cannot be made"_s.arg(mount->m_mountPoint);
-        return nullptr;
+        mount->m_record = record;
+        const QByteArray name = QFile::encodeName(mount->m_name);
+        QFile file(record);
+        mount->m_made = file.open(QIODevice::WriteOnly) && file.write(name) == name.size() && file.flush()
+            && QDir().mkdir(mount->m_mountPoint);
+        if (!mount->m_made) {
+            file.remove();
+            *error = u"%1 cannot be made"_s.arg(mount->m_mountPoint);
+            return nullptr;
+        }
     }
     return mount;
 }
 
 PicturesMount::~PicturesMount()
 {
-    if (m_made)
-        QDir().rmdir(m_mountPoint); // only while it is empty
+    if (!m_made)
+        return;
+    QDir().rmdir(m_mountPoint); // only while it is empty
+    QFile::remove(m_record);
 }
 
 QString PicturesMount::devicePath() const

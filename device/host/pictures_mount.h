@@ -16,10 +16,14 @@ bool isHiddenInside(const QString &hostPath);
 class PicturesMount
 {
 public:
+    /// Takes away the mount point that a killed launcher left. `record` is where it is written down while it
+    /// is there.
+    static void removeAbandoned(const QString &photoFolder, const QString &record);
+
     /// `photoFolder`: the device's folder for pictures, on the host. Null, with one sentence in `error`,
     /// where there is no such folder, it could not be seen inside, or its name is taken in the device.
     static std::unique_ptr<PicturesMount> prepare(const QString &pictures, const QString &photoFolder,
-                                                  QString *error);
+                                                  const QString &record, QString *error);
     ~PicturesMount();
     PicturesMount(const PicturesMount &) = delete;
     PicturesMount &operator=(const PicturesMount &) = delete;
@@ -32,6 +36,7 @@ private:
     QString m_source;
     QString m_name;
     QString m_mountPoint;
+    QString m_record;
     bool m_made = false;
 };
 

@@ -26,17 +26,14 @@ bool replaceFile(const QString &path, const QByteArray &content, QString *error)
     return false;
 }
 
-bool isProfile(const QString &name)
+/// Names of the files of one kind in a folder of the device's data, without their ending.
+QStringList dataNames(const QString &folder, const QString &ending)
 {
-    return !name.isEmpty() && !name.contains(u'/')
-        && QFileInfo(dataFolder() + u"/profiles/"_s + name + u".json"_s).isFile();
-}
-
-QString knownProfiles()
-{
-    QStringList names = QDir(dataFolder() + u"/profiles"_s).entryList({u"*.json"_s}, QDir::Files, QDir::Name);
-    names.replaceInStrings(u".json"_s, QString());
-    return names.join(u", "_s);
+    QStringList names = QDir(dataFolder() + u'/' + folder).entryList({u'*' + ending}, QDir::Files);
+    for (QString &name : names)
+        name.chop(ending.size());
+    names.sort();
+    return names;
 }
 
 } // namespace
@@ -49,13 +46,17 @@ bool writeDeviceRecord(const QString &path, const QString &profile, std::optiona
         before = file.readAll();
     QJsonObject record = QJsonDocument::fromJson(before).object();
 
-    if (!profile.isEmpty())
+    if (!profile.isEmpty()) {
         record.insert(u"profile"_s, profile);
-    else if (!record.value(u"profile"_s).isString())
+    } else if (!QFile::exists(path)) {
         record.insert(u"profile"_s, u"grey-6"_s);
+    } else if (!record.value(u"profile"_s).isString()) {
+        *error = u"%1 names no profile; --profile writes it anew"_s.arg(path);
+        return false;
+    }
     const QString name = record.value(u"profile"_s).toString();
-    if (!isProfile(name)) {
-        *error = u"there is no profile \"%1\"; there are %2"_s.arg(name, knownProfiles());
+    if (const QStringList names = dataNames(u"profiles"_s, u".json"_s); !names.contains(name)) {
+        *error = u"there is no profile \"%1\"; there are %2"_s.arg(name, names.join(u", "_s));
         return false;
     }
 
@@ -66,6 +67,15 @@ bool writeDeviceRecord(const QString &path, const QString &profile, std::optiona
 
     const QByteArray after = QJsonDocument(record).toJson();
     return after == before || replaceFile(path, after, error);
+}
+
+bool isLanguage(const QString &language, QString *error)
+{
+    const QStringList names = dataNames(u"languages"_s, u".qm"_s);
+    if (names.contains(language) || names.contains(language.section(u'_', 0, 0)))
+        return true;
+    *error = u"there is no language \"%1\"; there are %2"_s.arg(language, names.join(u", "_s));
+    return false;
 }
 
 bool writeLanguage(const QString &path, const QString &language, QString *error)

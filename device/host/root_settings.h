@@ -14,6 +14,10 @@ namespace lindenreed::host {
 bool writeDeviceRecord(const QString &path, const QString &profile, std::optional<int> orientation,
                        QString *error);
 
+/// Whether the device has texts in a language, be it without its country, such as "de" for "de_AT". False,
+/// with one sentence in `error`, where it has none.
+bool isLanguage(const QString &language, QString *error);
+
 /// Sets "language" in a device configuration, every other line stays as it is, byte for byte. Missing file
 /// and folders are made.
 bool writeLanguage(const QString &path, const QString &language, QString *error);

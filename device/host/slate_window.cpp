@@ -1,10 +1,12 @@
 // A running device as a window on the desk.
 
 #include "run_folder.h"
+#include "slate_window_accessible.h"
 #include "slate_window_link.h"
+#include "slate_window_options.h"
 #include "slate_window_view.h"
 
-#include <QCommandLineParser>
+#include <QFile>
 #include <QGuiApplication>
 #include <QTimer>
 
@@ -17,6 +19,7 @@ namespace {
 
 constexpr int connectLimitMs = 20'000; ///< the device may still be starting, on a slow board
 constexpr int quitLimitMs = 10'000; ///< for a device that does not end although it was asked to
+constexpr int lostDelayMs = 700; ///< whoever started both closes the window after an ordinary end
 
 int fail(const QString &sentence)
 {
@@ -24,61 +27,86 @@ int fail(const QString &sentence)
     return 2;
 }
 
+bool displayIsNamed()
+{
+    return !qEnvironmentVariableIsEmpty("DISPLAY") || !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY")
+        || !qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM");
+}
+
 } // namespace
 
 int main(int argc, char **argv)
 {
-    QGuiApplication application(argc, argv);
-    QGuiApplication::setApplicationDisplayName(u"Picture frame"_s);
-    QGuiApplication::setQuitOnLastWindowClosed(false); // the window goes when the device does
-
-    QCommandLineParser parser;
-    parser.setApplicationDescription(
-        u"Shows a running device. Arrows turn pages, M is its menu key, Ctrl+Q ends it; "
-        "Ctrl with plus, minus or 0 changes the size."_s);
-    const QCommandLineOption runOption(u"run"_s, u"The device's run folder."_s, u"FOLDER"_s);
-    const QCommandLineOption rootOption(u"root"_s, u"The device's root, where its run folder is not named."_s,
-                                        u"DIR"_s);
-    const QCommandLineOption help = parser.addHelpOption();
-    parser.addOptions({runOption, rootOption});
-    if (!parser.parse(QGuiApplication::arguments()))
-        return fail(parser.errorText());
-    if (parser.isSet(help)) {
-        std::fputs(parser.helpText().toUtf8().constData(), stdout);
+    // Before the application object, which ends the program where there is no display.
+    QStringList arguments;
+    for (int i = 1; i < argc; ++i)
+        arguments.append(QFile::decodeName(argv[i]));
+    QString error;
+    const std::optional<WindowOptions> options = readWindowOptions(arguments, &error);
+    if (!options)
+        return fail(error);
+    if (options->help) {
+        std::fputs(windowHelpText().toUtf8().constData(), stdout);
         return 0;
     }
-    if (parser.isSet(runOption) == parser.isSet(rootOption) || !parser.positionalArguments().isEmpty())
-        return fail(u"Usage: slate-window --run FOLDER, or slate-window --root DIR"_s);
-
-    QString runFolder = parser.value(runOption);
-    if (parser.isSet(rootOption)) {
-        QString error;
-        const std::optional<QString> found = runFolderOf(parser.value(rootOption), &error);
+    QString runFolder = options->runFolder;
+    if (runFolder.isEmpty()) {
+        const std::optional<QString> found = runFolderOf(options->root, &error);
         if (!found)
             return fail(error);
         runFolder = *found;
     }
+    if (!displayIsNamed())
+        return fail(u"There is no display: neither DISPLAY nor WAYLAND_DISPLAY is set."_s);
+
+    QGuiApplication application(argc, argv);
+    QGuiApplication::setApplicationDisplayName(u"Picture frame"_s);
+    QGuiApplication::setQuitOnLastWindowClosed(false); // the window goes when the device does
+    makeDeviceViewAccessible();
+
+    ButtonStates buttons;
     DeviceLink link(runFolder);
-    DeviceView view(runFolder + u"/panel"_s);
-    bool wasThere = false;
+    DeviceView view(runFolder + u"/panel"_s, &buttons);
+    QTimer lost;
+    lost.setSingleShot(true);
     bool isClosing = false;
 
     QObject::connect(&link, &DeviceLink::connected, &view, [&] {
-        wasThere = true;
-        view.readSoon();
+        lost.stop();
+        view.setDeviceIsThere(true);
+        buttons.deviceCame();
     });
     QObject::connect(&link, &DeviceLink::refreshed, &view, &DeviceView::readSoon);
-    QObject::connect(&link, &DeviceLink::changed, &view, &DeviceView::readSoon);
-    QObject::connect(&link, &DeviceLink::gone, &application, [&] {
-        QGuiApplication::exit(wasThere ? 0 : fail(u"No device answers at %1/control."_s.arg(runFolder)));
+    QObject::connect(&link, &DeviceLink::changed, &view, [&] {
+        view.readSoon();
+        link.send(u"state"_s);
     });
+    QObject::connect(&link, &DeviceLink::stateTold, &buttons, &ButtonStates::setState);
+    QObject::connect(&link, &DeviceLink::refused, &buttons, &ButtonStates::refuse);
+    QObject::connect(&link, &DeviceLink::timedOut, &application, [&] {
+        QGuiApplication::exit(fail(u"No device answers at %1/control."_s.arg(runFolder)));
+    });
+    QObject::connect(&link, &DeviceLink::gone, &application, [&] {
+        buttons.deviceWent();
+        if (isClosing)
+            QGuiApplication::exit(0);
+        else
+            lost.start(lostDelayMs);
+    });
+    QObject::connect(&lost, &QTimer::timeout, &view, [&] { view.setDeviceIsThere(false); });
+
     QObject::connect(&view, &DeviceView::ready, &view, &QWindow::show);
     QObject::connect(&view, &DeviceView::asked, &link, &DeviceLink::send);
+    QObject::connect(&buttons, &ButtonStates::asked, &link, &DeviceLink::send);
     QObject::connect(&view, &DeviceView::closing, &link, [&] {
         if (isClosing)
             return;
         isClosing = true;
         view.hide();
+        if (!link.isConnected()) {
+            QGuiApplication::exit(0);
+            return;
+        }
         link.send(u"quit"_s);
         QTimer::singleShot(quitLimitMs, &application, [] { QGuiApplication::exit(0); });
     });

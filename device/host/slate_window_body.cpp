@@ -1,7 +1,8 @@
 #include "slate_window_body.h"
 
+#include "slate_window_signs.h"
+
 #include <QPainter>
-#include <QPainterPath>
 
 #include <algorithm>
 #include <array>
@@ -19,12 +20,8 @@ constexpr int outerRadius = 36;
 constexpr int panelLine = 2;
 constexpr int keyWidth = 132;
 constexpr int keyHeight = 96;
-constexpr double signLine = 3.5;
 
-constexpr QRgb bodyColour = 0xff2e2f31;
 constexpr QRgb panelLineColour = 0xff111111;
-constexpr QRgb signColour = 0xff8a8c8f;
-constexpr QRgb pressedSignColour = 0xffffffff;
 
 constexpr int strongestLight = 8; ///< percent, at full brightness
 constexpr std::array coldWhite{196, 222, 255};
@@ -37,49 +34,32 @@ const QStringList &keys()
     return names;
 }
 
-/// In units of a display pixel at one to one, around the origin.
-void paintSign(QPainter *painter, const QString &key)
-{
-    if (key == "menu"_L1) {
-        for (const double y : {-11.5, 0.0, 11.5}) {
-            painter->drawLine(QPointF(-5.5, y), QPointF(15.5, y));
-            painter->save();
-            painter->setBrush(painter->pen().color());
-            painter->setPen(Qt::NoPen);
-            painter->drawEllipse(QPointF(-14.0, y), 4.0, 4.0);
-            painter->restore();
-        }
-        return;
-    }
-    const double tip = key == "prev"_L1 ? -16.0 : 16.0;
-    const double back = tip > 0 ? -14.5 : 14.5; // where the wings of the head are, seen from the tip
-    painter->drawLine(QPointF(tip, 0), QPointF(-tip, 0));
-    painter->drawPolyline(QPolygonF({{tip + back, -14.5}, {tip, 0}, {tip + back, 14.5}}));
-}
-
 } // namespace
 
-DeviceBody::DeviceBody(QSize panel, int divisor)
-    : m_panel(panel)
-    , m_divisor(std::max(1, divisor))
+QRegion roundedRegion(const QRect &rectangle, int radius)
 {
+    QRegion region(rectangle);
+    // Row by row at the corners: the smoothed edge belongs to it, so rows end at its outermost pixel.
+    for (int y = 0; y < radius; ++y) {
+        const double height = radius - (y + 1);
+        const int gap = int(std::floor(radius - std::sqrt(double(radius) * radius - height * height)));
+        for (const int row : {rectangle.top() + y, rectangle.bottom() - y}) {
+            region -= QRect(rectangle.left(), row, gap, 1);
+            region -= QRect(rectangle.right() + 1 - gap, row, gap, 1);
+        }
+    }
+    return region;
 }
 
-int DeviceBody::divisorFor(QSize panel, QSize room)
+DeviceBody::DeviceBody(QSize panel, double divisor)
+    : m_panel(panel)
+    , m_divisor(std::max(1.0, divisor))
 {
-    int divisor = 1;
-    while (divisor < 8) {
-        const QSize size = DeviceBody(panel, divisor).size();
-        if (size.width() <= room.width() && size.height() <= room.height())
-            break;
-        ++divisor;
-    }
-    return divisor;
 }
 
 int DeviceBody::scaled(int length) const
 {
-    return std::max(1, int(std::lround(double(length) / m_divisor)));
+    return std::max(1, int(std::lround(length / m_divisor)));
 }
 
 QSize DeviceBody::size() const
@@ -90,31 +70,22 @@ QSize DeviceBody::size() const
 
 QRect DeviceBody::panel() const
 {
-    return {scaled(bezel), scaled(bezel), std::max(1, m_panel.width() / m_divisor),
-            std::max(1, m_panel.height() / m_divisor)};
+    return {scaled(bezel), scaled(bezel), std::max(1, int(m_panel.width() / m_divisor)),
+            std::max(1, int(m_panel.height() / m_divisor))};
 }
 
 QRegion DeviceBody::outline() const
 {
-    const int radius = scaled(outerRadius);
-    QRegion region(QRect(QPoint(0, 0), size()));
-    // Row by row at the corners: the smoothed edge belongs to the body, so rows end at its outermost pixel.
-    for (int y = 0; y < radius; ++y) {
-        const double height = radius - (y + 1);
-        const int gap = int(std::floor(radius - std::sqrt(double(radius) * radius - height * height)));
-        for (const int row : {y, size().height() - 1 - y}) {
-            region -= QRect(0, row, gap, 1);
-            region -= QRect(size().width() - gap, row, gap, 1);
-        }
-    }
-    return region;
+    return roundedRegion(QRect(QPoint(0, 0), size()), scaled(outerRadius));
 }
 
 QPoint DeviceBody::panelPixel(QPoint point) const
 {
-    const QPoint inside = (point - panel().topLeft()) * m_divisor + QPoint(m_divisor / 2, m_divisor / 2);
-    return {std::clamp(inside.x(), 0, std::max(0, m_panel.width() - 1)),
-            std::clamp(inside.y(), 0, std::max(0, m_panel.height() - 1))};
+    const auto pixel = [this](int distance, int length) {
+        return std::clamp(int(std::floor((distance + 0.5) * m_divisor)), 0, std::max(0, length - 1));
+    };
+    const QPoint inside = point - panel().topLeft();
+    return {pixel(inside.x(), m_panel.width()), pixel(inside.y(), m_panel.height())};
 }
 
 QRect DeviceBody::keyRectangle(const QString &key) const
@@ -155,20 +126,18 @@ void DeviceBody::paint(QPainter *painter, const QString &pressedKey) const
         painter->scale(1.0 / m_divisor, 1.0 / m_divisor);
         painter->setPen(QPen(QColor::fromRgb(key == pressedKey ? pressedSignColour : signColour), signLine,
                              Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
-        paintSign(painter, key);
+        paintKeySign(painter, key);
         painter->restore();
     }
     painter->restore();
 }
 
-QImage shownPanel(const QImage &upright, int divisor, bool lightOn, int brightness, int colour)
+QImage shownPanel(const QImage &upright, QSize size, bool lightOn, int brightness, int colour)
 {
     QImage shown = upright;
-    if (divisor > 1) {
+    if (size != upright.size()) // the mean of all that falls on a pixel
         shown
-            = upright.scaled(std::max(1, upright.width() / divisor), std::max(1, upright.height() / divisor),
-                             Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
-    }
+            = upright.scaled(size.boundedTo(upright.size()), Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
     shown = std::move(shown).convertToFormat(QImage::Format_RGB32);
     if (!lightOn || brightness <= 0)
         return shown;

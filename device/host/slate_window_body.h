@@ -14,21 +14,25 @@ class QPainter;
 
 namespace lindenreed::remote {
 
+inline constexpr QRgb bodyColour = 0xff2e2f31;
+inline constexpr QRgb signColour = 0xff8a8c8f;
+inline constexpr QRgb pressedSignColour = 0xffffffff;
+
+/// Every pixel that a rectangle with smoothed round corners touches.
+QRegion roundedRegion(const QRect &rectangle, int radius);
+
 /// Measures of the device on the desk, in pixels of the display, from the body's top left corner. A divisor
-/// of n shows everything at 1/n.
+/// of n, at least 1, shows everything at 1/n.
 class DeviceBody
 {
 public:
     /// `panel`: the panel's size as the user holds it.
-    explicit DeviceBody(QSize panel = {}, int divisor = 1);
-
-    /// The smallest divisor with which the whole device fits into `room`.
-    static int divisorFor(QSize panel, QSize room);
+    explicit DeviceBody(QSize panel = {}, double divisor = 1);
 
     QSize size() const;
     QRect panel() const;
     QRegion outline() const; ///< every pixel that the body touches
-    int divisor() const { return m_divisor; }
+    double divisor() const { return m_divisor; }
 
     /// The panel pixel under a point; one outside comes back as the nearest inside, for a finger that has
     /// left it.
@@ -45,11 +49,11 @@ private:
     int scaled(int length) const;
 
     QSize m_panel;
-    int m_divisor;
+    double m_divisor;
 };
 
-/// The panel as it is shown: at 1/divisor, with the light over its paper. `brightness` and `colour` are 0 to
-/// 100, colour from cold to warm.
-QImage shownPanel(const QImage &upright, int divisor, bool lightOn, int brightness, int colour);
+/// The panel in `size`, never larger than it is, with the light over its paper. `brightness` and `colour` are
+/// 0 to 100, colour from cold to warm.
+QImage shownPanel(const QImage &upright, QSize size, bool lightOn, int brightness, int colour);
 
 } // namespace lindenreed::remote

@@ -1,7 +1,8 @@
 #include "slate_window_link.h"
 
-#include <QDeadlineTimer>
 #include <QJsonDocument>
+
+#include <utility>
 
 namespace lindenreed::remote {
 
@@ -10,6 +11,7 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr int retryMs = 50;
+constexpr int retryAfterLossMs = 1000; ///< it may take days
 constexpr int mostUnanswered = 32;
 
 QByteArray lineOf(qint64 id, const QString &command, QJsonObject members)
@@ -25,10 +27,13 @@ DeviceLink::DeviceLink(const QString &runFolder, QObject *parent)
     : QObject(parent)
     , m_path(runFolder + u"/control"_s)
 {
-    m_retry.setInterval(retryMs);
+    m_limit.setSingleShot(true);
     connect(&m_retry, &QTimer::timeout, this, &DeviceLink::tryToConnect);
-    for (QLocalSocket *socket : {&m_events, &m_commands})
+    connect(&m_limit, &QTimer::timeout, this, &DeviceLink::timedOut);
+    for (QLocalSocket *socket : {&m_events, &m_commands}) {
         connect(socket, &QLocalSocket::readyRead, this, [this, socket] { read(socket); });
+        connect(socket, &QLocalSocket::disconnected, this, &DeviceLink::lose);
+    }
 }
 
 DeviceLink::~DeviceLink()
@@ -40,8 +45,8 @@ DeviceLink::~DeviceLink()
 
 void DeviceLink::open(int limitMs)
 {
-    m_deadline = QDeadlineTimer(limitMs).deadline();
-    m_retry.start();
+    m_limit.start(limitMs);
+    m_retry.start(retryMs);
     tryToConnect();
 }
 
@@ -54,23 +59,21 @@ void DeviceLink::tryToConnect()
         socket->connectToServer(m_path);
         if (socket->state() != QLocalSocket::ConnectedState) {
             socket->abort();
-            if (QDeadlineTimer::current().deadline() >= m_deadline)
-                end();
             return;
         }
     }
     m_retry.stop();
-    connect(&m_events, &QLocalSocket::disconnected, this, &DeviceLink::end);
-    connect(&m_commands, &QLocalSocket::disconnected, this, &DeviceLink::end);
+    m_limit.stop();
+    m_isConnected = true;
     m_events.write(lineOf(m_nextId++, u"follow"_s, {}));
     emit connected();
 }
 
 void DeviceLink::send(const QString &command, const QJsonObject &members)
 {
-    if (m_commands.state() != QLocalSocket::ConnectedState || m_unanswered >= mostUnanswered)
+    if (m_commands.state() != QLocalSocket::ConnectedState || m_unanswered.size() >= mostUnanswered)
         return;
-    ++m_unanswered;
+    m_unanswered.insert(m_nextId, command);
     m_commands.write(lineOf(m_nextId++, command, members));
 }
 
@@ -83,8 +86,8 @@ void DeviceLink::read(QLocalSocket *socket)
         const QString event = object.value("event"_L1).toString();
         refresh |= event == "refresh"_L1;
         change |= event == "changed"_L1;
-        if (socket == &m_commands && object.contains("ok"_L1))
-            --m_unanswered;
+        if (socket == &m_commands)
+            takeAnswer(object);
     }
     if (refresh)
         emit refreshed();
@@ -92,12 +95,24 @@ void DeviceLink::read(QLocalSocket *socket)
         emit changed();
 }
 
-void DeviceLink::end()
+void DeviceLink::takeAnswer(const QJsonObject &answer)
 {
-    if (m_ended)
+    const QString command = m_unanswered.take(answer.value("id"_L1).toInteger());
+    if (!answer.value("ok"_L1).toBool())
+        emit refused(command, answer.value("error"_L1).toString(), answer.value("message"_L1).toString());
+    else if (command == "state"_L1)
+        emit stateTold(answer);
+}
+
+void DeviceLink::lose()
+{
+    if (!std::exchange(m_isConnected, false))
         return;
-    m_ended = true;
-    m_retry.stop();
+    // The other half of the connection is of no use; the next device gets new ones.
+    m_events.abort();
+    m_commands.abort();
+    m_unanswered.clear();
+    m_retry.start(retryAfterLossMs);
     emit gone();
 }
 

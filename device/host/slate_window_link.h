@@ -2,6 +2,7 @@
 
 #pragma once
 
+#include <QHash>
 #include <QJsonObject>
 #include <QLocalSocket>
 #include <QObject>
@@ -18,8 +19,11 @@ public:
     explicit DeviceLink(const QString &runFolder, QObject *parent = nullptr);
     ~DeviceLink() override;
 
-    /// Tries until the device listens, for at most `limitMs`; then connected() or gone().
+    /// Tries until the device listens; connected() tells, or timedOut() once after `limitMs`. After gone() it
+    /// tries again by itself.
     void open(int limitMs);
+
+    bool isConnected() const { return m_isConnected; }
 
     /// Dropped while the device has too many unanswered ones: it hangs, and old gestures would only surprise.
     void send(const QString &command, const QJsonObject &members = {});
@@ -28,21 +32,25 @@ signals:
     void connected();
     void refreshed(); ///< the panel shows something else
     void changed(); ///< light or orientation may be others now
-    void gone(); ///< once; never came, or has ended
+    void stateTold(const QJsonObject &state); ///< the answer to "state"
+    void refused(const QString &command, const QString &error, const QString &message);
+    void gone(); ///< has ended, or was lost
+    void timedOut(); ///< has never come
 
 private:
     void tryToConnect();
     void read(QLocalSocket *socket);
-    void end();
+    void takeAnswer(const QJsonObject &answer);
+    void lose();
 
     QString m_path;
     QLocalSocket m_events;
     QLocalSocket m_commands; ///< apart, so that events do not wait behind the answer to a long gesture
     QTimer m_retry;
-    qint64 m_deadline = 0; ///< milliseconds of a monotonic clock
+    QTimer m_limit;
     qint64 m_nextId = 1;
-    int m_unanswered = 0;
-    bool m_ended = false;
+    QHash<qint64, QString> m_unanswered; ///< id to command
+    bool m_isConnected = false;
 };
 
 } // namespace lindenreed::remote

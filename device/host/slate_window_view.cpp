@@ -1,6 +1,7 @@
 #include "slate_window_view.h"
 
 #include "panel_file.h"
+#include "slate_window_sentences.h"
 
 #include <QGuiApplication>
 #include <QKeyEvent>
@@ -22,7 +23,9 @@ constexpr int busyDelayMs = 50;
 constexpr int tapLimitMs = 500;
 constexpr int wobble = 12; ///< panel pixels that a resting finger may move
 constexpr int stepMs = 16; ///< a drag goes on at the speed of the mouse
-constexpr int mostDivisor = 8;
+constexpr double mostDivisor = 8;
+constexpr int tipDelayMs = 600;
+constexpr int noteMs = 6000; ///< for a sentence of a dozen words
 
 /// The protocol's name of a key of the keyboard; empty for the others.
 QString keyName(int key)
@@ -55,8 +58,9 @@ QString keyName(int key)
 
 } // namespace
 
-DeviceView::DeviceView(const QString &panelPath)
+DeviceView::DeviceView(const QString &panelPath, ButtonStates *buttons)
     : m_panelPath(panelPath)
+    , m_buttons(buttons)
 {
     setFlags(Qt::Window | Qt::FramelessWindowHint);
     setTitle(u"Picture frame"_s);
@@ -65,12 +69,85 @@ DeviceView::DeviceView(const QString &panelPath)
     setFormat(surface);
     m_reading.setSingleShot(true);
     connect(&m_reading, &QTimer::timeout, this, &DeviceView::read);
+
+    m_tipDelay.setSingleShot(true);
+    m_tipDelay.setInterval(tipDelayMs);
+    connect(&m_tipDelay, &QTimer::timeout, this, [this] {
+        m_tipIsShown = true;
+        update();
+    });
+    m_noteTime.setSingleShot(true);
+    m_noteTime.setInterval(noteMs);
+    connect(&m_noteTime, &QTimer::timeout, this, [this] { showNote({}); });
+    connect(m_buttons, &ButtonStates::changed, this, [this] { update(); });
+    connect(m_buttons, &ButtonStates::note, this, &DeviceView::showNote);
 }
 
 void DeviceView::readSoon()
 {
     if (!m_reading.isActive())
         m_reading.start(readDelayMs);
+}
+
+void DeviceView::setDeviceIsThere(bool isThere)
+{
+    m_deviceIsThere = isThere;
+    if (isThere)
+        readSoon();
+    else
+        m_reading.stop();
+    update();
+}
+
+QString DeviceView::lostSentence() const
+{
+    return m_deviceIsThere
+        ? QString()
+        : u"The device has gone. This was its last picture; it appears here again when it is "
+          "back."_s;
+}
+
+QString DeviceView::tip() const
+{
+    if (!m_note.isEmpty())
+        return m_note;
+    return m_hovered && m_tipIsShown ? m_buttons->tip(*m_hovered) : QString();
+}
+
+void DeviceView::showNote(const QString &sentence)
+{
+    m_note = sentence;
+    if (sentence.isEmpty())
+        m_noteTime.stop();
+    else
+        m_noteTime.start();
+    update();
+}
+
+void DeviceView::setHovered(std::optional<DeviceButton> button)
+{
+    if (button == m_hovered)
+        return;
+    m_hovered = button;
+    // From one button to the next without delay: the user is reading.
+    if (!button) {
+        m_tipDelay.stop();
+        m_tipIsShown = false;
+    } else if (!m_tipIsShown) {
+        m_tipDelay.start();
+    }
+    update();
+}
+
+void DeviceView::pressButton(DeviceButton button)
+{
+    showNote({});
+    m_buttons->press(button);
+}
+
+void DeviceView::pressKey(const QString &key)
+{
+    emit asked(u"key"_s, {{u"name"_s, key}});
 }
 
 void DeviceView::read()
@@ -85,7 +162,7 @@ void DeviceView::read()
     const QImage upright = panel->upright();
     if (upright.size() != m_panelSize)
         fit(upright.size());
-    m_shown = shownPanel(upright, m_body.divisor(), (panel->header.flags & 4) != 0,
+    m_shown = shownPanel(upright, body().panel().size(), (panel->header.flags & 4) != 0,
                          int(panel->header.brightness), int(panel->header.colour));
     update();
     if (first)
@@ -97,12 +174,13 @@ void DeviceView::fit(QSize panel)
     m_panelSize = panel;
     const double ratio = devicePixelRatio();
     const QSize room = screen() ? screen()->availableGeometry().size() * ratio : panel;
-    const int divisor = m_wantedDivisor > 0 ? m_wantedDivisor : DeviceBody::divisorFor(panel, room);
-    m_body = DeviceBody(panel, divisor);
+    const double divisor
+        = m_wantedDivisor > 0 ? m_wantedDivisor : WindowLayout::divisorFor(panel, room, ratio);
+    m_layout = WindowLayout(panel, divisor, ratio);
     m_start.reset();
 
-    const QSize size(int(std::ceil(m_body.size().width() / ratio)),
-                     int(std::ceil(m_body.size().height() / ratio)));
+    const QSize size(int(std::ceil(m_layout.size().width() / ratio)),
+                     int(std::ceil(m_layout.size().height() / ratio)));
     setMinimumSize(size);
     setMaximumSize(size);
     resize(size);
@@ -114,21 +192,29 @@ void DeviceView::cutOut()
     // Where no compositor blends the corners, the shape keeps the desk free of them; only X11 knows that
     // case.
     if (QGuiApplication::platformName() == "xcb"_L1 && devicePixelRatio() == 1.0)
-        setMask(m_body.outline().translated(bodyOrigin()));
+        setMask(m_layout.outline().translated(bodyOrigin()));
 }
 
 QPoint DeviceView::bodyOrigin() const
 {
     // Whoever arranges the windows may make ours larger than we asked.
     const QSize room = size() * devicePixelRatio();
-    return {std::max(0, (room.width() - m_body.size().width()) / 2),
-            std::max(0, (room.height() - m_body.size().height()) / 2)};
+    return {std::max(0, (room.width() - m_layout.size().width()) / 2),
+            std::max(0, (room.height() - m_layout.size().height()) / 2)};
 }
 
 QPoint DeviceView::onBody(QPointF position) const
 {
     const QPointF pixels = position * devicePixelRatio();
     return QPoint(int(std::floor(pixels.x())), int(std::floor(pixels.y()))) - bodyOrigin();
+}
+
+QRect DeviceView::onDesk(const QRect &rectangle) const
+{
+    const double ratio = devicePixelRatio();
+    const QRect inWindow = rectangle.translated(bodyOrigin());
+    const QPoint corner(int(inWindow.x() / ratio), int(inWindow.y() / ratio));
+    return {mapToGlobal(corner), inWindow.size() / ratio};
 }
 
 void DeviceView::paintEvent(QPaintEvent *)
@@ -142,8 +228,14 @@ void DeviceView::paintEvent(QPaintEvent *)
     painter.scale(1 / devicePixelRatio(),
                   1 / devicePixelRatio()); // one panel pixel is one pixel of the display
     painter.translate(bodyOrigin());
-    m_body.paint(&painter, m_pressedKey);
-    painter.drawImage(m_body.panel().topLeft(), m_shown);
+    body().paint(&painter, m_pressedKey);
+    painter.drawImage(body().panel().topLeft(), m_shown);
+    if (const QString lost = lostSentence(); !lost.isEmpty())
+        paintLost(&painter, body().panel(), lost, devicePixelRatio());
+    m_layout.strip().paint(&painter, *m_buttons, m_pressedButton);
+    if (const QString sentence = tip(); !sentence.isEmpty())
+        paintTip(&painter, m_layout, sentence, m_note.isEmpty() ? m_hovered : std::nullopt,
+                 devicePixelRatio());
 }
 
 void DeviceView::resizeEvent(QResizeEvent *event)
@@ -158,13 +250,17 @@ void DeviceView::mousePressEvent(QMouseEvent *event)
     if (event->button() != Qt::LeftButton || m_shown.isNull())
         return;
     const QPoint point = onBody(event->position());
-    if (m_body.panel().contains(point)) {
-        m_start = m_body.panelPixel(point);
+    if (body().panel().contains(point)) {
+        m_start = body().panelPixel(point);
         m_moved = false;
         m_pressedAt = event->timestamp();
-    } else if (const std::optional<QString> key = m_body.keyAt(point)) {
+    } else if (const std::optional<QString> key = body().keyAt(point)) {
         m_armedKey = *key;
         m_pressedKey = *key;
+        update();
+    } else if (const std::optional<DeviceButton> button = m_layout.strip().buttonAt(point)) {
+        m_armedButton = button;
+        m_pressedButton = button;
         update();
     } else {
         startSystemMove(); // the body is what one takes hold of
@@ -174,15 +270,24 @@ void DeviceView::mousePressEvent(QMouseEvent *event)
 void DeviceView::mouseMoveEvent(QMouseEvent *event)
 {
     const QPoint point = onBody(event->position());
-    if (m_start && (m_body.panelPixel(point) - *m_start).manhattanLength() > wobble)
+    if (m_start && (body().panelPixel(point) - *m_start).manhattanLength() > wobble)
         m_moved = true;
     if (!m_armedKey.isEmpty()) {
-        const QString pressed = m_body.keyAt(point) == m_armedKey ? m_armedKey : QString();
+        const QString pressed = body().keyAt(point) == m_armedKey ? m_armedKey : QString();
         if (pressed != m_pressedKey) {
             m_pressedKey = pressed;
             update();
         }
     }
+    const std::optional<DeviceButton> button = m_layout.strip().buttonAt(point);
+    if (m_armedButton) {
+        const auto pressed = button == m_armedButton ? m_armedButton : std::nullopt;
+        if (pressed != m_pressedButton) {
+            m_pressedButton = pressed;
+            update();
+        }
+    }
+    setHovered(m_start ? std::nullopt : button);
 }
 
 void DeviceView::mouseReleaseEvent(QMouseEvent *event)
@@ -191,11 +296,15 @@ void DeviceView::mouseReleaseEvent(QMouseEvent *event)
         return;
     mouseMoveEvent(event);
     if (m_start)
-        finishGesture(m_body.panelPixel(onBody(event->position())), qint64(event->timestamp() - m_pressedAt));
+        finishGesture(body().panelPixel(onBody(event->position())), qint64(event->timestamp() - m_pressedAt));
     if (!m_pressedKey.isEmpty())
-        emit asked(u"key"_s, {{u"name"_s, m_pressedKey}});
+        pressKey(m_pressedKey);
+    if (m_pressedButton)
+        pressButton(*m_pressedButton);
     m_armedKey.clear();
     m_pressedKey.clear();
+    m_armedButton.reset();
+    m_pressedButton.reset();
     update();
 }
 
@@ -217,33 +326,44 @@ void DeviceView::finishGesture(QPoint end, qint64 duration)
     }
 }
 
+void DeviceView::setSize(double divisor)
+{
+    m_wantedDivisor = divisor;
+    fit(m_panelSize);
+    readSoon();
+}
+
+void DeviceView::controlKey(int key)
+{
+    const double divisor = body().divisor();
+    switch (key) {
+    case Qt::Key_Q:
+    case Qt::Key_W:
+        close();
+        break;
+    case Qt::Key_Plus:
+    case Qt::Key_Equal:
+        setSize(std::max(1.0, std::ceil(divisor) - 1));
+        break;
+    case Qt::Key_Minus:
+        setSize(std::min(mostDivisor, std::floor(divisor) + 1));
+        break;
+    case Qt::Key_0:
+        setSize(0);
+        break;
+    default:
+        if (const std::optional<DeviceButton> button = ButtonStates::withKey(key))
+            pressButton(*button);
+        break;
+    }
+}
+
 void DeviceView::keyPressEvent(QKeyEvent *event)
 {
-    if (event->modifiers() & Qt::ControlModifier) {
-        switch (event->key()) {
-        case Qt::Key_Q:
-        case Qt::Key_W:
-            close();
-            return;
-        case Qt::Key_Plus:
-        case Qt::Key_Equal:
-            m_wantedDivisor = std::max(1, m_body.divisor() - 1);
-            break;
-        case Qt::Key_Minus:
-            m_wantedDivisor = std::min(mostDivisor, m_body.divisor() + 1);
-            break;
-        case Qt::Key_0:
-            m_wantedDivisor = 0;
-            break;
-        default:
-            return;
-        }
-        fit(m_panelSize);
-        readSoon();
-        return;
-    }
-    if (const QString name = keyName(event->key()); !name.isEmpty())
-        emit asked(u"key"_s, {{u"name"_s, name}});
+    if (event->modifiers() & Qt::ControlModifier)
+        controlKey(event->key());
+    else if (const QString name = keyName(event->key()); !name.isEmpty())
+        pressKey(name);
 }
 
 bool DeviceView::event(QEvent *event)
@@ -255,6 +375,8 @@ bool DeviceView::event(QEvent *event)
         emit closing();
         return true;
     }
+    if (event->type() == QEvent::Leave)
+        setHovered(std::nullopt);
     return QRasterWindow::event(event);
 }
 

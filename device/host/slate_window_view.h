@@ -2,7 +2,7 @@
 
 #pragma once
 
-#include "slate_window_body.h"
+#include "slate_window_layout.h"
 
 #include <QImage>
 #include <QJsonObject>
@@ -11,22 +11,38 @@
 
 namespace lindenreed::remote {
 
-/// The window. Knows the panel file; what the user does goes out by asked(), and the owner passes it on.
+/// The window. Knows the panel file; what the user does goes out by asked() or through the buttons, and the
+/// owner passes it on.
 class DeviceView : public QRasterWindow
 {
     Q_OBJECT
 
 public:
-    explicit DeviceView(const QString &panelPath);
+    /// `buttons` must outlive it.
+    DeviceView(const QString &panelPath, ButtonStates *buttons);
 
     /// Reads the panel soon; several calls are one reading.
     void readSoon();
 
-    const DeviceBody &body() const { return m_body; }
+    /// A device that has gone leaves its last picture behind, and a sentence over it.
+    void setDeviceIsThere(bool isThere);
+
+    const WindowLayout &layout() const { return m_layout; }
+    const DeviceBody &body() const { return m_layout.body(); }
+    const ButtonStates &buttons() const { return *m_buttons; }
     const QImage &shown() const { return m_shown; } ///< null before the first reading
+
+    /// The sentence beside the buttons: a note, or the tip of the button under the pointer; empty: none.
+    QString tip() const;
+    QString lostSentence() const; ///< empty while the device is there
 
     /// Places the pointer of the mouse in pixels of the display, from the body's corner.
     QPoint onBody(QPointF position) const;
+    /// The other way round, for a rectangle, in logical pixels of the desk.
+    QRect onDesk(const QRect &rectangle) const;
+
+    void pressButton(DeviceButton button);
+    void pressKey(const QString &key); ///< "prev", "menu" or "next"
 
 signals:
     void ready(); ///< the panel was read for the first time
@@ -47,20 +63,35 @@ private:
     void fit(QSize panel);
     void cutOut();
     void finishGesture(QPoint end, qint64 duration);
+    void controlKey(int key);
+    void setSize(double divisor);
+    void setHovered(std::optional<DeviceButton> button);
+    void showNote(const QString &sentence);
     QPoint bodyOrigin() const;
 
     QString m_panelPath;
+    ButtonStates *m_buttons;
     QTimer m_reading;
-    DeviceBody m_body;
+    WindowLayout m_layout;
     QSize m_panelSize; ///< as the user holds it; empty before the first reading
     QImage m_shown;
-    int m_wantedDivisor = 0; ///< 0: the smallest that fits
+    double m_wantedDivisor = 0; ///< 0: what fits
+    bool m_deviceIsThere = true;
+
     QString m_pressedKey; ///< the sign that the pointer is on
     QString m_armedKey; ///< the sign that it was pressed on
+    std::optional<DeviceButton> m_pressedButton; ///< the same for the buttons
+    std::optional<DeviceButton> m_armedButton;
     std::optional<QPoint> m_start; ///< panel pixel of a gesture under way
     bool m_moved = false;
     quint64 m_pressedAt
         = 0; ///< milliseconds, of the display's own clock: a slow turn here makes no tap a hold
+
+    std::optional<DeviceButton> m_hovered;
+    QTimer m_tipDelay; ///< the tip is there when it has run out
+    bool m_tipIsShown = false;
+    QString m_note;
+    QTimer m_noteTime;
 };
 
 } // namespace lindenreed::remote

@@ -6,6 +6,7 @@
 #include <QCoreApplication>
 #include <QEvent>
 
+#include <algorithm>
 #include <utility>
 
 namespace lindenreed::device {
@@ -50,9 +51,18 @@ QRect Composition::wholeScreen() const
     return QRect(QPoint(0, 0), m_screen.size());
 }
 
+qsizetype Composition::topFor(const Surface &surface) const
+{
+    if (surface.staysOnTop())
+        return m_surfaces.size();
+    const auto onTop = std::find_if(m_surfaces.cbegin(), m_surfaces.cend(),
+                                    [](const Surface *each) { return each->staysOnTop(); });
+    return onTop - m_surfaces.cbegin();
+}
+
 void Composition::addOnTop(Surface *surface)
 {
-    m_surfaces.append(surface);
+    m_surfaces.insert(topFor(*surface), surface);
     damage(surface->screenRectangle());
 }
 
@@ -64,10 +74,14 @@ void Composition::remove(Surface *surface)
 
 void Composition::raise(Surface *surface)
 {
-    if (m_surfaces.isEmpty() || m_surfaces.constLast() == surface || !m_surfaces.removeOne(surface))
+    const qsizetype before = m_surfaces.indexOf(surface);
+    if (before < 0)
         return;
-    m_surfaces.append(surface);
-    damage(surface->screenRectangle());
+    m_surfaces.removeAt(before);
+    const qsizetype top = topFor(*surface);
+    m_surfaces.insert(top, surface);
+    if (top != before)
+        damage(surface->screenRectangle());
 }
 
 void Composition::lower(Surface *surface)
@@ -86,6 +100,13 @@ void Composition::setStatusPanel(Surface *surface)
         if (each)
             damage(each->screenRectangle());
     }
+}
+
+void Composition::cover(const QImage &picture)
+{
+    m_cover = picture;
+    m_coverIsNew = true;
+    refresh(RefreshMode::Full, wholeScreen());
 }
 
 Surface *Composition::topmostAt(const QPoint &screenPixel) const
@@ -120,6 +141,7 @@ void Composition::setFingerDown(bool down)
 void Composition::followGeometry()
 {
     m_fastArea = QRect(); // of a screen that is no longer there
+    m_cover = QImage();
     m_damage = QRegion();
     damage(wholeScreen());
 }
@@ -135,6 +157,7 @@ void Composition::clear()
     m_damage = QRegion();
     m_fullWanted = false;
     m_fastArea = QRect();
+    m_cover = QImage();
     m_statusPanelWiped = true;
 
     m_panel.begin();
@@ -204,6 +227,10 @@ void Composition::compose()
     if (full) {
         m_fastArea = QRect();
         m_fastRest.stop();
+        if (!std::exchange(m_coverIsNew, false) && !m_cover.isNull()) {
+            m_cover = QImage();
+            m_damage = wholeScreen();
+        }
     }
     QRegion rest = std::exchange(m_damage, QRegion());
     const QRect bounds = rest.boundingRect();
@@ -215,7 +242,11 @@ void Composition::compose()
         copy(surface, covered);
         rest -= covered;
     };
-    if (m_statusPanel)
+    if (!m_cover.isNull()) {
+        for (const QRect &area : std::exchange(rest, QRegion()))
+            m_panel.copy(m_cover, QPoint(0, 0), area, Tones::All);
+    }
+    if (m_statusPanel && !rest.isEmpty())
         take(*m_statusPanel);
     for (auto surface = m_surfaces.crbegin(); surface != m_surfaces.crend() && !rest.isEmpty(); ++surface)
         take(**surface);

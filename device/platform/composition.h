@@ -31,12 +31,15 @@ public:
     /// All three must outlive it.
     Composition(Panel &panel, const Screen &screen, const Light &light);
 
-    void addOnTop(Surface *surface);
+    void addOnTop(Surface *surface); ///< below those alone that stay on top
     void remove(Surface *surface);
     void raise(Surface *surface);
     void lower(Surface *surface);
     /// Lies above all others; null takes it away.
     void setStatusPanel(Surface *surface);
+    /// Puts a picture as large as the screen, in the panel's picture format, over everything, as a full
+    /// refresh. The next full refresh or turn of the screen takes it away.
+    void cover(const QImage &picture);
     const QList<Surface *> &surfaces() const
     {
         return m_surfaces;
@@ -56,6 +59,7 @@ protected:
 
 private:
     QRect wholeScreen() const;
+    qsizetype topFor(const Surface &surface) const;
     void followGeometry();
     void followInversion();
     void clear();
@@ -72,9 +76,11 @@ private:
     const Light &m_light;
     QList<Surface *> m_surfaces;
     Surface *m_statusPanel = nullptr;
+    QImage m_cover; ///< null: none
     QRegion m_damage;
     QRect m_fastArea; ///< empty: no fast mode
     QTimer m_fastRest;
+    bool m_coverIsNew = false; ///< the full refresh that comes is its own
     bool m_fullWanted = false; ///< the refresh that comes is a full one
     bool m_nextDrawingFull = false;
     bool m_statusPanelWiped = false; ///< it comes back with the next drawing

@@ -8,34 +8,36 @@ namespace lindenreed::device {
 
 using namespace Qt::StringLiterals;
 
-DeviceRecord readDeviceRecord(const QString &path, QString *error)
+std::optional<DeviceRecord> readDeviceRecord(const QString &path, QString *error)
 {
     DeviceRecord record;
     QFile file(path);
     if (!file.exists())
         return record;
-    if (!file.open(QIODevice::ReadOnly)) {
-        *error = u"%1 cannot be read: %2"_s.arg(path, file.errorString());
-        return record;
-    }
+    const auto refuse = [&](const QString &reason) {
+        *error = u"%1 is not usable: %2."_s.arg(path, reason);
+        return std::nullopt;
+    };
+    if (!file.open(QIODevice::ReadOnly))
+        return refuse(file.errorString());
     const QJsonDocument document = QJsonDocument::fromJson(file.readAll());
-    if (!document.isObject()) {
-        *error = u"%1 is not a JSON object"_s.arg(path);
-        return record;
-    }
+    if (!document.isObject())
+        return refuse(u"it is no JSON object"_s);
 
-    const QJsonValue profile = document.object().value("profile"_L1);
-    if (profile.isString())
-        record.profile = profile.toString();
-    else if (!profile.isUndefined())
-        *error = u"%1: \"profile\" is not a name"_s.arg(path);
+    QJsonObject members = document.object();
+    const QJsonValue profile = members.take("profile"_L1);
+    if (!profile.isString())
+        return refuse(u"\"profile\" must be the name of a profile"_s);
+    record.profile = profile.toString();
 
-    const QJsonValue orientation = document.object().value("orientation"_L1);
+    const QJsonValue orientation = members.take("orientation"_L1);
     const int code = orientation.toInt(-1);
     if (code >= 0 && code <= 3)
         record.orientation = code;
     else if (!orientation.isUndefined())
-        *error = u"%1: \"orientation\" is not a number from 0 to 3"_s.arg(path);
+        return refuse(u"\"orientation\" must be a whole number from 0 to 3"_s);
+    if (!members.isEmpty())
+        return refuse(u"\"%1\" is not known"_s.arg(members.begin().key()));
     return record;
 }
 

@@ -14,8 +14,8 @@ struct DeviceRecord
     std::optional<int> orientation; ///< that the task before this one left, 0 to 3
 };
 
-/// Reads {"profile": NAME, "orientation": N}. Both may be missing, and so may the file; what is there and
-/// wrong is passed over, with one sentence in `error`.
-DeviceRecord readDeviceRecord(const QString &path, QString *error);
+/// Reads {"profile": NAME, "orientation": N}; the orientation may be missing, and so may the whole file.
+/// Nothing, with one sentence in `error`, where something is wrong.
+std::optional<DeviceRecord> readDeviceRecord(const QString &path, QString *error);
 
 } // namespace lindenreed::device

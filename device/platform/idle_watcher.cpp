@@ -55,8 +55,9 @@ bool otherThreadsWork()
     return false;
 }
 
-IdleWatcher::IdleWatcher(std::function<bool()> isBusy)
+IdleWatcher::IdleWatcher(std::function<bool()> isBusy, std::chrono::milliseconds patience)
     : m_isBusy(std::move(isBusy))
+    , m_patience(patience)
 {
     m_timer.setTimerType(Qt::PreciseTimer);
     m_timer.setInterval(lookInterval);
@@ -91,7 +92,7 @@ void IdleWatcher::look()
         const auto next = std::next(each);
         if (busy)
             each->sinceWork.start();
-        if (each->abandoned() || (!busy && isQuietEnough(*each)) || elapsed(each->sinceBegin) >= patience)
+        if (each->abandoned() || (!busy && isQuietEnough(*each)) || elapsed(each->sinceBegin) >= m_patience)
             finished.splice(finished.end(), m_waiting, each);
         each = next;
     }

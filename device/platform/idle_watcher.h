@@ -24,17 +24,17 @@ class IdleWatcher : public QObject
 public:
     static constexpr std::chrono::milliseconds lookInterval{20};
     static constexpr std::chrono::milliseconds latest{20}; ///< how much later than wanted a look may come
-    static constexpr std::chrono::seconds patience{30};
+    static constexpr std::chrono::seconds usualPatience{30};
 
-    /// `isBusy`: whether the device itself has something under way.
-    explicit IdleWatcher(std::function<bool()> isBusy);
+    /// `isBusy`: whether the device itself has something under way. `patience`: how long a wait may last.
+    explicit IdleWatcher(std::function<bool()> isBusy, std::chrono::milliseconds patience = usualPatience);
 
     /// Something was done just now, though it may be over at the next look.
     void noteWork() { m_workNoted = true; }
 
     using Done = std::function<void(bool idle)>;
-    /// Calls `done` once: true when nothing was under way for `quiet`, false when that did not happen within
-    /// 30 s. Drops it where `abandoned` says so.
+    /// Calls `done` once: true when nothing was under way for `quiet`, false when the patience ran out
+    /// before. Drops it where `abandoned` says so.
     void wait(std::chrono::milliseconds quiet, std::function<bool()> abandoned, Done done);
 
 private:
@@ -51,6 +51,7 @@ private:
     static bool isQuietEnough(const Waiting &waiting);
 
     std::function<bool()> m_isBusy;
+    const std::chrono::milliseconds m_patience;
     QTimer m_timer;
     QElapsedTimer m_sinceLook;
     std::list<Waiting> m_waiting;

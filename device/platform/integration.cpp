@@ -4,12 +4,15 @@
 #include "composition.h"
 #include "device.h"
 #include "device_record.h"
+#include "fallback_font.h"
+#include "input_context.h"
 #include "panel.h"
 #include "paths.h"
 #include "platform_screen.h"
 #include "platform_window.h"
 #include "remote_control.h"
 #include "status_panel.h"
+#include "texts.h"
 
 #include <QCoreApplication>
 #include <QFileInfo>
@@ -19,12 +22,15 @@
 
 #include <cmath>
 #include <cstdio>
+#include <cstdlib>
 
 namespace lindenreed::device {
 
 using namespace Qt::StringLiterals;
 
 namespace {
+
+constexpr int cannotStart = 2; // as the launcher has it
 
 void tell(const QString &sentence)
 {
@@ -50,20 +56,21 @@ Integration::~Integration() = default;
 void Integration::startDevice()
 {
     QString error;
-    const DeviceRecord record = readDeviceRecord(QString::fromLatin1(deviceRecordPath), &error);
-    std::optional<Profile> profile;
-    if (error.isEmpty())
-        profile = Profile::named(record.profile, &error);
-    if (!error.isEmpty())
-        tell(error + u" The default profile is used."_s);
-
-    Device::start(profile.value_or(Profile()));
-    Device::instance()->previousOrientation = record.orientation;
+    const std::optional<DeviceRecord> record
+        = readDeviceRecord(QString::fromLatin1(deviceRecordPath), &error);
+    const std::optional<Profile> profile = record ? Profile::named(record->profile, &error) : std::nullopt;
+    if (!profile || !Device::start(*profile, &error)) {
+        tell(error);
+        // Nothing has begun that would have to end, and the application object is only half made.
+        std::_Exit(cannotStart);
+    }
+    Device::instance()->previousOrientation = record->orientation;
 }
 
 void Integration::initialize()
 {
     startDevice();
+    nameFallbackFont(texts::language());
     Device &device = *Device::instance();
 
     QString error;
@@ -77,13 +84,14 @@ void Integration::initialize()
     m_composition = std::make_unique<Composition>(*m_panel, device.screen, device.light);
     m_statusPanel = std::make_unique<StatusPanel>(device, *m_composition, m_panel->pictureFormat());
 
-    m_screen = new PlatformScreen(device.profile, device.screen, *m_composition, m_panel->pictureFormat());
+    m_screen = new PlatformScreen(device.profile, device.screen, *m_composition);
     QWindowSystemInterface::handleScreenAdded(m_screen, true);
     QObject::connect(&device.screen, &Screen::geometryChanged, m_composition.get(),
                      [this] { m_screen->followGeometry(); });
 
-    m_remoteControl
-        = std::make_unique<RemoteControl>(device, *m_panel, *m_composition, *m_statusPanel, *m_screen);
+    m_inputContext = std::make_unique<InputContext>(device);
+    m_remoteControl = std::make_unique<RemoteControl>(device, *m_panel, *m_composition, *m_statusPanel,
+                                                      *m_screen, *m_inputContext);
     if (const QString socket = runFile("control"_L1);
         !socket.isEmpty() && !m_remoteControl->listen(socket, &error))
         tell(error);
@@ -92,6 +100,7 @@ void Integration::initialize()
 void Integration::destroy()
 {
     m_remoteControl.reset();
+    m_inputContext.reset(); // with its window, which needs the screen
     if (m_screen)
         QWindowSystemInterface::handleScreenRemoved(std::exchange(m_screen, nullptr));
     m_statusPanel.reset();
@@ -154,6 +163,11 @@ QAbstractEventDispatcher *Integration::createEventDispatcher() const
 QPlatformFontDatabase *Integration::fontDatabase() const
 {
     return m_fontDatabase.get();
+}
+
+QPlatformInputContext *Integration::inputContext() const
+{
+    return m_inputContext.get();
 }
 
 } // namespace lindenreed::device

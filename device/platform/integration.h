@@ -10,6 +10,7 @@
 namespace lindenreed::device {
 
 class Composition;
+class InputContext;
 class Panel;
 class PlatformScreen;
 class RemoteControl;
@@ -32,6 +33,7 @@ public:
     QPlatformBackingStore *createPlatformBackingStore(QWindow *window) const override;
     QAbstractEventDispatcher *createEventDispatcher() const override;
     QPlatformFontDatabase *fontDatabase() const override;
+    QPlatformInputContext *inputContext() const override;
 
 private:
     void startDevice();
@@ -40,6 +42,7 @@ private:
     std::unique_ptr<Panel> m_panel;
     std::unique_ptr<Composition> m_composition;
     std::unique_ptr<StatusPanel> m_statusPanel;
+    std::unique_ptr<InputContext> m_inputContext;
     std::unique_ptr<RemoteControl> m_remoteControl;
     PlatformScreen *m_screen = nullptr; ///< Qt owns it
 };

@@ -17,7 +17,8 @@ void collect(const std::vector<TreeNode> &nodes, const ItemChoice &choice,
              std::vector<const TreeNode *> &matches)
 {
     for (const TreeNode &node : nodes) {
-        if (node.item && (choice.id.isEmpty() ? node.name == choice.name : node.id == choice.id))
+        if ((node.item || node.press)
+            && (choice.id.isEmpty() ? node.name == choice.name : node.id == choice.id))
             matches.push_back(&node);
         collect(node.children, choice, matches);
     }
@@ -48,6 +49,11 @@ QString actionName(const TreeNode &node, ItemAction action)
     return found == wanted.cend() ? QString() : *found;
 }
 
+bool knows(const TreeNode &node, ItemAction action)
+{
+    return node.press ? action == ItemAction::Press : !actionName(node, action).isEmpty();
+}
+
 } // namespace
 
 std::optional<ItemFailure> actOnItem(const PlatformScreen &screen, const StatusPanel &statusPanel,
@@ -66,7 +72,7 @@ std::optional<ItemFailure> actOnItem(const PlatformScreen &screen, const StatusP
     };
     if (!keepIf([](const TreeNode &node) { return !node.covered; }))
         return ItemFailure{u"not-possible"_s, u"\"%1\" is covered."_s.arg(label)};
-    if (!keepIf([&](const TreeNode &node) { return !actionName(node, action).isEmpty(); }))
+    if (!keepIf([&](const TreeNode &node) { return knows(node, action); }))
         return ItemFailure{u"not-possible"_s, u"\"%1\" does not know this action."_s.arg(label)};
     // A parent comes before its children in the tree, but not always on the screen.
     std::stable_sort(matches.begin(), matches.end(), [](const TreeNode *left, const TreeNode *right) {
@@ -80,7 +86,10 @@ std::optional<ItemFailure> actOnItem(const PlatformScreen &screen, const StatusP
     const TreeNode &node = *matches.at(std::size_t(choice.number - 1));
     if (!node.enabled)
         return ItemFailure{u"not-possible"_s, u"\"%1\" is disabled."_s.arg(label)};
-    accessibleInterface(node.item)->actionInterface()->doAction(actionName(node, action));
+    if (node.press)
+        node.press();
+    else
+        accessibleInterface(node.item)->actionInterface()->doAction(actionName(node, action));
     return std::nullopt;
 }
 

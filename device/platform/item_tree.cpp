@@ -1,6 +1,7 @@
 #include "item_tree.h"
 
 #include "item_description.h"
+#include "keyboard_window.h"
 #include "platform_screen.h"
 #include "platform_window.h"
 #include "status_panel.h"
@@ -119,6 +120,26 @@ void sortForReading(std::vector<TreeNode> &nodes)
         sortForReading(node.children);
 }
 
+TreeNode describeKeyboard(KeyboardWindow &keyboard)
+{
+    TreeNode node;
+    node.role = u"Grouping"_s;
+    node.name = u"Keyboard"_s;
+    node.rectangle = keyboard.place();
+    for (qsizetype i = 0; i < keyboard.keys().size(); ++i) {
+        const KeyboardKey &key = keyboard.keys().at(i);
+        TreeNode &child = node.children.emplace_back();
+        child.role = u"Button"_s;
+        child.name = key.name();
+        child.id = key.id();
+        child.rectangle = key.rectangle.translated(node.rectangle.topLeft());
+        if (key.action == KeyAction::Shift)
+            child.checked = keyboard.view().shifted;
+        child.press = [&keyboard, i] { keyboard.press(i); };
+    }
+    return node;
+}
+
 TreeNode describeStatusPanel(const StatusPanel &statusPanel)
 {
     TreeNode node;
@@ -135,9 +156,12 @@ std::vector<TreeNode> readTree(const PlatformScreen &screen, const StatusPanel &
 {
     std::vector<TreeNode> nodes;
     Walk walk(screen.geometry());
+    KeyboardWindow *keyboard = nullptr;
     const QList<PlatformWindow *> windows = screen.platformWindows();
     for (const PlatformWindow *window : windows) {
         const auto *quickWindow = qobject_cast<const QQuickWindow *>(window->window());
+        if (auto *keyboardWindow = qobject_cast<KeyboardWindow *>(window->window()))
+            keyboard = keyboardWindow;
         if (!quickWindow) {
             walk.coverBy(window->screenRectangle());
             continue;
@@ -146,6 +170,8 @@ std::vector<TreeNode> readTree(const PlatformScreen &screen, const StatusPanel &
         std::move(ofWindow.begin(), ofWindow.end(), std::back_inserter(nodes));
     }
     walk.findCovered(nodes);
+    if (keyboard)
+        nodes.push_back(describeKeyboard(*keyboard)); // nothing lies above it
     if (statusPanel.isShown())
         nodes.push_back(describeStatusPanel(statusPanel));
     sortForReading(nodes);

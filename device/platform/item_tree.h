@@ -8,6 +8,7 @@
 #include <QRect>
 #include <QString>
 
+#include <functional>
 #include <optional>
 #include <vector>
 
@@ -19,7 +20,8 @@ class StatusPanel;
 /// One item that says something: it has an Accessible that is not ignored, or it is a text.
 struct TreeNode
 {
-    QPointer<QQuickItem> item; ///< null for the status panel
+    QPointer<QQuickItem> item; ///< null for the status panel and the keyboard
+    std::function<void()> press; ///< of a key of the keyboard, which is no item
     QString role; ///< name of the QAccessible::Role, "StaticText" for a plain text
     QString name; ///< accessible name, else the text itself
     QString id; ///< the QML id, where there is one
@@ -34,7 +36,8 @@ struct TreeNode
     std::vector<TreeNode> children; ///< in reading order: by upper edge, then by left edge
 };
 
-/// Made anew from the items of all windows at each call. In reading order; covered nodes are among them.
+/// Made anew from the items of all windows, and the keys of the keyboard, at each call. In reading order;
+/// covered nodes are among them.
 std::vector<TreeNode> readTree(const PlatformScreen &screen, const StatusPanel &statusPanel);
 
 /// What is not covered, as JSON. The children of what is covered take its place.

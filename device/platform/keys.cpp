@@ -1,7 +1,8 @@
 #include "keys.h"
 
+#include "focused_field.h"
+
 #include <QGuiApplication>
-#include <QInputMethodQueryEvent>
 #include <QPointer>
 #include <QTextBoundaryFinder>
 #include <QWindow>
@@ -36,15 +37,6 @@ const std::array<NamedKey, 11> table{{
     {u"back", {std::nullopt, Qt::Key_Back}},
 }};
 
-bool acceptsText(QObject *object)
-{
-    if (!object)
-        return false;
-    QInputMethodQueryEvent query(Qt::ImEnabled);
-    QCoreApplication::sendEvent(object, &query);
-    return query.value(Qt::ImEnabled).toBool();
-}
-
 /// The code of a key that types this character; what has none of its own goes by its text alone.
 Qt::Key keyFor(const QString &character)
 {
@@ -74,20 +66,34 @@ QStringList names()
 bool press(Qt::Key key, const QString &text)
 {
     const QPointer<QWindow> window = QGuiApplication::focusWindow();
-    if (!window)
-        return false;
+    bool taken = false;
     for (const QEvent::Type type : {QEvent::KeyPress, QEvent::KeyRelease}) {
-        if (window) {
-            QWindowSystemInterface::handleKeyEvent<QWindowSystemInterface::SynchronousDelivery>(
-                window, type, key, Qt::NoModifier, text);
-        }
+        if (window
+            && QWindowSystemInterface::handleKeyEvent<QWindowSystemInterface::SynchronousDelivery>(
+                window, type, key, Qt::NoModifier, text)
+            && type == QEvent::KeyPress)
+            taken = true;
     }
-    return true;
+    return taken;
+}
+
+std::optional<Qt::Key> focusKey(Qt::Key arrow)
+{
+    switch (arrow) {
+    case Qt::Key_Right:
+    case Qt::Key_Down:
+        return Qt::Key_Tab;
+    case Qt::Key_Left:
+    case Qt::Key_Up:
+        return Qt::Key_Backtab;
+    default:
+        return std::nullopt;
+    }
 }
 
 bool type(const QString &text)
 {
-    if (!acceptsText(QGuiApplication::focusObject()))
+    if (!fieldHasFocus())
         return false;
     // What the user takes for one character is typed at once, whatever number of code points it has.
     QTextBoundaryFinder finder(QTextBoundaryFinder::Grapheme, text);

@@ -19,9 +19,13 @@ struct Key
 std::optional<Key> named(const QString &name);
 QStringList names();
 
-/// Presses and releases a key for the focused item; returns when it has dealt with it. False: no window has
-/// the focus.
+/// Presses and releases a key for the focused item; returns when it has dealt with it. False: nobody has
+/// taken it.
 bool press(Qt::Key key, const QString &text = {});
+
+/// The key that moves the focus the way that an arrow key points, along the order of the items; nothing for
+/// other keys.
+std::optional<Qt::Key> focusKey(Qt::Key arrow);
 
 /// Types into the focused field, one key for each character; a line feed is the return key. False: no field
 /// has the focus.

@@ -11,12 +11,10 @@
 
 namespace lindenreed::device {
 
-PlatformScreen::PlatformScreen(const Profile &profile, const Screen &screen, Composition &composition,
-                               QImage::Format format)
+PlatformScreen::PlatformScreen(const Profile &profile, const Screen &screen, Composition &composition)
     : m_profile(profile)
     , m_screen(screen)
     , m_composition(composition)
-    , m_format(format)
     , m_available(PlatformScreen::availableGeometry())
 {
 }
@@ -30,11 +28,6 @@ QRect PlatformScreen::availableGeometry() const
 {
     const int taken = m_screen.panelType() != 0 ? m_screen.statusHeight() : 0;
     return geometry().adjusted(0, taken, 0, 0);
-}
-
-int PlatformScreen::depth() const
-{
-    return m_format == QImage::Format_Grayscale8 ? 8 : 32;
 }
 
 QSizeF PlatformScreen::physicalSize() const

@@ -17,13 +17,13 @@ class Screen;
 class PlatformScreen final : public QPlatformScreen
 {
 public:
-    PlatformScreen(const Profile &profile, const Screen &screen, Composition &composition,
-                   QImage::Format format);
+    PlatformScreen(const Profile &profile, const Screen &screen, Composition &composition);
 
     QRect geometry() const override;
     QRect availableGeometry() const override;
-    int depth() const override;
-    QImage::Format format() const override { return m_format; }
+    int depth() const override { return 32; }
+    /// Of pixmaps, on grey panels too: a grey one could not be transparent anywhere.
+    QImage::Format format() const override { return QImage::Format_RGB32; }
     QSizeF physicalSize() const override;
     QDpi logicalDpi() const override;
     /// The same, so that Qt scales nothing and a pixel of QML is a pixel of the panel.
@@ -44,7 +44,6 @@ private:
     const Profile &m_profile;
     const Screen &m_screen;
     Composition &m_composition;
-    QImage::Format m_format;
     QRect m_available; ///< that the windows know
 };
 

@@ -161,6 +161,11 @@ const QImage &PlatformWindow::picture() const
     return m_picture ? *m_picture : nothing;
 }
 
+bool PlatformWindow::staysOnTop() const
+{
+    return window()->flags().testFlag(Qt::WindowStaysOnTopHint);
+}
+
 void PlatformWindow::showDrawing(const std::shared_ptr<const QImage> &picture, const QRegion &region)
 {
     m_picture = picture;

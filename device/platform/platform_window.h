@@ -38,6 +38,7 @@ public:
 
     QRect screenRectangle() const override;
     const QImage &picture() const override;
+    bool staysOnTop() const override;
 
     /// The window's part `region` (its own coordinates) was drawn into the picture.
     void showDrawing(const std::shared_ptr<const QImage> &picture, const QRegion &region);

@@ -26,12 +26,14 @@ QString modeName(RefreshMode mode)
 }
 
 RemoteControl::RemoteControl(Device &device, const Panel &panel, Composition &composition,
-                             const StatusPanel &statusPanel, const PlatformScreen &screen)
+                             const StatusPanel &statusPanel, const PlatformScreen &screen,
+                             InputContext &inputContext)
     : m_device(device)
     , m_panel(panel)
     , m_composition(composition)
     , m_statusPanel(statusPanel)
     , m_screen(screen)
+    , m_inputContext(inputContext)
     , m_finger(screen)
     , m_idleWatcher([this] { return somethingIsUnderWay(); })
     , m_termination(device.events)

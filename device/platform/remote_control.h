@@ -4,6 +4,7 @@
 
 #include "finger.h"
 #include "idle_watcher.h"
+#include "media.h"
 #include "screen.h"
 #include "termination.h"
 
@@ -15,6 +16,7 @@ namespace lindenreed::device {
 
 class Composition;
 class Device;
+class InputContext;
 class Panel;
 class PlatformScreen;
 class StatusPanel;
@@ -30,7 +32,7 @@ class RemoteControl : public QObject
 public:
     /// All must outlive it.
     RemoteControl(Device &device, const Panel &panel, Composition &composition,
-                  const StatusPanel &statusPanel, const PlatformScreen &screen);
+                  const StatusPanel &statusPanel, const PlatformScreen &screen, InputContext &inputContext);
 
     bool listen(const QString &path, QString *error) { return m_server.listen(path, error); }
 
@@ -39,6 +41,7 @@ private:
     void addDeviceCommands();
     void addInputCommands();
     void addItemCommands();
+    void plug(Medium medium, bool in, const remote::Reply &reply);
     void announceChange();
     bool somethingIsUnderWay() const;
     QJsonObject state() const;
@@ -46,9 +49,10 @@ private:
 
     Device &m_device;
     const Panel &m_panel;
-    const Composition &m_composition;
+    Composition &m_composition;
     const StatusPanel &m_statusPanel;
     const PlatformScreen &m_screen;
+    InputContext &m_inputContext;
     Finger m_finger;
     IdleWatcher m_idleWatcher;
     Termination m_termination;

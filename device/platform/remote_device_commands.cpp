@@ -1,7 +1,10 @@
 // Commands that do what the rest of the device would do: events, timers, light, inversion, the end.
 
 #include "arguments.h"
+#include "chart.h"
+#include "composition.h"
 #include "device.h"
+#include "panel.h"
 #include "remote_control.h"
 
 #include <QTimer>
@@ -48,6 +51,16 @@ void RemoteControl::addDeviceCommands()
         m_device.events.post(event::orientation, value, 0);
         afterThisTurn(reply);
     });
+
+    for (const auto &[command, medium] : {std::pair(u"card"_s, Medium::Card), {u"usb"_s, Medium::Usb}}) {
+        m_server.add(command, {u"in"_s},
+                     [this, medium = medium](const QJsonObject &request, const Reply &reply) {
+                         Arguments arguments(request);
+                         const bool in = arguments.boolean(u"in"_s);
+                         if (!arguments.refuse(reply))
+                             plug(medium, in, reply);
+                     });
+    }
 
     m_server.add(u"invert"_s, {u"on"_s}, [this](const QJsonObject &request, const Reply &reply) {
         Arguments arguments(request);
@@ -122,10 +135,42 @@ void RemoteControl::addDeviceCommands()
         }
     });
 
+    m_server.add(u"chart"_s, {}, [this](const QJsonObject &, const Reply &reply) {
+        const QImage chart = drawChart(m_device.screen.size());
+        m_composition.cover(chart.convertToFormat(m_panel.pictureFormat()));
+        // Whoever asked photographs the panel next: the answer comes when the chart is there.
+        connect(
+            &m_composition, &Composition::refreshed, this, [reply] { reply(); }, Qt::SingleShotConnection);
+    });
+
     m_server.add(u"quit"_s, {}, [this](const QJsonObject &, const Reply &reply) {
         m_termination.begin();
         reply(); // the loop goes on until its next turn
     });
+}
+
+void RemoteControl::plug(Medium medium, bool in, const Reply &reply)
+{
+    const QString name = medium == Medium::Card ? u"card"_s : u"USB storage"_s;
+    QString reason;
+    switch (m_device.media.plug(medium, in, &reason)) {
+    case PlugResult::Done:
+        afterThisTurn(reply); // the application has heard of it then
+        break;
+    case PlugResult::AlreadySo:
+        reply.fail(u"not-possible"_s,
+                   (in ? u"The %1 is in already."_s : u"The %1 is out already."_s).arg(name));
+        break;
+    case PlugResult::NoMedium:
+        reply.fail(u"no-such-item"_s, u"There is no simulated %1."_s.arg(name));
+        break;
+    case PlugResult::RealMedium:
+        reply.fail(u"not-possible"_s, u"The %1 is a real one; unmount it."_s.arg(name));
+        break;
+    case PlugResult::Failed:
+        reply.fail(u"failed"_s, u"The %1 cannot be moved: %2."_s.arg(name, reason));
+        break;
+    }
 }
 
 } // namespace lindenreed::device

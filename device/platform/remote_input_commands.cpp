@@ -2,6 +2,7 @@
 
 #include "arguments.h"
 #include "device.h"
+#include "input_context.h"
 #include "keys.h"
 #include "protocol_limits.h"
 #include "remote_control.h"
@@ -58,8 +59,13 @@ void RemoteControl::addInputCommands()
             return;
         if (key->deviceCode)
             m_device.events.post(event::key, *key->deviceCode, 0);
-        if (key->qtKey)
-            keys::press(*key->qtKey, *key->qtKey == Qt::Key_Return ? u"\r"_s : QString());
+        if (key->qtKey && !m_inputContext.takeKey(*key->qtKey)) {
+            const bool taken = keys::press(*key->qtKey, *key->qtKey == Qt::Key_Return ? u"\r"_s : QString());
+            // Without touch the arrow keys are the only way to another item.
+            const std::optional<Qt::Key> focusKey = keys::focusKey(*key->qtKey);
+            if (!taken && focusKey && !m_device.profile.touch)
+                keys::press(*focusKey);
+        }
         afterThisTurn(reply);
     });
     m_server.add(u"type"_s, {u"text"_s}, [](const QJsonObject &request, const Reply &reply) {

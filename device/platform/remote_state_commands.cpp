@@ -32,6 +32,22 @@ QJsonArray pendingTimers(const Timers &timers)
     return array;
 }
 
+/// What the profile's hardware has, and no more: these are the members that the command "light" takes.
+QJsonObject lightState(const Device &device)
+{
+    QJsonObject state;
+    if (device.profile.frontlight) {
+        state.insert(u"brightness"_s, device.light.brightness());
+        state.insert(u"brightness_auto"_s, device.light.brightnessAuto());
+        state.insert(u"enabled"_s, device.light.enabled());
+        if (device.profile.colourLight) {
+            state.insert(u"color"_s, device.light.colour());
+            state.insert(u"color_auto"_s, device.light.colourAuto());
+        }
+    }
+    return state;
+}
+
 QJsonArray lastCalls(int count)
 {
     QJsonArray array;
@@ -55,7 +71,6 @@ QJsonArray lastCalls(int count)
 QJsonObject RemoteControl::state() const
 {
     const Screen &screen = m_device.screen;
-    const Light &light = m_device.light;
     const Power &power = m_device.power;
     return {
         {u"protocol"_s, protocolVersion},
@@ -71,12 +86,7 @@ QJsonObject RemoteControl::state() const
                      {u"height"_s, screen.statusHeight()},
                      {u"refreshes"_s, qint64(m_panel.refreshNumber())},
                      {u"last_mode"_s, modeName(m_panel.refreshMode())}}},
-        {u"light"_s,
-         QJsonObject{{u"brightness"_s, light.brightness()},
-                     {u"brightness_auto"_s, light.brightnessAuto()},
-                     {u"color"_s, light.colour()},
-                     {u"color_auto"_s, light.colourAuto()},
-                     {u"enabled"_s, light.enabled()}}},
+        {u"light"_s, lightState(m_device)},
         {u"power"_s,
          QJsonObject{{u"auto_power_off"_s, power.autoPowerOff()},
                      {u"auto_keylock"_s, power.autoKeylock()},

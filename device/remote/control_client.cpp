@@ -84,6 +84,9 @@ QJsonObject ControlClient::ask(const QString &command, const QJsonObject &member
     QJsonObject request = members;
     request.insert("id"_L1, id);
     request.insert("do"_L1, command);
+    // A device without room has said so by now and hung up: what it said would be lost with a failed write.
+    if (m_socket->bytesAvailable() > 0 || m_socket->waitForReadyRead(0))
+        m_buffer += m_socket->readAll();
     if (m_socket->state() == QLocalSocket::ConnectedState)
         m_socket->write(QJsonDocument(request).toJson(QJsonDocument::Compact) + '\n');
     m_socket->flush();

@@ -5,6 +5,7 @@
 #include <QFile>
 #include <QLocalServer>
 #include <QLocalSocket>
+#include <QTimer>
 
 #include <cerrno>
 #include <cstring>
@@ -17,6 +18,7 @@
 namespace lindenreed::remote {
 
 using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
 
 namespace {
 
@@ -134,15 +136,25 @@ void ControlServer::accept()
         if (!isOwnUser(*socket))
             continue;
         if (m_connections.size() >= mostConnections) {
-            socket->write(
-                "{\"error\":\"busy\",\"id\":null,\"message\":\"The device has 64 clients already.\","
-                "\"ok\":false}\n");
-            socket->flush();
+            refuseBusy(std::move(socket));
             continue;
         }
         m_connections.append(std::make_shared<ControlConnection>(this, std::move(socket)));
         m_connections.constLast()->begin();
     }
+}
+
+void ControlServer::refuseBusy(std::unique_ptr<QLocalSocket> socket)
+{
+    socket->write("{\"error\":\"busy\",\"id\":null,\"message\":\"The device has 64 clients already.\","
+                  "\"ok\":false}\n");
+    socket->flush();
+    // Nothing more is said. The socket goes a little later: a client that is just writing its request would
+    // find it broken and never read the answer.
+    ::shutdown(int(socket->socketDescriptor()), SHUT_WR);
+    QTimer::singleShot(1s, socket.get(), &QObject::deleteLater);
+    socket->setParent(m_server.get());
+    socket.release();
 }
 
 void ControlServer::remove(ControlConnection *connection)

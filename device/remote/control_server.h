@@ -11,6 +11,7 @@
 #include <memory>
 
 class QLocalServer;
+class QLocalSocket;
 
 namespace lindenreed::remote {
 
@@ -64,6 +65,7 @@ public:
 
 private:
     void accept();
+    void refuseBusy(std::unique_ptr<QLocalSocket> socket);
     void remove(ControlConnection *connection);
 
     std::unique_ptr<QLocalServer> m_server;

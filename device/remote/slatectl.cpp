@@ -1,8 +1,10 @@
 // Asks a running device from a shell.
 
 #include "control_client.h"
+#include "panel_file.h"
 #include "run_folder.h"
 #include "slatectl_commands.h"
+#include "slatectl_line.h"
 
 #include <QCoreApplication>
 #include <QFileInfo>
@@ -10,6 +12,7 @@
 #include <QJsonDocument>
 #include <QSaveFile>
 
+#include <cerrno>
 #include <cstdio>
 
 namespace {
@@ -62,11 +65,58 @@ int screenshot(const ControlClient &client, const QString &file)
     return Done;
 }
 
-int follow(ControlClient &client)
+/// The panel or a part of it as PGM or PPM, which any language reads in a few lines.
+int frame(const QString &panelPath, const QJsonObject &members)
+{
+    QString error;
+    const std::optional<PanelSnapshot> panel = readPanel(panelPath, &error);
+    if (!panel)
+        return fail(WrongUsageOrNoDevice, error);
+
+    const QImage &glass = panel->glass;
+    const qint64 x = members.value("x"_L1).toInteger();
+    const qint64 y = members.value("y"_L1).toInteger();
+    const qint64 width = members.value("width"_L1).toInteger(glass.width());
+    const qint64 height = members.value("height"_L1).toInteger(glass.height());
+    if (x < 0 || y < 0 || x + width > glass.width() || y + height > glass.height()) {
+        return fail(Refused,
+                    u"bad-argument: The rectangle is not within the panel, which has %1 by %2 pixels."_s
+                        .arg(glass.width())
+                        .arg(glass.height()));
+    }
+
+    const std::size_t bytesPerPixel = std::size_t(glass.depth()) / 8;
+    const std::size_t rowBytes = std::size_t(width) * bytesPerPixel;
+    bool written
+        = std::printf("%s\n%d %d\n255\n", bytesPerPixel == 1 ? "P5" : "P6", int(width), int(height)) > 0;
+    for (int row = int(y); written && row < y + height; ++row) {
+        const uchar *first = glass.constScanLine(row) + std::size_t(x) * bytesPerPixel;
+        written = std::fwrite(first, 1, rowBytes, stdout) == rowBytes;
+    }
+    if (!written || std::fflush(stdout) != 0)
+        return fail(WrongUsageOrNoDevice, u"The frame cannot be written: %1."_s.arg(qt_error_string(errno)));
+    return Done;
+}
+
+int follow(ControlClient &client, const QString &panelPath)
 {
     const QJsonObject answer = client.ask(u"follow"_s);
     if (!answer.value("ok"_L1).toBool())
         return refusal(answer);
+    // What is on the panel already stands as a refresh of all of it before those that come: whoever draws
+    // what is told here has the same picture.
+    if (const std::optional<PanelSnapshot> panel = readPanel(panelPath, nullptr)) {
+        const bool printed = print({{u"event"_s, u"refresh"_s},
+                                    {u"number"_s, qint64(panel->header.refreshNumber)},
+                                    {u"x"_s, 0},
+                                    {u"y"_s, 0},
+                                    {u"width"_s, panel->glass.width()},
+                                    {u"height"_s, panel->glass.height()},
+                                    {u"mode"_s, u"full"_s},
+                                    {u"missed"_s, 0}});
+        if (!printed)
+            return Done;
+    }
     while (true) {
         const QJsonObject event = client.nextEvent(1h);
         if (!event.isEmpty() ? !print(event) : !client.isConnected())
@@ -95,47 +145,29 @@ int ask(ControlClient &client, const QString &command, const QJsonObject &member
 int main(int argc, char **argv)
 {
     const QCoreApplication application(argc, argv);
-    QStringList words = QCoreApplication::arguments().sliced(1);
-
-    QString root = defaultDeviceRoot();
-    while (!words.isEmpty() && words.constFirst().startsWith(u'-')) {
-        const QString option = words.takeFirst();
-        if (option == "--help"_L1 || option == "-h"_L1) {
-            std::fputs(helpText().toUtf8().constData(), stdout);
-            return Done;
-        }
-        if (option.startsWith("--root="_L1)) {
-            root = option.sliced(qsizetype(qstrlen("--root=")));
-        } else if (option == "--root"_L1) {
-            if (words.isEmpty())
-                return fail(WrongUsageOrNoDevice, u"--root needs a folder; see slatectl --help."_s);
-            root = words.takeFirst();
-        } else {
-            return fail(WrongUsageOrNoDevice, u"There is no option %1; see slatectl --help."_s.arg(option));
-        }
-    }
-    if (words.isEmpty())
-        return fail(WrongUsageOrNoDevice, u"Which command? See slatectl --help."_s);
-
-    const QString name = words.takeFirst();
-    const Command *command = findCommand(name);
-    if (!command)
-        return fail(WrongUsageOrNoDevice, u"There is no command \"%1\"; see slatectl --help."_s.arg(name));
     QString error;
-    const std::optional<QJsonObject> members = readWords(*command, words, &error);
-    if (!members)
-        return fail(WrongUsageOrNoDevice, u"%1: %2."_s.arg(name, error));
+    const std::optional<CommandLine> line = readCommandLine(QCoreApplication::arguments().sliced(1), &error);
+    if (!line)
+        return fail(WrongUsageOrNoDevice, error);
+    if (line->help) {
+        std::fputs(helpText().toUtf8().constData(), stdout);
+        return Done;
+    }
 
-    const std::optional<QString> runFolder = runFolderOf(root, &error);
+    const std::optional<QString> runFolder = runFolderOf(line->root.value_or(defaultDeviceRoot()), &error);
     if (!runFolder)
         return fail(WrongUsageOrNoDevice, error);
     std::optional<ControlClient> client = ControlClient::connectTo(*runFolder, &error);
     if (!client)
         return fail(WrongUsageOrNoDevice, error);
 
+    const QString &name = line->command->name;
+    const QString panelPath = *runFolder + u"/panel"_s;
     if (name == "screenshot"_L1)
-        return screenshot(*client, members->value("file"_L1).toString());
+        return screenshot(*client, line->members.value("file"_L1).toString());
+    if (name == "frame"_L1)
+        return frame(panelPath, line->members);
     if (name == "follow"_L1)
-        return follow(*client);
-    return ask(*client, name, *members);
+        return follow(*client, panelPath);
+    return ask(*client, name, line->members);
 }

@@ -30,9 +30,14 @@ CommandWord choice(const QString &member, const QStringList &choices)
     return {.label = choices.join(u'|'), .member = member, .kind = WordKind::Choice, .choices = choices};
 }
 
+CommandWord yesOrNo(const QString &member, const QStringList &words)
+{
+    return {.label = words.join(u'|'), .member = member, .kind = WordKind::Switch, .choices = words};
+}
+
 CommandWord onOff(const QString &member)
 {
-    return {.label = u"on|off"_s, .member = member, .kind = WordKind::Switch};
+    return yesOrNo(member, {u"on"_s, u"off"_s});
 }
 
 CommandWord optional(CommandWord word, const QString &keyword = {})
@@ -74,6 +79,8 @@ QList<Command> makeCommands()
         {u"type"_s, u"text for the field that has the focus"_s, {text(u"TEXT"_s, u"text"_s)}},
         {u"timers"_s, u"the timers that are pending"_s, {}},
         {u"fire"_s, u"let a timer run out now"_s, {text(u"NAME"_s, u"name"_s)}},
+        {u"card"_s, u"put the simulated card in, or take it out"_s, {yesOrNo(u"in"_s, {u"in"_s, u"out"_s})}},
+        {u"usb"_s, u"the same with the simulated USB storage"_s, {yesOrNo(u"in"_s, {u"in"_s, u"out"_s})}},
         {u"light"_s,
          u"set the light; what is not named stays"_s,
          {optional(integer(u"N"_s, u"brightness"_s, 0, 100), u"brightness"_s),
@@ -86,6 +93,10 @@ QList<Command> makeCommands()
         {u"background"_s, u"another task comes to the front"_s, {}},
         {u"foreground"_s, u"the application comes back to the front"_s, {}},
         {u"screenshot"_s, u"the panel as a PNG, upright"_s, {text(u"FILE"_s, u"file"_s)}},
+        {u"frame"_s,
+         u"the panel or a part of it, as PGM or PPM"_s,
+         {optional(integer(u"X"_s, u"x"_s)), integer(u"Y"_s, u"y"_s), integer(u"W"_s, u"width"_s, 1),
+          integer(u"H"_s, u"height"_s, 1)}},
         {u"follow"_s, u"refreshes and changes as they happen, until the device ends"_s, {}},
         {u"tree"_s, u"what can be seen and reached, in reading order"_s, {}},
         {u"press"_s, u"press the item (the N-th of them)"_s, itemWords()},
@@ -95,6 +106,7 @@ QList<Command> makeCommands()
          u"wait until nothing happened for MS (300)"_s,
          {optional(integer(u"MS"_s, u"ms"_s, 0, longestQuietMs))}},
         {u"journal"_s, u"the last N calls of the application"_s, {optional(integer(u"N"_s, u"n"_s, 0))}},
+        {u"chart"_s, u"a test chart, until the next full refresh"_s, {}},
         {u"opened"_s, u"pictures handed to the device's viewer"_s, {}},
         {u"quit"_s, u"end the application"_s, {}},
     };
@@ -127,9 +139,9 @@ QString readWord(const CommandWord &expected, const QString &word, QJsonObject *
         members->insert(expected.member, word);
         return {};
     case WordKind::Switch:
-        if (word != "on"_L1 && word != "off"_L1)
-            return u"\"%1\" is neither on nor off"_s.arg(word);
-        members->insert(expected.member, word == "on"_L1);
+        if (!expected.choices.contains(word))
+            return u"\"%1\" is neither %2"_s.arg(word, expected.choices.join(u" nor "_s));
+        members->insert(expected.member, word == expected.choices.constFirst());
         return {};
     case WordKind::NameOrId:
         if (word.isEmpty() || word == "#"_L1)
@@ -145,11 +157,17 @@ QString readWord(const CommandWord &expected, const QString &word, QJsonObject *
 QString Command::usage() const
 {
     QString line = name;
+    qsizetype open = 0;
     for (const CommandWord &word : words) {
-        const QString shown = word.keyword.isEmpty() ? word.label : word.keyword + u' ' + word.label;
-        line += word.optional ? u" ["_s + shown + u']' : u' ' + shown;
+        if (!word.keyword.isEmpty()) {
+            line += u" ["_s + word.keyword + u' ' + word.label + u']';
+            continue;
+        }
+        line += word.optional ? u" ["_s : u" "_s;
+        line += word.label;
+        open += word.optional ? 1 : 0;
     }
-    return line;
+    return line + QString(open, u']');
 }
 
 const QList<Command> &commands()
@@ -208,7 +226,7 @@ QString helpText()
 {
     QString text = u"Usage: slatectl [--root DIR] COMMAND [WORDS]\n\n"
                    "Asks a running device and prints its answer as one line of JSON.\n\n"
-                   "  --root DIR  the device root, where it is not the default one\n"
+                   "  --root DIR  the device root, where it is not the default one; also after the words\n"
                    "  --help      this text\n\n"
                    "Commands:\n"_s;
     constexpr qsizetype helpColumn = 32;

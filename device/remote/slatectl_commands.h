@@ -15,7 +15,7 @@ enum class WordKind {
     Integer, ///< `low` to `high`
     Text, ///< anything but nothing
     Choice, ///< one of `choices`
-    Switch, ///< on or off
+    Switch, ///< the first of two `choices` for yes, the second for no
     NameOrId, ///< NAME, or #ID
 };
 
@@ -24,7 +24,7 @@ struct CommandWord
     QString label; ///< in the help
     QString member; ///< on the wire; empty: for the client alone
     WordKind kind = WordKind::Text;
-    bool optional = false;
+    bool optional = false; ///< where it is left out, those after it that have no keyword are out as well
     QString keyword = {}; ///< where there is one, it stands before the word, and such pairs come in any order
     qint64 low = 0;
     qint64 high = 0;

@@ -42,7 +42,7 @@ QString LauncherPlace::useOwnPrefix()
     const QString built = QDir::cleanPath(builtCommand(u".."_s));
     for (const QString &folder :
          {u"bin"_s, u"lib/picture_stand"_s, u"share/picture_stand/skeleton/mnt/ext1"_s,
-          u"share/picture_stand/profiles"_s}) {
+          u"share/picture_stand/profiles"_s, u"share/picture_stand/languages"_s}) {
         if (!QDir(prefix).mkpath(folder))
             return {};
     }
@@ -52,6 +52,10 @@ QString LauncherPlace::useOwnPrefix()
     }
     for (const QString &profile : {u"grey-6"_s, u"grey-8"_s}) {
         if (!writeFile(prefix + u"/share/picture_stand/profiles/"_s + profile + u".json"_s, "{}"))
+            return {};
+    }
+    for (const QString &language : {u"de"_s, u"en"_s, u"zh_CN"_s}) {
+        if (!writeFile(prefix + u"/share/picture_stand/languages/"_s + language + u".qm"_s, ""))
             return {};
     }
     m_launcher = prefix + u"/bin/slate-run"_s;

@@ -27,8 +27,8 @@ public:
     /// Folders below `folder`, which must exist and be empty.
     explicit LauncherPlace(const QString &folder);
 
-    /// From here on a copy of the launcher runs, with data of its own: profiles, and an empty skeleton below
-    /// share/picture_stand/skeleton. Gives the copy's prefix; empty where copying failed.
+    /// From here on a copy of the launcher runs, with data of its own: profiles, languages, and an empty
+    /// skeleton below share/picture_stand/skeleton. Gives the copy's prefix; empty where copying failed.
     QString useOwnPrefix();
 
     QString path(const QString &below) const; ///< below the folder

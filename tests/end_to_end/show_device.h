@@ -85,6 +85,7 @@ public:
             .toArray();
     }
 
+    const QProcess &program() const { return m_program; }
     QProcess &program() { return m_program; }
 
     /// What the program has written to standard error since the last call.

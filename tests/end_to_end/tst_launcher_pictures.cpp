@@ -22,6 +22,9 @@ private slots:
     void shownUnderItsName();
     void readOnly();
     void mountPointIsGoneAfterTerm();
+    void mountPointOfAKilledLauncher();
+    void recordOfAMountPointLeadsNowhereElse_data();
+    void recordOfAMountPointLeadsNowhereElse();
     void emptyFolderOfThatNameIsUsedAndLeft();
     void nameIsTaken_data();
     void nameIsTaken();
@@ -103,6 +106,54 @@ void tst_LauncherPictures::mountPointIsGoneAfterTerm()
     LauncherPlace::end(process);
     QVERIFY(!QFileInfo::exists(mountPoint(u"My holiday, 50%"_s)));
     QCOMPARE(fileContent(m_pictures + u"/lake.jpg"_s), QByteArray("lake"));
+}
+
+void tst_LauncherPictures::mountPointOfAKilledLauncher()
+{
+    QProcess process;
+    m_place->start(process,
+                   {u"--root"_s, m_root, u"--headless"_s, u"--photos"_s, m_pictures, u"--"_s, u"/bin/sh"_s,
+                    u"-c"_s, u"ls Photo/My*/lake.jpg; read line"_s});
+    QTRY_VERIFY(process.bytesAvailable() > 0);
+    process.kill();
+    QVERIFY(process.waitForFinished());
+    QVERIFY(QFileInfo(mountPoint(u"My holiday, 50%"_s)).isDir());
+
+    // The next start takes it away, and so do starts that show the same folder again.
+    QVERIFY(QDir().mkpath(mountPoint(u"own"_s)));
+    const LauncherEnd next
+        = m_place->run({u"--root"_s, m_root, u"--headless"_s, u"--"_s, u"ls"_s, u"Photo"_s});
+    QCOMPARE(next.errors, QByteArray());
+    QCOMPARE(next.output, QByteArray("own\n"));
+    QCOMPARE(start(m_pictures, u":"_s).status, 0);
+    QVERIFY(!QFileInfo::exists(mountPoint(u"My holiday, 50%"_s)));
+    QVERIFY(!QFileInfo::exists(m_root + u"/devroot/mount_point"_s));
+}
+
+void tst_LauncherPictures::recordOfAMountPointLeadsNowhereElse_data()
+{
+    QTest::addColumn<QByteArray>("record");
+
+    QTest::newRow("empty") << QByteArray();
+    QTest::newRow("folder above") << QByteArray("..");
+    QTest::newRow("another folder") << QByteArray("../empty");
+    QTest::newRow("absolute") << QByteArray("/mnt");
+    QTest::newRow("folder that is not empty") << QByteArray("full");
+    QTest::newRow("foreign bytes") << QByteArray("\xff\0\n", 3);
+}
+
+void tst_LauncherPictures::recordOfAMountPointLeadsNowhereElse()
+{
+    QFETCH(QByteArray, record);
+
+    const QString kept = m_root + u"/mnt/ext1/empty"_s;
+    QVERIFY(QDir().mkpath(kept));
+    QVERIFY(writeFile(mountPoint(u"full/a.jpg"_s), "a"));
+    QVERIFY(writeFile(m_root + u"/devroot/mount_point"_s, record));
+    QCOMPARE(m_place->run({u"--root"_s, m_root, u"--headless"_s, u"--"_s, u"true"_s}).status, 0);
+    QVERIFY(QFileInfo(kept).isDir());
+    QVERIFY(QFileInfo::exists(mountPoint(u"full/a.jpg"_s)));
+    QVERIFY(!QFileInfo::exists(m_root + u"/devroot/mount_point"_s));
 }
 
 void tst_LauncherPictures::emptyFolderOfThatNameIsUsedAndLeft()

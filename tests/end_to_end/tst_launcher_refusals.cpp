@@ -10,6 +10,8 @@
 #include <algorithm>
 #include <memory>
 
+#include <unistd.h>
+
 using namespace Qt::StringLiterals;
 
 class tst_LauncherRefusals : public QObject
@@ -27,6 +29,7 @@ private slots:
     void noSandbox();
     void noSandboxProgram();
     void networkThatStaysOn();
+    void foreignRunFolder_data();
     void foreignRunFolder();
 
 private:
@@ -160,14 +163,29 @@ void tst_LauncherRefusals::networkThatStaysOn()
     QCOMPARE(end.status, 6);
 }
 
+void tst_LauncherRefusals::foreignRunFolder_data()
+{
+    QTest::addColumn<bool>("open"); // to others, else it belongs to somebody else
+    QTest::addColumn<QByteArray>("reason");
+
+    QTest::newRow("open to others") << true << QByteArray("0700");
+    QTest::newRow("of somebody else") << false << QByteArray("belongs to somebody else");
+}
+
 void tst_LauncherRefusals::foreignRunFolder()
 {
-    // Open to others: whoever listens there could be anybody.
+    QFETCH(bool, open);
+    QFETCH(QByteArray, reason);
+
+    // Whoever listens there could be anybody.
     const QString base = m_place->runtimeFolder() + u"/picture_stand"_s;
     QVERIFY(QDir().mkdir(base));
-    QVERIFY(QFile::setPermissions(base, QFile::Permissions(0x7777)));
+    const QFile::Permissions all(0x7777);
+    QVERIFY(QFile::setPermissions(base, open ? all : QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner));
+    if (!open && ::chown(QFile::encodeName(base).constData(), 12'345, 12'345) != 0)
+        QSKIP("Only the superuser gives a folder away.");
     const LauncherEnd end = m_place->runScript(u"echo started"_s);
-    QVERIFY2(isOneLine(end.errors) && end.errors.contains("0700"), end.errors.constData());
+    QVERIFY2(isOneLine(end.errors) && end.errors.contains(reason), end.errors.constData());
     QCOMPARE(end.output, QByteArray());
     QCOMPARE(end.status, 2);
 }

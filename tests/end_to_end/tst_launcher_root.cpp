@@ -38,6 +38,7 @@ private slots:
     void temporaryIsRemoved_data();
     void temporaryIsRemoved();
     void temporaryIsRemovedAfterTerm();
+    void temporaryOfAKilledLauncher();
     void temporaryInANamedFolder();
     void temporaryRefusesWhatIsThere();
     void samplesOnlyWhenAsked();
@@ -266,6 +267,39 @@ void tst_LauncherRoot::temporaryIsRemovedAfterTerm()
     process.terminate();
     QCOMPARE(LauncherPlace::end(process).status, 128 + SIGTERM);
     QCOMPARE(m_place->leftovers(), QStringList());
+}
+
+void tst_LauncherRoot::temporaryOfAKilledLauncher()
+{
+    // One of them lives: it stays.
+    const QStringList arguments{u"--temporary"_s, u"--headless"_s, u"--"_s,
+                                u"/bin/sh"_s,     u"-c"_s,         u"echo ready; read line"_s};
+    QProcess killed;
+    m_place->start(killed, arguments);
+    QTRY_VERIFY(killed.bytesAvailable() > 0);
+    const QStringList left = m_place->leftovers();
+    QCOMPARE(left.size(), 2);
+    QProcess living;
+    m_place->start(living, arguments);
+    QTRY_VERIFY(living.bytesAvailable() > 0);
+    QCOMPARE(m_place->leftovers().size(), 4);
+    killed.kill();
+    QVERIFY(killed.waitForFinished());
+    QCOMPARE(m_place->leftovers().size(), 4);
+    // Not a device of a launcher's, whatever its name.
+    const QString other = m_place->temporaryFolder() + u"/slate-run-abcdef"_s;
+    QVERIFY(writeFile(other + u"/devroot/lock"_s, ""));
+
+    QCOMPARE(m_place->runScript(u":"_s).status, 0);
+    const QStringList now = m_place->leftovers();
+    QCOMPARE(now.size(), 3);
+    QVERIFY(now.contains(other));
+    for (const QString &path : left)
+        QVERIFY(!QFileInfo::exists(path));
+    QCOMPARE(living.state(), QProcess::Running);
+    living.terminate();
+    LauncherPlace::end(living);
+    QVERIFY(QDir(other).removeRecursively());
 }
 
 void tst_LauncherRoot::temporaryInANamedFolder()

@@ -23,8 +23,8 @@ private slots:
     void profileThatDoesNotExist_data();
     void profileThatDoesNotExist();
     void recordedProfileThatDoesNotExist();
-    void damagedRecordIsReplaced_data();
-    void damagedRecordIsReplaced();
+    void damagedRecordIsRefused_data();
+    void damagedRecordIsRefused();
     void foreignMembersStay();
     void orientationCountsForOneStart();
     void orientationOutOfRange_data();
@@ -34,6 +34,9 @@ private slots:
     void languageFileIsMade();
     void languageThatCannotBe_data();
     void languageThatCannotBe();
+    void languageWithoutTexts_data();
+    void languageWithoutTexts();
+    void languageOfACountry();
 
 private:
     LauncherEnd start(const QStringList &options) const;
@@ -108,23 +111,29 @@ void tst_LauncherSettings::recordedProfileThatDoesNotExist()
     QCOMPARE(start({u"--profile"_s, u"grey-8"_s}).status, 0);
 }
 
-void tst_LauncherSettings::damagedRecordIsReplaced_data()
+void tst_LauncherSettings::damagedRecordIsRefused_data()
 {
     QTest::addColumn<QByteArray>("content");
 
     QTest::newRow("empty") << QByteArray("");
     QTest::newRow("no JSON") << QByteArray("\x01\xff{");
     QTest::newRow("no object") << QByteArray("[1]");
+    QTest::newRow("no profile") << QByteArray("{}");
     QTest::newRow("profile is no text") << QByteArray("{\"profile\": 6}");
 }
 
-void tst_LauncherSettings::damagedRecordIsReplaced()
+void tst_LauncherSettings::damagedRecordIsRefused()
 {
     QFETCH(QByteArray, content);
 
     QVERIFY(writeFile(m_root + u"/devroot/device.json"_s, content));
-    QCOMPARE(start({}).status, 0);
-    QCOMPARE(record(), (QJsonObject{{u"profile"_s, u"grey-6"_s}}));
+    const LauncherEnd end = start({});
+    QVERIFY2(isOneLine(end.errors) && end.errors.contains("/devroot/device.json names no profile"),
+             end.errors.constData());
+    QCOMPARE(end.status, 2);
+    QCOMPARE(fileContent(m_root + u"/devroot/device.json"_s), content);
+    QCOMPARE(start({u"--profile"_s, u"grey-8"_s}).status, 0); // the way out
+    QCOMPARE(record(), (QJsonObject{{u"profile"_s, u"grey-8"_s}}));
 }
 
 void tst_LauncherSettings::foreignMembersStay()
@@ -224,6 +233,36 @@ void tst_LauncherSettings::languageThatCannotBe()
     QVERIFY2(isOneLine(end.errors), end.errors.constData());
     QCOMPARE(end.status, 2);
     QVERIFY(!QFile::exists(configuration()));
+}
+
+void tst_LauncherSettings::languageWithoutTexts_data()
+{
+    QTest::addColumn<QString>("language");
+
+    QTest::newRow("unknown") << u"tlh"_s;
+    QTest::newRow("unknown, with a country") << u"xx_DE"_s;
+    QTest::newRow("name of a locale") << u"de.UTF-8"_s;
+    QTest::newRow("capitals") << u"DE"_s;
+    QTest::newRow("out of the folder") << u"..de"_s;
+    QTest::newRow("Chinese of no country") << u"zh"_s;
+}
+
+void tst_LauncherSettings::languageWithoutTexts()
+{
+    QFETCH(QString, language);
+
+    const LauncherEnd end = start({u"--profile"_s, u"grey-8"_s, u"--language"_s, language});
+    QCOMPARE(end.errors,
+             "slate-run: there is no language \"" + language.toUtf8() + "\"; there are de, en, zh_CN\n");
+    QCOMPARE(end.status, 2);
+    QVERIFY(!QFile::exists(configuration()));
+    QVERIFY(!QFile::exists(m_root + u"/devroot/device.json"_s)); // nothing of a refused start stays
+}
+
+void tst_LauncherSettings::languageOfACountry()
+{
+    QCOMPARE(start({u"--language"_s, u"de_AT"_s}).errors, QByteArray());
+    QCOMPARE(fileContent(configuration()), QByteArray("language=de_AT\n"));
 }
 
 QTEST_GUILESS_MAIN(tst_LauncherSettings)

@@ -165,6 +165,12 @@ void tst_ControlClient::busyDevice()
     }
     ControlClient client = connected();
     QCOMPARE(client.ask(u"echo"_s).value("error"_L1), u"busy"_s);
+
+    // One that asks when the device has long hung up.
+    ControlClient late = connected();
+    RawClient watcher(m_folder->filePath(u"control"_s));
+    QVERIFY(watcher.isClosedByServer()); // it came later, so that `late` has been refused as well
+    QCOMPARE(late.ask(u"echo"_s).value("error"_L1), u"busy"_s);
 }
 
 void tst_ControlClient::largeAnswer()

@@ -48,6 +48,7 @@ private slots:
     void optionalMembers();
     void keyNames();
     void idleNeedsQuiet();
+    void idlePatienceEnds();
 };
 
 void tst_PlatformParts::deviceRecord_data()
@@ -55,44 +56,52 @@ void tst_PlatformParts::deviceRecord_data()
     QTest::addColumn<QByteArray>("bytes");
     QTest::addColumn<QString>("profile");
     QTest::addColumn<int>("orientation"); // -1: none
-    QTest::addColumn<bool>("complains");
+    QTest::addColumn<QString>("complaint"); // empty: it can be used
     QTest::newRow("both") << QByteArray(R"({"profile": "grey-8", "orientation": 3})") << u"grey-8"_s << 3
-                          << false;
+                          << QString();
     QTest::newRow("profile alone") << QByteArray(R"({"profile": "colour-6"})") << u"colour-6"_s << -1
-                                   << false;
-    QTest::newRow("orientation alone") << QByteArray(R"({"orientation": 0})") << u"grey-6"_s << 0 << false;
-    QTest::newRow("empty object") << QByteArray("{}") << u"grey-6"_s << -1 << false;
-    QTest::newRow("other members") << QByteArray(R"({"colour": 1})") << u"grey-6"_s << -1 << false;
-    QTest::newRow("empty file") << QByteArray() << u"grey-6"_s << -1 << true;
-    QTest::newRow("no JSON") << QByteArray("profile=grey-8") << u"grey-6"_s << -1 << true;
-    QTest::newRow("an array") << QByteArray("[1]") << u"grey-6"_s << -1 << true;
-    QTest::newRow("profile is a number") << QByteArray(R"({"profile": 8})") << u"grey-6"_s << -1 << true;
-    QTest::newRow("orientation 4") << QByteArray(R"({"orientation": 4})") << u"grey-6"_s << -1 << true;
-    QTest::newRow("orientation -1") << QByteArray(R"({"orientation": -1})") << u"grey-6"_s << -1 << true;
-    QTest::newRow("orientation is a text")
-        << QByteArray(R"({"orientation": "1"})") << u"grey-6"_s << -1 << true;
+                                   << QString();
+    const auto refused = [](const char *name, const QByteArray &bytes, const QString &complaint) {
+        QTest::newRow(name) << bytes << QString() << -1 << complaint;
+    };
+    refused("no profile", R"({"orientation": 0})", u"\"profile\" must be"_s);
+    refused("other members", R"({"profile": "grey-8", "colour": 1})", u"\"colour\" is not known"_s);
+    refused("empty file", QByteArray(), u"it is no JSON object"_s);
+    refused("no JSON", "profile=grey-8", u"it is no JSON object"_s);
+    refused("an array", "[1]", u"it is no JSON object"_s);
+    refused("profile is a number", R"({"profile": 8})", u"\"profile\" must be"_s);
+    for (const char *orientation : {"4", "-1", "1.5", "1e300", "null", "\"1\""}) {
+        refused(qPrintable(u"orientation "_s + QLatin1StringView(orientation)),
+                QByteArray(R"({"profile": "grey-8", "orientation": )") + orientation + '}',
+                u"\"orientation\" must be a whole number from 0 to 3"_s);
+    }
 }
 
 void tst_PlatformParts::deviceRecord()
 {
     QFETCH(QByteArray, bytes);
     QFETCH(int, orientation);
-    QFETCH(bool, complains);
+    QFETCH(QString, complaint);
     const QTemporaryDir folder;
     write(folder.filePath(u"device.json"_s), bytes);
     QString error;
-    const DeviceRecord record = readDeviceRecord(folder.filePath(u"device.json"_s), &error);
-    QTEST(record.profile, "profile");
-    QCOMPARE(record.orientation.value_or(-1), orientation);
-    QCOMPARE(!error.isEmpty(), complains);
+    const std::optional<DeviceRecord> record = readDeviceRecord(folder.filePath(u"device.json"_s), &error);
+    QCOMPARE(record.has_value(), complaint.isEmpty());
+    QVERIFY2(complaint.isEmpty() ? error.isEmpty() : error.contains(complaint), qPrintable(error));
+    QVERIFY(!error.contains(u'\n'));
+    if (record) {
+        QTEST(record->profile, "profile");
+        QCOMPARE(record->orientation.value_or(-1), orientation);
+    }
 }
 
 void tst_PlatformParts::noDeviceRecord()
 {
     QString error;
-    const DeviceRecord record = readDeviceRecord(u"/nowhere/device.json"_s, &error);
-    QCOMPARE(record.profile, u"grey-6"_s);
-    QVERIFY(!record.orientation);
+    const std::optional<DeviceRecord> record = readDeviceRecord(u"/nowhere/device.json"_s, &error);
+    QVERIFY(record);
+    QCOMPARE(record->profile, u"grey-6"_s);
+    QVERIFY(!record->orientation);
     QVERIFY(error.isEmpty());
 }
 
@@ -200,8 +209,12 @@ void tst_PlatformParts::idleNeedsQuiet()
 {
     bool busy = true;
     int answers = 0;
+    int looks = 0;
     bool idle = false;
-    IdleWatcher watcher([&] { return busy; });
+    IdleWatcher watcher([&] {
+        ++looks;
+        return busy;
+    });
     watcher.wait(
         40ms, [] { return false; },
         [&](bool quiet) {
@@ -211,12 +224,29 @@ void tst_PlatformParts::idleNeedsQuiet()
     bool abandonedAnswered = false;
     watcher.wait(
         0ms, [] { return true; }, [&](bool) { abandonedAnswered = true; });
-    QTest::qWait(300);
+    QTRY_VERIFY(looks >= 10); // far more than the quiet that is wanted
     QCOMPARE(answers, 0);
     busy = false;
     QTRY_COMPARE_WITH_TIMEOUT(answers, 1, 25'000);
     QVERIFY(idle);
     QVERIFY(!abandonedAnswered);
+}
+
+void tst_PlatformParts::idlePatienceEnds()
+{
+    bool busy = true;
+    QList<bool> answers;
+    const auto never = [] { return false; };
+    IdleWatcher watcher([&] { return busy; }, 100ms);
+    QElapsedTimer time;
+    time.start();
+    watcher.wait(0ms, never, [&](bool quiet) { answers.append(quiet); });
+    QTRY_COMPARE(answers, QList<bool>{false});
+    QVERIFY(time.elapsed() >= 100);
+    busy = false; // a wait that was given up harms no other
+    IdleWatcher patient([] { return false; });
+    patient.wait(0ms, never, [&](bool quiet) { answers.append(quiet); });
+    QTRY_COMPARE_WITH_TIMEOUT(answers, QList<bool>({false, true}), 25'000);
 }
 
 QTEST_GUILESS_MAIN(tst_PlatformParts)

@@ -5,11 +5,26 @@
 
 #include <QDir>
 #include <QFile>
+#include <QJsonDocument>
+#include <QJsonObject>
 #include <QTemporaryDir>
 #include <QTest>
 
 using namespace Qt::StringLiterals;
 using namespace lindenreed::device;
+
+namespace {
+
+/// What a usable profile file holds.
+QJsonObject complete()
+{
+    return {{u"name"_s, u"mine"_s},  {u"width"_s, 400},          {u"height"_s, 600},
+            {u"dpi"_s, 200},         {u"colour"_s, 0},           {u"platform"_s, 0},
+            {u"touch"_s, false},     {u"upside_down"_s, false},  {u"status_height"_s, 30},
+            {u"frontlight"_s, true}, {u"colour_light"_s, false}, {u"levels"_s, 16}};
+}
+
+} // namespace
 
 class tst_Profile : public QObject
 {
@@ -20,7 +35,9 @@ private slots:
     void shipped_data();
     void shipped();
     void defaultIsGrey6();
-    void missingMembersAreThoseOfTheDefault();
+    void missingMembers_data();
+    void missingMembers();
+    void backlightMayBeNamed();
     void refused_data();
     void refused();
     void limitsAreAccepted();
@@ -54,10 +71,13 @@ void tst_Profile::shipped_data()
     QTest::addColumn<int>("dpi");
     QTest::addColumn<bool>("colour");
     QTest::addColumn<int>("levels");
+    QTest::addColumn<bool>("touch");
 
-    QTest::newRow("grey-6") << QSize(758, 1024) << 212 << false << 16;
-    QTest::newRow("grey-8") << QSize(1404, 1872) << 300 << false << 16;
-    QTest::newRow("colour-6") << QSize(1072, 1448) << 300 << true << 256;
+    QTest::newRow("grey-6") << QSize(758, 1024) << 212 << false << 16 << true;
+    QTest::newRow("grey-6-hd") << QSize(1072, 1448) << 300 << false << 16 << true;
+    QTest::newRow("grey-8") << QSize(1404, 1872) << 300 << false << 16 << true;
+    QTest::newRow("colour-6") << QSize(1072, 1448) << 300 << true << 256 << true;
+    QTest::newRow("keys-6") << QSize(758, 1024) << 212 << false << 16 << false;
 }
 
 void tst_Profile::shipped()
@@ -66,6 +86,7 @@ void tst_Profile::shipped()
     QFETCH(int, dpi);
     QFETCH(bool, colour);
     QFETCH(int, levels);
+    QFETCH(bool, touch);
 
     QString error;
     const QString name = QString::fromLatin1(QTest::currentDataTag());
@@ -76,6 +97,8 @@ void tst_Profile::shipped()
     QCOMPARE(profile->dpi, dpi);
     QCOMPARE(profile->colourMask != 0, colour);
     QCOMPARE(profile->levels, levels);
+    QCOMPARE(profile->touch, touch);
+    QCOMPARE(profile->backlight, QString());
     QVERIFY(profile->statusHeight > 0);
 }
 
@@ -97,14 +120,33 @@ void tst_Profile::defaultIsGrey6()
     QCOMPARE(grey->levels, standard.levels);
 }
 
-void tst_Profile::missingMembersAreThoseOfTheDefault()
+void tst_Profile::missingMembers_data()
 {
-    const auto profile = Profile::read(write(R"({"name":"mine","width":400,"touch":false})"), nullptr);
-    QVERIFY(profile);
-    QCOMPARE(profile->name, u"mine"_s);
-    QCOMPARE(profile->panelSize, QSize(400, 1024));
-    QCOMPARE(profile->touch, false);
-    QCOMPARE(profile->dpi, 212);
+    QTest::addColumn<QString>("member");
+
+    for (const QString &member : complete().keys())
+        QTest::newRow(qPrintable(member)) << member;
+}
+
+void tst_Profile::missingMembers()
+{
+    QFETCH(QString, member);
+
+    QJsonObject object = complete();
+    QVERIFY(Profile::read(write(QJsonDocument(object).toJson()), nullptr));
+    object.remove(member);
+    QString error;
+    QVERIFY(!Profile::read(write(QJsonDocument(object).toJson()), &error));
+    QVERIFY2(error.contains(u"\"%1\" must be"_s.arg(member)) && !error.contains(u'\n'), qPrintable(error));
+}
+
+void tst_Profile::backlightMayBeNamed()
+{
+    QJsonObject object = complete();
+    QCOMPARE(Profile::read(write(QJsonDocument(object).toJson()), nullptr)->backlight, QString());
+    object.insert(u"backlight"_s, u"tps65185_led-0.1:a"_s);
+    QCOMPARE(Profile::read(write(QJsonDocument(object).toJson()), nullptr)->backlight,
+             u"tps65185_led-0.1:a"_s);
 }
 
 void tst_Profile::refused_data()
@@ -113,7 +155,15 @@ void tst_Profile::refused_data()
     QTest::addColumn<QString>("complaint");
 
     const auto row = [](const char *name, const QByteArray &content, const QString &complaint) {
-        QTest::newRow(name) << content << complaint;
+        // An object stands for a complete profile with these members changed.
+        QJsonObject changed = QJsonDocument::fromJson(content).object();
+        const bool named = changed.contains(u"name"_s);
+        const QJsonObject others = complete();
+        for (auto member = others.begin(); named && member != others.end(); ++member) {
+            if (!changed.contains(member.key()))
+                changed.insert(member.key(), member.value());
+        }
+        QTest::newRow(name) << (named ? QJsonDocument(changed).toJson() : content) << complaint;
     };
     row("empty file", "", u"is no JSON object"_s);
     row("no JSON", "width=3", u"is no JSON object"_s);
@@ -147,6 +197,11 @@ void tst_Profile::refused_data()
         u"\"colour_light\" must be true or false"_s);
     row("status panel as wide as the screen", R"({"name":"a","width":40,"status_height":40})",
         u"\"status_height\" must be less than width and height"_s);
+    row("backlight as number", R"({"name":"a","backlight":1})", u"\"backlight\" must be a text"_s);
+    row("backlight in another folder", R"({"name":"a","backlight":"../leds/a"})",
+        u"\"backlight\" must be the name of a folder"_s);
+    row("backlight is the folder above", R"({"name":"a","backlight":".."})",
+        u"\"backlight\" must be the name of a folder"_s);
     row("unknown member", R"({"name":"a","weight":3})", u"\"weight\" is not known"_s);
 }
 
@@ -165,13 +220,20 @@ void tst_Profile::refused()
 
 void tst_Profile::limitsAreAccepted()
 {
-    const auto largest = Profile::read(
-        write(R"({"name":"a","width":10000,"height":10000,"dpi":1000,"status_height":9999,"levels":256})"),
-        nullptr);
+    const auto read = [this](const QList<std::pair<QString, int>> &changed) {
+        QJsonObject object = complete();
+        for (const auto &[name, value] : changed)
+            object.insert(name, value);
+        return Profile::read(write(QJsonDocument(object).toJson()), nullptr);
+    };
+    const auto largest = read({{u"width"_s, 10'000},
+                               {u"height"_s, 10'000},
+                               {u"dpi"_s, 1000},
+                               {u"status_height"_s, 9999},
+                               {u"levels"_s, 256}});
     QVERIFY(largest);
-    QCOMPARE(largest->panelSize, QSize(10000, 10000));
-    const auto smallest
-        = Profile::read(write(R"({"name":"a","width":1,"height":1,"dpi":50,"status_height":0})"), nullptr);
+    QCOMPARE(largest->panelSize, QSize(10'000, 10'000));
+    const auto smallest = read({{u"width"_s, 1}, {u"height"_s, 1}, {u"dpi"_s, 50}, {u"status_height"_s, 0}});
     QVERIFY(smallest);
     QCOMPARE(smallest->panelSize, QSize(1, 1));
 }
@@ -201,7 +263,7 @@ void tst_Profile::namesStayInTheFolder()
     QString error;
     QVERIFY(!Profile::named(name, &error));
     QVERIFY2(error.startsWith(u"There is no profile \"%1\"; there are: "_s.arg(name)), qPrintable(error));
-    QVERIFY2(error.contains(u"colour-6, grey-6, "_s), qPrintable(error));
+    QVERIFY2(error.contains(u": colour-6, grey-6-hd, grey-6, grey-8, keys-6."_s), qPrintable(error));
 }
 
 QTEST_GUILESS_MAIN(tst_Profile)

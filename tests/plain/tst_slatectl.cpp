@@ -1,35 +1,18 @@
+// slatectl: what it makes of its words, and how it tells what comes of them.
+
 #include "control_server.h"
 #include "panel_file.h"
 #include "raw_client.h"
-#include "run_folder.h"
+#include "slatectl_place.h"
 
-#include <QDir>
-#include <QImage>
 #include <QJsonArray>
 #include <QJsonDocument>
-#include <QProcess>
-#include <QTemporaryDir>
-#include <QTest>
 #include <QTimer>
 
 #include <list>
 
-#include <sys/stat.h>
-
 using namespace Qt::StringLiterals;
 using namespace lindenreed::remote;
-
-namespace {
-
-/// What the program did.
-struct Outcome
-{
-    int status = -1;
-    QByteArray output;
-    QByteArray errors;
-};
-
-} // namespace
 
 class tst_Slatectl : public QObject
 {
@@ -56,20 +39,14 @@ private slots:
     void busyDevice();
     void deviceThatGoes();
     void quitFasterThanItsAnswer();
-    void screenshot_data();
-    void screenshot();
-    void screenshotWithoutDevice();
-    void screenshotWithoutPanel();
-    void screenshotThatCannotBeWritten();
+    void followBeginsWithWhatIsThere();
     void follow();
     void everyCommandIsInTheHelp();
 
 private:
-    Outcome run(const QStringList &arguments);
-    QString root() const { return m_folder->filePath(u"data/picture_stand/device"_s); }
+    static SlatectlOutcome run(const QStringList &arguments) { return SlatectlPlace::run(arguments); }
 
-    std::unique_ptr<QTemporaryDir> m_folder;
-    QString m_runFolder; ///< of the default root
+    std::unique_ptr<SlatectlPlace> m_place;
     std::unique_ptr<ControlServer> m_server;
     QList<QJsonObject> m_requests;
     std::function<void(const Reply &)> m_answer;
@@ -77,21 +54,12 @@ private:
 
 void tst_Slatectl::initTestCase()
 {
-    QVERIFY(QFileInfo(QCoreApplication::applicationDirPath() + u"/../../bin/slatectl"_s).isExecutable());
+    QVERIFY(QFileInfo(SlatectlPlace::program()).isExecutable());
 }
 
 void tst_Slatectl::init()
 {
-    m_folder = std::make_unique<QTemporaryDir>();
-    QVERIFY(QDir().mkpath(root()));
-    QVERIFY(QDir(m_folder->path()).mkdir(u"runtime"_s));
-    const QByteArray runtime = QFile::encodeName(m_folder->filePath(u"runtime"_s));
-    QVERIFY(::chmod(runtime.constData(), 0700) == 0);
-    qputenv("XDG_RUNTIME_DIR", runtime);
-    qputenv("XDG_DATA_HOME", QFile::encodeName(m_folder->filePath(u"data"_s)));
-
-    m_runFolder = *runFolderOf(root(), nullptr);
-    QVERIFY(QDir().mkpath(m_runFolder));
+    m_place = std::make_unique<SlatectlPlace>();
     m_requests.clear();
     m_answer = [](const Reply &reply) { reply({{u"done"_s, true}}); };
     m_server = std::make_unique<ControlServer>();
@@ -99,36 +67,26 @@ void tst_Slatectl::init()
         = {u"x"_s,          u"y"_s,       u"ms"_s,   u"x1"_s,         u"y1"_s,    u"x2"_s,
            u"y2"_s,         u"steps"_s,   u"name"_s, u"id"_s,         u"n"_s,     u"type"_s,
            u"par1"_s,       u"par2"_s,    u"text"_s, u"brightness"_s, u"color"_s, u"auto"_s,
-           u"color_auto"_s, u"enabled"_s, u"on"_s,   u"value"_s};
+           u"color_auto"_s, u"enabled"_s, u"on"_s,   u"value"_s,      u"in"_s};
     for (const QString &command :
-         {u"state"_s,      u"tap"_s,        u"hold"_s,   u"drag"_s,  u"key"_s,      u"event"_s,
-          u"type"_s,       u"timers"_s,     u"fire"_s,   u"light"_s, u"invert"_s,   u"orientation"_s,
-          u"background"_s, u"foreground"_s, u"tree"_s,   u"press"_s, u"increase"_s, u"decrease"_s,
-          u"idle"_s,       u"journal"_s,    u"opened"_s, u"quit"_s}) {
+         {u"state"_s,      u"tap"_s,     u"hold"_s,   u"drag"_s,        u"key"_s,
+          u"event"_s,      u"type"_s,    u"timers"_s, u"fire"_s,        u"card"_s,
+          u"usb"_s,        u"light"_s,   u"invert"_s, u"orientation"_s, u"background"_s,
+          u"foreground"_s, u"tree"_s,    u"press"_s,  u"increase"_s,    u"decrease"_s,
+          u"idle"_s,       u"journal"_s, u"opened"_s, u"quit"_s,        u"chart"_s}) {
         m_server->add(command, members, [this](const QJsonObject &request, const Reply &reply) {
             m_requests.append(request);
             m_answer(reply);
         });
     }
     QString error;
-    QVERIFY2(m_server->listen(m_runFolder + u"/control"_s, &error), qPrintable(error));
+    QVERIFY2(m_server->listen(m_place->runFolder() + u"/control"_s, &error), qPrintable(error));
 }
 
 void tst_Slatectl::cleanup()
 {
     m_server.reset();
-    m_folder.reset();
-}
-
-Outcome tst_Slatectl::run(const QStringList &arguments)
-{
-    QProcess program;
-    program.start(QCoreApplication::applicationDirPath() + u"/../../bin/slatectl"_s, arguments);
-    // Not waitForFinished: the device in this process answers meanwhile.
-    if (!QTest::qWaitFor([&] { return program.state() == QProcess::NotRunning; }, 30'000))
-        return {};
-    return {program.exitStatus() == QProcess::NormalExit ? program.exitCode() : -1,
-            program.readAllStandardOutput(), program.readAllStandardError()};
+    m_place.reset();
 }
 
 void tst_Slatectl::usage_data()
@@ -142,6 +100,14 @@ void tst_Slatectl::usage_data()
     QTest::newRow("unknown option") << QStringList{u"--route"_s, u"/tmp"_s, u"state"_s};
     QTest::newRow("root without folder") << QStringList{u"--root"_s};
     QTest::newRow("root without command") << QStringList{u"--root"_s, u"/tmp"_s};
+    QTest::newRow("two roots") << QStringList{u"--root"_s, u"/tmp"_s, u"state"_s, u"--root=/tmp"_s};
+    QTest::newRow("root without folder, at the end") << QStringList{u"state"_s, u"--root"_s};
+    QTest::newRow("unknown option at the end") << QStringList{u"state"_s, u"--route"_s};
+    QTest::newRow("frame with one number") << QStringList{u"frame"_s, u"1"_s};
+    QTest::newRow("frame with three numbers") << QStringList{u"frame"_s, u"1"_s, u"2"_s, u"3"_s};
+    QTest::newRow("frame without width") << QStringList{u"frame"_s, u"1"_s, u"2"_s, u"0"_s, u"4"_s};
+    QTest::newRow("frame without height") << QStringList{u"frame"_s, u"1"_s, u"2"_s, u"3"_s, u"-4"_s};
+    QTest::newRow("frame to a file") << QStringList{u"frame"_s, u"1"_s, u"2"_s, u"3"_s, u"4"_s, u"a.pgm"_s};
     QTest::newRow("a word too many") << QStringList{u"state"_s, u"now"_s};
     QTest::newRow("tap without places") << QStringList{u"tap"_s};
     QTest::newRow("tap with one number") << QStringList{u"tap"_s, u"10"_s};
@@ -173,6 +139,9 @@ void tst_Slatectl::usage_data()
     QTest::newRow("light half on") << QStringList{u"light"_s, u"auto"_s, u"half"_s};
     QTest::newRow("light by its member's name") << QStringList{u"light"_s, u"color_auto"_s, u"on"_s};
     QTest::newRow("light with a bare number") << QStringList{u"light"_s, u"40"_s};
+    QTest::newRow("card to nowhere") << QStringList{u"card"_s};
+    QTest::newRow("card on") << QStringList{u"card"_s, u"on"_s};
+    QTest::newRow("USB in and out") << QStringList{u"usb"_s, u"in"_s, u"out"_s};
     QTest::newRow("invert to nothing") << QStringList{u"invert"_s};
     QTest::newRow("invert to a number") << QStringList{u"invert"_s, u"1"_s};
     QTest::newRow("fifth orientation") << QStringList{u"orientation"_s, u"4"_s};
@@ -189,7 +158,7 @@ void tst_Slatectl::usage()
 {
     QFETCH(QStringList, arguments);
 
-    const Outcome outcome = run(arguments);
+    const SlatectlOutcome outcome = run(arguments);
     QCOMPARE(outcome.status, 2);
     QCOMPARE(outcome.output, QByteArray());
     QVERIFY2(outcome.errors.startsWith("slatectl: "), outcome.errors.constData());
@@ -205,17 +174,20 @@ void tst_Slatectl::help_data()
     QTest::newRow("long") << QStringList{u"--help"_s};
     QTest::newRow("short") << QStringList{u"-h"_s};
     QTest::newRow("after the root") << QStringList{u"--root"_s, u"/none"_s, u"--help"_s};
+    QTest::newRow("after a command") << QStringList{u"tap"_s, u"--help"_s};
+    QTest::newRow("after a command's text") << QStringList{u"press"_s, u"Play"_s, u"-h"_s};
 }
 
 void tst_Slatectl::help()
 {
     QFETCH(QStringList, arguments);
 
-    const Outcome outcome = run(arguments);
+    const SlatectlOutcome outcome = run(arguments);
     QCOMPARE(outcome.status, 0);
     QCOMPARE(outcome.errors, QByteArray());
     QVERIFY(outcome.output.startsWith("Usage: slatectl [--root DIR] COMMAND"));
     QVERIFY(outcome.output.contains("  drag X1 Y1 X2 Y2 [STEPS]  "));
+    QVERIFY(outcome.output.contains("  frame [X Y W H]  "));
     for (const QByteArray &line : outcome.output.split('\n'))
         QVERIFY2(line.size() <= 110, line.constData());
 }
@@ -224,9 +196,10 @@ void tst_Slatectl::everyCommandIsInTheHelp()
 {
     const QByteArray text = run({u"--help"_s}).output;
     for (const char *command :
-         {"state", "tap",   "hold",     "drag",        "key",        "event",      "type",       "timers",
-          "fire",  "light", "invert",   "orientation", "background", "foreground", "screenshot", "follow",
-          "tree",  "press", "increase", "decrease",    "idle",       "journal",    "opened",     "quit"})
+         {"state",      "tap",        "hold",       "drag",   "key",   "event",  "type",
+          "timers",     "card",       "usb",        "fire",   "light", "invert", "orientation",
+          "background", "foreground", "screenshot", "follow", "tree",  "press",  "increase",
+          "decrease",   "idle",       "journal",    "opened", "quit"})
         QVERIFY2(text.contains(QByteArray("\n  ") + command + ' '), command);
 }
 
@@ -250,12 +223,17 @@ void tst_Slatectl::requests_data()
     row("event 25 23 0", R"({"do":"event","par1":23,"par2":0,"type":25})");
     row("type Grüße", R"({"do":"type","text":"Grüße"})");
     row("type --help", R"({"do":"type","text":"--help"})");
+    row("press --root 2", R"({"do":"press","n":2,"name":"--root"})");
     row("timers", R"({"do":"timers"})");
     row("fire nextImageEvent", R"({"do":"fire","name":"nextImageEvent"})");
     row("light", R"({"do":"light"})");
     row("light brightness 40 auto on", R"({"auto":true,"brightness":40,"do":"light"})");
     row("light enabled off color-auto on color 100",
         R"({"color":100,"color_auto":true,"do":"light","enabled":false})");
+    row("card in", R"({"do":"card","in":true})");
+    row("card out", R"({"do":"card","in":false})");
+    row("usb in", R"({"do":"usb","in":true})");
+    row("usb out", R"({"do":"usb","in":false})");
     row("invert on", R"({"do":"invert","on":true})");
     row("invert off", R"({"do":"invert","on":false})");
     row("orientation 3", R"({"do":"orientation","value":3})");
@@ -271,6 +249,7 @@ void tst_Slatectl::requests_data()
     row("idle 0", R"({"do":"idle","ms":0})");
     row("journal", R"({"do":"journal"})");
     row("journal 20", R"({"do":"journal","n":20})");
+    row("chart", R"({"do":"chart"})");
     row("opened", R"({"do":"opened"})");
     row("quit", R"({"do":"quit"})");
     QTest::newRow("text with blanks")
@@ -282,7 +261,7 @@ void tst_Slatectl::requests()
     QFETCH(QStringList, arguments);
     QFETCH(QByteArray, request);
 
-    const Outcome outcome = run(arguments);
+    const SlatectlOutcome outcome = run(arguments);
     QCOMPARE(outcome.errors, QByteArray());
     QCOMPARE(outcome.status, 0);
     QCOMPARE(m_requests.size(), 1);
@@ -294,28 +273,35 @@ void tst_Slatectl::requests()
 
 void tst_Slatectl::otherRoot_data()
 {
-    QTest::addColumn<bool>("isOneWord");
+    QTest::addColumn<QStringList>("arguments"); ///< OTHER stands for the root
 
-    QTest::newRow("two words") << false;
-    QTest::newRow("one word") << true;
+    QTest::newRow("two words") << QStringList{u"--root"_s, u"OTHER"_s, u"state"_s};
+    QTest::newRow("one word") << QStringList{u"--root=OTHER"_s, u"state"_s};
+    QTest::newRow("two words after the command") << QStringList{u"state"_s, u"--root"_s, u"OTHER"_s};
+    QTest::newRow("one word after the command") << QStringList{u"state"_s, u"--root=OTHER"_s};
+    QTest::newRow("before the command's words")
+        << QStringList{u"tap"_s, u"--root"_s, u"OTHER"_s, u"1"_s, u"2"_s};
+    QTest::newRow("among the command's words") << QStringList{u"tap"_s, u"1"_s, u"--root=OTHER"_s, u"2"_s};
+    QTest::newRow("after the command's text") << QStringList{u"press"_s, u"Play"_s, u"--root"_s, u"OTHER"_s};
 }
 
 void tst_Slatectl::otherRoot()
 {
-    QFETCH(bool, isOneWord);
+    QFETCH(QStringList, arguments);
 
-    QVERIFY(QDir(m_folder->path()).mkdir(u"other"_s));
-    const QString other = m_folder->filePath(u"other"_s);
+    const QString other = m_place->path(u"other"_s);
+    QVERIFY(QDir().mkdir(other));
     const QString runFolder = *runFolderOf(other, nullptr);
     QVERIFY(QDir().mkpath(runFolder));
     ControlServer server;
-    server.add(u"state"_s, {}, [](const QJsonObject &, const Reply &reply) {
-        reply({{u"name"_s, u"other"_s}});
-    });
+    for (const QString &command : {u"state"_s, u"tap"_s, u"press"_s}) {
+        server.add(command, {u"x"_s, u"y"_s, u"name"_s}, [](const QJsonObject &, const Reply &reply) {
+            reply({{u"name"_s, u"other"_s}});
+        });
+    }
     QVERIFY(server.listen(runFolder + u"/control"_s, nullptr));
 
-    const Outcome outcome = run(isOneWord ? QStringList{u"--root="_s + other, u"state"_s}
-                                          : QStringList{u"--root"_s, other, u"state"_s});
+    const SlatectlOutcome outcome = run(arguments.replaceInStrings(u"OTHER"_s, other));
     QCOMPARE(outcome.status, 0);
     QCOMPARE(outcome.output, QByteArray("{\"name\":\"other\"}\n"));
     QVERIFY(m_requests.isEmpty());
@@ -326,7 +312,7 @@ void tst_Slatectl::answerIsOneLineOfJson()
     m_answer = [](const Reply &reply) {
         reply({{u"text"_s, u"line 1\nGrüße"_s}, {u"list"_s, QJsonArray{1, 2}}});
     };
-    const Outcome outcome = run({u"state"_s});
+    const SlatectlOutcome outcome = run({u"state"_s});
     QCOMPARE(outcome.status, 0);
     QCOMPARE(outcome.output, QByteArray("{\"list\":[1,2],\"text\":\"line 1\\nGrüße\"}\n"));
     QCOMPARE(outcome.errors, QByteArray());
@@ -335,7 +321,7 @@ void tst_Slatectl::answerIsOneLineOfJson()
 void tst_Slatectl::refused()
 {
     m_answer = [](const Reply &reply) { reply.fail(u"no-such-item"_s, u"There is no\n\"Play\"."_s); };
-    const Outcome outcome = run({u"press"_s, u"Play"_s});
+    const SlatectlOutcome outcome = run({u"press"_s, u"Play"_s});
     QCOMPARE(outcome.status, 1);
     QCOMPARE(outcome.output, QByteArray());
     QCOMPARE(outcome.errors, QByteArray("slatectl: no-such-item: There is no \"Play\".\n"));
@@ -344,11 +330,11 @@ void tst_Slatectl::refused()
 void tst_Slatectl::noDevice()
 {
     m_server.reset();
-    const Outcome outcome = run({u"state"_s});
+    const SlatectlOutcome outcome = run({u"state"_s});
     QCOMPARE(outcome.status, 2);
     QCOMPARE(outcome.output, QByteArray());
     QCOMPARE(outcome.errors,
-             "slatectl: No device answers at " + QFile::encodeName(m_runFolder) + "/control.\n");
+             "slatectl: No device answers at " + QFile::encodeName(m_place->runFolder()) + "/control.\n");
 }
 
 void tst_Slatectl::deadSocket()
@@ -356,7 +342,7 @@ void tst_Slatectl::deadSocket()
     m_server.reset();
     sockaddr_un address = {};
     address.sun_family = AF_UNIX;
-    const QByteArray name = QFile::encodeName(m_runFolder + u"/control"_s);
+    const QByteArray name = QFile::encodeName(m_place->runFolder() + u"/control"_s);
     std::strncpy(address.sun_path, name.constData(), sizeof(address.sun_path) - 1);
     const int dead = ::socket(AF_UNIX, SOCK_STREAM, 0);
     QVERIFY(::bind(dead, reinterpret_cast<const sockaddr *>(&address), sizeof(address)) == 0);
@@ -366,8 +352,8 @@ void tst_Slatectl::deadSocket()
 
 void tst_Slatectl::noRoot()
 {
-    const QString missing = m_folder->filePath(u"missing"_s);
-    const Outcome outcome = run({u"--root"_s, missing, u"state"_s});
+    const QString missing = m_place->path(u"missing"_s);
+    const SlatectlOutcome outcome = run({u"--root"_s, missing, u"state"_s});
     QCOMPARE(outcome.status, 2);
     QCOMPARE(outcome.errors, "slatectl: There is no device root " + QFile::encodeName(missing) + ".\n");
 }
@@ -376,10 +362,10 @@ void tst_Slatectl::busyDevice()
 {
     std::list<RawClient> others;
     for (int i = 0; i < 64; ++i) {
-        others.emplace_back(m_runFolder + u"/control"_s);
+        others.emplace_back(m_place->runFolder() + u"/control"_s);
         QCOMPARE(others.back().ask(R"({"id":1,"do":"state"})").value("ok"_L1), true);
     }
-    const Outcome outcome = run({u"state"_s});
+    const SlatectlOutcome outcome = run({u"state"_s});
     QCOMPARE(outcome.status, 1);
     QVERIFY2(outcome.errors.startsWith("slatectl: busy: "), outcome.errors.constData());
 }
@@ -387,7 +373,7 @@ void tst_Slatectl::busyDevice()
 void tst_Slatectl::deviceThatGoes()
 {
     m_answer = [this](const Reply &) { QTimer::singleShot(0, this, [this] { m_server.reset(); }); };
-    const Outcome outcome = run({u"state"_s});
+    const SlatectlOutcome outcome = run({u"state"_s});
     QCOMPARE(outcome.status, 2);
     QCOMPARE(outcome.output, QByteArray());
     QCOMPARE(outcome.errors.count('\n'), 1);
@@ -396,87 +382,36 @@ void tst_Slatectl::deviceThatGoes()
 void tst_Slatectl::quitFasterThanItsAnswer()
 {
     m_answer = [this](const Reply &) { QTimer::singleShot(0, this, [this] { m_server.reset(); }); };
-    const Outcome outcome = run({u"quit"_s});
+    const SlatectlOutcome outcome = run({u"quit"_s});
     QCOMPARE(outcome.status, 0);
     QCOMPARE(outcome.errors, QByteArray());
 }
 
-void tst_Slatectl::screenshot_data()
+void tst_Slatectl::followBeginsWithWhatIsThere()
 {
-    QTest::addColumn<int>("orientation");
-    QTest::addColumn<QSize>("size");
-    QTest::addColumn<QPoint>("dark"); ///< where the glass's top left pixel is for the user
-
-    QTest::newRow("not turned") << 0 << QSize(30, 20) << QPoint(0, 0);
-    QTest::newRow("turned by 90 degrees") << 1 << QSize(20, 30) << QPoint(0, 29);
-    QTest::newRow("turned by 270 degrees") << 2 << QSize(20, 30) << QPoint(19, 0);
-    QTest::newRow("turned by 180 degrees") << 3 << QSize(30, 20) << QPoint(29, 19);
-}
-
-void tst_Slatectl::screenshot()
-{
-    QFETCH(int, orientation);
-    QFETCH(QSize, size);
-    QFETCH(QPoint, dark);
-
-    const auto writer = PanelWriter::create({.size = {30, 20}}, m_runFolder + u"/panel"_s, nullptr);
+    const auto writer = PanelWriter::create({.size = {30, 20}}, m_place->runFolder() + u"/panel"_s, nullptr);
     QVERIFY(writer);
     writer->beginWrite();
-    writer->header().orientation = std::uint32_t(orientation);
-    writer->pixels()[0] = 17;
+    writer->header().refreshNumber = 7;
+    writer->header().orientation = 1;
     writer->endWrite();
-
-    const QString file = m_folder->filePath(u"picture without a suffix"_s);
-    const Outcome outcome = run({u"screenshot"_s, file});
-    QCOMPARE(outcome.errors, QByteArray());
-    QCOMPARE(outcome.status, 0);
-    const QJsonObject told = QJsonDocument::fromJson(outcome.output).object();
-    QCOMPARE(told,
-             (QJsonObject{{u"file"_s, file}, {u"width"_s, size.width()}, {u"height"_s, size.height()}}));
-    QVERIFY(m_requests.isEmpty()); // by the client alone
-
-    const QImage picture(file, "png");
-    QCOMPARE(picture.size(), size);
-    for (int y = 0; y < size.height(); ++y) {
-        for (int x = 0; x < size.width(); ++x)
-            QCOMPARE(qGray(picture.pixel(x, y)), QPoint(x, y) == dark ? 17 : 255);
-    }
-}
-
-void tst_Slatectl::screenshotWithoutDevice()
-{
-    const auto writer = PanelWriter::create({.size = {30, 20}}, m_runFolder + u"/panel"_s, nullptr);
-    m_server.reset(); // the panel that a killed device leaves behind shows nothing that is
-    const QString file = m_folder->filePath(u"a.png"_s);
-    QCOMPARE(run({u"screenshot"_s, file}).status, 2);
-    QVERIFY(!QFile::exists(file));
-}
-
-void tst_Slatectl::screenshotWithoutPanel()
-{
-    const QString file = m_folder->filePath(u"a.png"_s);
-    const Outcome outcome = run({u"screenshot"_s, file});
-    QCOMPARE(outcome.status, 2);
-    QCOMPARE(outcome.errors.count('\n'), 1);
-    QVERIFY(!QFile::exists(file));
-}
-
-void tst_Slatectl::screenshotThatCannotBeWritten()
-{
-    const auto writer = PanelWriter::create({.size = {30, 20}}, m_runFolder + u"/panel"_s, nullptr);
-    QVERIFY(writer);
-    const QString file = m_folder->filePath(u"none/a.png"_s);
-    const Outcome outcome = run({u"screenshot"_s, file});
-    QCOMPARE(outcome.status, 2);
-    QCOMPARE(outcome.output, QByteArray());
-    QCOMPARE(outcome.errors.count('\n'), 1);
-    QVERIFY2(outcome.errors.contains(QFile::encodeName(file)), outcome.errors.constData());
+    QProcess program;
+    program.start(SlatectlPlace::program(), {u"follow"_s});
+    QTRY_VERIFY(program.canReadLine());
+    QCOMPARE(program.readLine(),
+             QByteArray("{\"event\":\"refresh\",\"height\":20,\"missed\":0,\"mode\":\"full\",\"number\":7,"
+                        "\"width\":30,\"x\":0,\"y\":0}\n"));
+    m_server->announce({{u"event"_s, u"changed"_s}}); // it follows already
+    QTRY_VERIFY(program.canReadLine());
+    QCOMPARE(program.readLine(), QByteArray("{\"event\":\"changed\"}\n"));
+    program.kill();
+    program.waitForFinished();
 }
 
 void tst_Slatectl::follow()
 {
     QProcess program;
-    program.start(QCoreApplication::applicationDirPath() + u"/../../bin/slatectl"_s, {u"follow"_s});
+    program.start(SlatectlPlace::program(), {u"follow"_s});
     QByteArray lines;
     const auto read = [&](qsizetype count) {
         return QTest::qWaitFor(

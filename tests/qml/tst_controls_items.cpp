@@ -2,10 +2,10 @@
 
 #include <facts.h>
 
+#include "accessible_items.h"
 #include "panel_application.h"
 #include "qml_scene.h"
 
-#include <QAccessible>
 #include <QSignalSpy>
 
 using namespace lindenreed::device;
@@ -54,21 +54,6 @@ private:
 };
 
 namespace {
-
-QAccessibleInterface *accessible(QQuickItem *item)
-{
-    return QAccessible::queryAccessibleInterface(item);
-}
-
-bool pressByAccessibility(QQuickItem *item)
-{
-    QAccessibleInterface *interface = accessible(item);
-    QAccessibleActionInterface *actions = interface ? interface->actionInterface() : nullptr;
-    if (!actions || !actions->actionNames().contains(QAccessibleActionInterface::pressAction()))
-        return false;
-    actions->doAction(QAccessibleActionInterface::pressAction());
-    return true;
-}
 
 /// The bounding rectangle of everything that is darker than `limit`.
 QRect ink(const QImage &picture, int limit = 128)

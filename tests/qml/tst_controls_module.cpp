@@ -82,18 +82,31 @@ void tst_ControlsModule::names_data()
         "property var used: GlobalValues.defaultMenuMargin",
         "property var used: FontStyles.BodyS",
         "property var used: DeviceInfoProvider.isTouchDevice",
+        "AdvancedTextInput {}",
         "AutoReloadImage {}",
         "BitmapButton {}",
+        "ComboBox {}",
+        "ContextMenu {}",
+        "DialogContainer {}",
+        "DialogFooter {}",
         "DottedSeparator {}",
+        "Frontlight {}",
+        "GroupSelectionPanel {}",
         "InfoMessage {}",
         "LoaderNoSleep {}",
+        "RoundedCornerButtonContainer {}",
+        "ScrollIndicator {}",
+        "SettingsBitmapTextSwitcher {}",
+        "SettingsBitmapTextTextButton {}",
         "StyledText {}",
+        "TextButton {}",
     };
     for (const QByteArray &use : uses) {
         for (const QByteArray version : {"1.0", "2.0"})
             QTest::addRow("%s in %s", use.constData(), version.constData()) << use << version;
     }
-    QTest::newRow("AppHeader in 2.0") << QByteArray("AppHeader {}") << QByteArray("2.0");
+    for (const QByteArray use : {"AppHeader {}", "Breadcrumbs {}", "ScrollAssistant {}"})
+        QTest::addRow("%s in 2.0", use.constData()) << use << QByteArray("2.0");
 }
 
 void tst_ControlsModule::names()

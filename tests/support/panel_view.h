@@ -1,6 +1,9 @@
-// Looking at the panel of the running device, as other processes do. Needs the library remote.
+// Looking at the panel of the running device, as other processes do. Needs the library remote and
+// Qt6::Network.
 
 #pragma once
+
+#include "panel_remote.h"
 
 #include <panel_file.h>
 
@@ -38,17 +41,14 @@ inline quint64 refreshNumber()
     return snapshot().header.refreshNumber;
 }
 
-/// Waits until nothing is refreshed for 150 ms, which is longer than a window needs to draw what it has to
-/// draw.
+/// Waits until the device has nothing left to do: no window has anything to draw, no refresh is to come, no
+/// finger is down.
 inline bool waitUntilStill()
 {
-    for (int tries = 0; tries < 100; ++tries) {
-        const quint64 before = refreshNumber();
-        QTest::qWait(150);
-        if (refreshNumber() == before)
-            return true;
-    }
-    return false;
+    PanelRemote remote;
+    return remote.ask(QStringLiteral("idle"), {{QStringLiteral("ms"), 60}}, 40'000)
+        .value(QStringLiteral("ok"))
+        .toBool();
 }
 
 } // namespace panel_view

@@ -2,6 +2,8 @@
 // device.
 
 #include <boardconf.h>
+#include <shared_tools/filesystem.h>
+#include <shared_tools/human_string_utility.h>
 #include <slateview.h>
 #include <slateview_testing.h>
 
@@ -64,9 +66,16 @@ bool oneRound(std::vector<unsigned char> &picture)
     log::line(4, "file", 1, "function", "line");
 
     const bool journalIsRight = !journal::entries().isEmpty();
-    const bool mediaAreRight = facts().cardPresent == cardIsIn && facts().usbPresent == usbIsIn;
+    const bool mediaAreRight = facts().cardPresent == cardIsIn && facts().usbPresent == usbIsIn
+        && lindenreed::system::filesystem::IsSDCardMounted("/mnt/ext2") == cardIsIn
+        && (isUsbStorMounted() != 0) == usbIsIn;
+
+    using lindenreed::utilities::HumanStringUtility;
+    char size[64];
+    const bool sizeIsRight = HumanStringUtility::HumanSizeWithPrecision(size, sizeof size, 3, 512, false) == 6
+        && std::strcmp(size, "1.5 KB") == 0;
     return sizesAreRight && boardIsRight && (inverted == 0 || inverted == 1) && textsAreRight
-        && std::strcmp(time, "June") == 0 && themeIsRight && journalIsRight && mediaAreRight;
+        && std::strcmp(time, "June") == 0 && themeIsRight && journalIsRight && mediaAreRight && sizeIsRight;
 }
 
 /// Thousands of log lines are of no use to anybody: standard error leads nowhere as long as this lives.

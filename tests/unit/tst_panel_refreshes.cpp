@@ -6,6 +6,7 @@
 
 #include <device.h>
 
+#include <QMouseEvent>
 #include <QPaintEvent>
 #include <QPainter>
 #include <QRasterWindow>
@@ -30,7 +31,12 @@ public:
     }
     void setGrey(int grey) { m_grey = grey; }
 
+    bool pressed = false;
+    int greyAtRelease = -1; ///< of the screen's pixel 150, 150, when a finger was lifted
+
 protected:
+    void mousePressEvent(QMouseEvent *) override { pressed = true; }
+    void mouseReleaseEvent(QMouseEvent *) override { greyAtRelease = panel_view::greyAt(150, 150); }
     void paintEvent(QPaintEvent *event) override
     {
         QPainter(this).fillRect(event->rect(), QColor(m_grey, m_grey, m_grey));
@@ -101,7 +107,7 @@ void tst_PanelRefreshes::init()
 void tst_PanelRefreshes::nothingDrawnNothingRefreshed()
 {
     const quint64 before = panel_view::refreshNumber();
-    QTest::qWait(100);
+    QVERIFY(PanelRemote().ask(u"idle"_s, {{u"ms"_s, 100}}, 40'000).value(u"ok"_s).toBool());
     QCOMPARE(panel_view::refreshNumber(), before);
 }
 
@@ -244,22 +250,28 @@ void tst_PanelRefreshes::fastModeStaysWhileDrawingGoesOn()
     QElapsedTimer time;
     time.start();
     while (time.elapsed() < 600) {
+        const quint64 before = panel_view::refreshNumber();
         m_window.update(QRect(110, 65, 10, 10));
-        QTest::qWait(50);
+        QTRY_VERIFY(panel_view::refreshNumber() > before);
         QCOMPARE(panel_view::greyAt(250, 250), 255);
     }
+    time.start();
     QTRY_COMPARE(panel_view::greyAt(250, 250), 0x88);
+    QVERIFY(time.elapsed() >= 200); // 250 ms after the last drawing, which was a moment ago
 }
 
 void tst_PanelRefreshes::fastModeStaysWhileAFingerIsDown()
 {
     PanelRemote remote;
+    m_window.pressed = false;
     remote.send(u"hold"_s, {{u"x"_s, 400}, {u"y"_s, 700}, {u"ms"_s, 700}});
-    QTest::qWait(100); // down by now
+    QTRY_VERIFY(m_window.pressed);
+    QElapsedTimer time;
+    time.start();
     screen().useFastMode(QRect(100, 100, 200, 200));
-    QTest::qWait(400);
-    QCOMPARE(panel_view::greyAt(150, 150), 255);
     QVERIFY(remote.nextLine().value(u"ok"_s).toBool());
+    QVERIFY(time.elapsed() > 300); // the rest of 250 ms was over before the finger was lifted
+    QCOMPARE(m_window.greyAtRelease, 255);
     QTRY_COMPARE(panel_view::greyAt(150, 150), 0x88);
 }
 

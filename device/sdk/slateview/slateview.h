@@ -2,7 +2,7 @@
  *
  * Strings and formats are UTF-8. "Any thread" is said where it holds, all else is for the main thread.
  * Strings that are returned live for ever, except that a key without a text comes back as the caller's own
- * pointer.
+ * pointer. Only what EnumFontsEx returns is given back.
  *
  * Before the device has started (which the platform plug-in does while the application object is made)
  * setters do nothing and other calls give their neutral value: 0, null, the key itself; the size of the
@@ -104,6 +104,12 @@ const sv_framebuffer_info *GetTaskFramebufferInfo(int task);
 /* Hands a file to the device's own viewer. `parameters` may be null. 1: taken. */
 int OpenBook(const char *path, const char *parameters, int flags);
 
+/* --- storages
+ * -------------------------------------------------------------------------------------------------- */
+
+/* Not 0 while a USB mass-storage device is in, at "/mnt/ext3". Any thread. */
+int isUsbStorMounted(void);
+
 /* --- texts
  * ----------------------------------------------------------------------------------------------------- */
 
@@ -123,6 +129,18 @@ void GetLangTime(char *buffer, int size, const char *format, const struct tm *ti
 int GetThemeInt(const char *name, int fallback);
 /* Family name of the device's font for a use; 5 is the interface's own. Null without a QGuiApplication. */
 const char *sv_get_default_font(int use);
+/* The faces of the fonts that can write the device language: four at most of each family, those of one family
+ * beside each other, families in the order of the alphabet. The record whose family is null ends the array;
+ * there is none before it without a QGuiApplication. The caller gives the array back. */
+typedef struct
+{
+    const char *family;
+    int style; /* 0 regular, 1 italic, 2 bold, 3 bold italic */
+    const char *face; /* name of the face, such as "Noto Sans Bold" */
+} sv_font;
+sv_font *EnumFontsEx(void);
+/* Gives back what EnumFontsEx returned, with all its names. */
+void FreeFontsForSort(sv_font *fonts);
 /* What this device was built for: kind of localisation, number of the partner. */
 int GetSoftwareLocalizationType(void);
 int GetCustomizedPartner(void);

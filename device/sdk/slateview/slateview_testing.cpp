@@ -23,6 +23,7 @@ void reset(Device &device)
     device.previousOrientation.reset();
     device.localizationType = 0;
     device.customizedPartner = 0;
+    device.fonts.reset();
     facts().colourMask = device.profile.colourMask;
     journal::forget();
 }
@@ -48,6 +49,10 @@ DeviceForTest::DeviceForTest(const QString &profile)
 
 DeviceForTest::~DeviceForTest()
 {
+    if (m_mounted) {
+        facts().cardPresent = m_mounted->first;
+        facts().usbPresent = m_mounted->second;
+    }
     if (Device *const running = Device::instance())
         reset(*running);
     if (m_started)
@@ -87,6 +92,19 @@ bool DeviceForTest::fire(const QByteArray &timer)
     while (!ran && Device::instance() && !patience.hasExpired())
         QCoreApplication::processEvents(QEventLoop::AllEvents, 10);
     return ran || !Device::instance();
+}
+
+void DeviceForTest::setFonts(const QList<FontRecord> &fonts)
+{
+    Device::instance()->fonts = fonts;
+}
+
+void DeviceForTest::setMounted(bool card, bool usb)
+{
+    if (!m_mounted)
+        m_mounted = {facts().cardPresent, facts().usbPresent};
+    facts().cardPresent = card;
+    facts().usbPresent = usb;
 }
 
 void DeviceForTest::setColourMask(int mask)

@@ -2,6 +2,7 @@
 
 #pragma once
 
+#include <font_record.h>
 #include <journal.h>
 
 #include <QByteArrayList>
@@ -9,6 +10,7 @@
 #include <QString>
 
 #include <optional>
+#include <utility>
 
 namespace lindenreed::device {
 
@@ -29,12 +31,16 @@ public:
     void send(int type, int par1 = 0, int par2 = 0); ///< a device event, delivered before it returns
     bool fire(const QByteArray &timer); ///< lets a hard timer run out and waits until its callback has run;
                                         ///< false: none pending
+    void setFonts(const QList<FontRecord> &fonts); ///< what EnumFontsEx() returns
     void setColourMask(int mask);
     void setLocalization(int type, int partner);
+    /// What the mount tests say, without an event; its end puts back what was so before.
+    void setMounted(bool card, bool usb);
     void setPreviousOrientation(std::optional<int> orientation);
 
 private:
     bool m_started = false;
+    std::optional<std::pair<bool, bool>> m_mounted; ///< card and USB as they are
 };
 
 } // namespace lindenreed::device

@@ -1,4 +1,4 @@
-// Texts, theme, fonts and customisation.
+// Texts, theme and customisation.
 
 #include "slateview.h"
 
@@ -7,12 +7,7 @@
 #include <texts.h>
 #include <theme.h>
 
-#include <QFontDatabase>
-#include <QFontInfo>
-#include <QGuiApplication>
-
 #include <algorithm>
-#include <string>
 
 using namespace lindenreed::device;
 using namespace lindenreed::device::sdk;
@@ -45,25 +40,6 @@ void GetLangTime(char *buffer, int size, const char *format, const struct tm *ti
 int GetThemeInt(const char *name, int fallback)
 {
     return answer("GetThemeInt", name ? theme::integer(name, fallback) : fallback, name, fallback);
-}
-
-const char *sv_get_default_font(int use)
-{
-    const char *family = nullptr;
-    // Fonts need the application object of windows; one that has none uses no font.
-    if (device() && qobject_cast<QGuiApplication *>(QCoreApplication::instance())) {
-        // Every use is the interface's own font: this device has no other. Kept for the caller, who does not
-        // free it.
-        static const std::string *const found = [] {
-            const QString preferred = QStringLiteral("Noto Sans");
-            const QString name = QFontDatabase::hasFamily(preferred)
-                ? preferred
-                : QFontInfo(QFontDatabase::systemFont(QFontDatabase::GeneralFont)).family();
-            return new std::string(name.toStdString());
-        }();
-        family = found->c_str();
-    }
-    return answer("sv_get_default_font", family, use);
 }
 
 int GetSoftwareLocalizationType(void)

@@ -1,0 +1,83 @@
+#include "file_reloader.h"
+
+#include <QFileInfo>
+#include <QFileSystemWatcher>
+
+namespace lindenreed::device {
+
+namespace {
+
+constexpr int settleTime = 200; // milliseconds without a change, after which a file is taken for written
+
+} // namespace
+
+FileReloader::FileReloader(QObject *parent)
+    : QObject(parent)
+{
+    m_settled.setSingleShot(true);
+    m_settled.setInterval(settleTime);
+    connect(&m_settled, &QTimer::timeout, this, &FileReloader::look);
+}
+
+FileReloader::~FileReloader() = default;
+
+void FileReloader::setSource(const QUrl &source)
+{
+    if (m_reloading || source == m_source)
+        return;
+    m_source = source;
+    m_path = source.toLocalFile();
+    m_settled.stop();
+    m_watcher.reset();
+    if (m_path.isEmpty())
+        return;
+    m_shown = stamp();
+    m_watcher = std::make_unique<QFileSystemWatcher>();
+    const auto changed = [this] {
+        watch();
+        m_settled.start();
+    };
+    connect(m_watcher.get(), &QFileSystemWatcher::fileChanged, this, changed);
+    connect(m_watcher.get(), &QFileSystemWatcher::directoryChanged, this, changed);
+    watch();
+}
+
+FileReloader::Stamp FileReloader::stamp() const
+{
+    const QFileInfo file(m_path);
+    return file.isFile() ? Stamp{file.size(), file.lastModified()} : Stamp();
+}
+
+void FileReloader::watch()
+{
+    // The folder tells of a file that comes or is replaced, the file of one that is written in place.
+    const QFileInfo file(m_path);
+    if (m_watcher->directories().isEmpty() && QFileInfo::exists(file.path()))
+        m_watcher->addPath(file.path());
+    if (m_watcher->files().isEmpty() && file.exists())
+        m_watcher->addPath(m_path);
+}
+
+void FileReloader::look()
+{
+    const Stamp now = stamp();
+    if (now == m_shown || now == Stamp())
+        return;
+    m_shown = now;
+    reload();
+}
+
+void FileReloader::reload()
+{
+    if (!m_image)
+        return;
+    // Written as properties, not by QML: bindings of the screen stay in force. The cache knows pictures by
+    // their name alone, so a file that changes is read past it from now on.
+    m_reloading = true;
+    m_image->setProperty("source", QUrl());
+    m_image->setProperty("cache", false);
+    m_image->setProperty("source", m_source);
+    m_reloading = false;
+}
+
+} // namespace lindenreed::device

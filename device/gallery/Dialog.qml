@@ -1,0 +1,22 @@
+// A dialog with a question and its footer.
+import QtQuick 2.12
+import com.lindenreed.controls 1.0
+
+DialogContainer {
+    anchors.fill: parent
+    title: "Delete"
+    dialogWidth: Math.min(GlobalValues.confirmationDialogWidth, width - 2 * GlobalValues.separatorSideOffset)
+
+    StyledText {
+        width: parent.width
+        padding: GlobalValues.dialogSidePadding
+        wrapMode: Text.Wrap
+        styledFont: FontStyles.BodyL
+        text: "Delete the playlist “Garden in spring”? Its pictures stay where they are."
+    }
+    DialogFooter {
+        width: parent.width
+        applyTitle: "Delete"
+        isUppercase: true
+    }
+}

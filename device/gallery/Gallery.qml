@@ -1,0 +1,53 @@
+// The window: one page at a time, stepped by the device's keys.
+import QtQuick 2.12
+import QtQuick.Window 2.12
+import com.lindenreed.controls 1.0
+
+Window {
+    id: gallery
+
+    readonly property var pages: [
+        "Types", "Icons", "Buttons", "Rows", "Inputs", "Lists", "ComboBoxes", "ComboBoxOpen", "MenuWithIcons",
+        "MenuWithRadioButtons", "Dialog", "Message"
+    ]
+    property int page: 0
+
+    function step(pages: int): void {
+        page = (page + pages + gallery.pages.length) % gallery.pages.length
+    }
+
+    width: Screen.width
+    height: Screen.desktopAvailableHeight
+    visible: true
+    color: GlobalValues.defaultBackgroundColor
+    title: pages[page]
+
+    // Shortcuts, and no keys of an item: a menu or a dialog takes the focus.
+    Shortcut {
+        sequence: "PgDown"
+        onActivated: gallery.step(1)
+    }
+    Shortcut {
+        sequence: "PgUp"
+        onActivated: gallery.step(-1)
+    }
+
+    Loader {
+        anchors.fill: parent
+        source: {
+            switch (gallery.title) {
+            case "ComboBoxOpen":
+                return "ComboBoxes.qml"
+            case "MenuWithIcons":
+            case "MenuWithRadioButtons":
+                return "Menu.qml"
+            default:
+                return gallery.title + ".qml"
+            }
+        }
+        onLoaded: {
+            if (item.variant !== undefined)
+                item.variant = Qt.binding(() => gallery.title)
+        }
+    }
+}

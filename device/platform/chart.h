@@ -1,0 +1,15 @@
+// A test chart for a panel and what drives it.
+
+#pragma once
+
+#include <QImage>
+#include <QSize>
+
+namespace lindenreed::device {
+
+/// Format_Grayscale8. The upper three quarters are four rows of four patches, the 16 greys of a panel from
+/// black at the top left to white at the bottom right; below them a ramp from black to white, diffused to the
+/// same greys.
+QImage drawChart(QSize size);
+
+} // namespace lindenreed::device

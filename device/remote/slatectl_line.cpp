@@ -1,0 +1,79 @@
+#include "slatectl_line.h"
+
+namespace lindenreed::remote {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+bool isText(const Command &command, qsizetype position)
+{
+    if (position >= command.words.size())
+        return false;
+    const WordKind kind = command.words.at(position).kind;
+    return kind == WordKind::Text || kind == WordKind::NameOrId;
+}
+
+/// Whether `word` is an option, which then is in `line`, with its value from `following`; else what is wrong
+/// with it is in `error`.
+bool takeOption(const QString &word, QStringList *following, CommandLine *line, QString *error)
+{
+    if (word == "--help"_L1 || word == "-h"_L1) {
+        line->help = true;
+        return true;
+    }
+    QString root;
+    if (word.startsWith("--root="_L1)) {
+        root = word.sliced(qsizetype(qstrlen("--root=")));
+    } else if (word == "--root"_L1) {
+        if (!following->isEmpty())
+            root = following->takeFirst();
+    } else {
+        return false;
+    }
+    if (root.isEmpty())
+        *error = u"--root needs a folder; see slatectl --help."_s;
+    else if (line->root)
+        *error = u"--root is there twice."_s;
+    line->root = root;
+    return true;
+}
+
+} // namespace
+
+std::optional<CommandLine> readCommandLine(const QStringList &words, QString *error)
+{
+    CommandLine line;
+    QStringList rest = words;
+    QStringList ofTheCommand;
+    QString complaint;
+    while (!rest.isEmpty() && complaint.isEmpty() && !line.help) {
+        const QString word = rest.takeFirst();
+        if (line.command && isText(*line.command, ofTheCommand.size())) {
+            ofTheCommand.append(word);
+        } else if (takeOption(word, &rest, &line, &complaint)) {
+            continue;
+        } else if (line.command) {
+            ofTheCommand.append(word);
+        } else if (word.startsWith(u'-')) {
+            complaint = u"There is no option %1; see slatectl --help."_s.arg(word);
+        } else if (line.command = findCommand(word); !line.command) {
+            complaint = u"There is no command \"%1\"; see slatectl --help."_s.arg(word);
+        }
+    }
+    if (complaint.isEmpty() && line.help)
+        return line;
+    if (complaint.isEmpty() && !line.command)
+        complaint = u"Which command? See slatectl --help."_s;
+    if (complaint.isEmpty()) {
+        if (const std::optional<QJsonObject> members = readWords(*line.command, ofTheCommand, &complaint)) {
+            line.members = *members;
+            return line;
+        }
+        complaint = u"%1: %2."_s.arg(line.command->name, complaint);
+    }
+    *error = complaint;
+    return std::nullopt;
+}
+
+} // namespace lindenreed::remote

@@ -1,0 +1,214 @@
+// The ends of a show: by signals, by a launcher that is killed; what they give back and what they leave.
+
+#include "launcher_run.h"
+
+#include <control_client.h>
+#include <panel_file.h>
+#include <run_folder.h>
+
+#include <QDir>
+#include <QFileInfo>
+#include <QJsonObject>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <csignal>
+#include <memory>
+#include <optional>
+
+using namespace Qt::StringLiterals;
+using lindenreed::remote::ControlClient;
+using lindenreed::remote::PanelHeader;
+
+namespace {
+
+/// A process and all that it has started.
+QList<int> family(int process)
+{
+    QList<int> found{process};
+    for (qsizetype i = 0; i < found.size(); ++i) {
+        const QByteArray children = fileContent(u"/proc/%1/task/%1/children"_s.arg(found.at(i)));
+        for (const QByteArray &child : children.simplified().split(' ')) {
+            if (!child.isEmpty())
+                found.append(child.toInt());
+        }
+    }
+    return found;
+}
+
+bool isAlive(int process)
+{
+    const QByteArray state = fileContent(u"/proc/%1/stat"_s.arg(process));
+    return !state.isEmpty() && !state.contains(") Z ");
+}
+
+/// The panel's header, also when the file has no name any more.
+class KeptPanel
+{
+public:
+    explicit KeptPanel(const QString &path)
+        : m_file(path)
+    {
+        if (m_file.open(QIODevice::ReadOnly))
+            m_header = reinterpret_cast<const PanelHeader *>(m_file.map(0, sizeof(PanelHeader)));
+    }
+    const PanelHeader *header() const { return m_header; }
+
+private:
+    QFile m_file;
+    const PanelHeader *m_header = nullptr;
+};
+
+constexpr quint32 lightOn = 4; // of the header's flags
+
+} // namespace
+
+class tst_ShowEnds : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init();
+    void cleanup();
+    void signalsDuringAShow_data();
+    void signalsDuringAShow();
+    void killedProgram();
+    void killedLauncher();
+    void killedTemporaryDevice();
+
+private:
+    bool startShow(QProcess &launcher, const QStringList &options);
+    QString runFolder(const QString &root) const
+    {
+        qputenv("XDG_RUNTIME_DIR", QFile::encodeName(m_place->runtimeFolder()));
+        return lindenreed::remote::runFolderOf(root, nullptr).value_or(QString());
+    }
+
+    std::unique_ptr<QTemporaryDir> m_folder;
+    std::unique_ptr<LauncherPlace> m_place;
+    QString m_root;
+    std::optional<ControlClient> m_client;
+    std::unique_ptr<KeptPanel> m_panel;
+};
+
+void tst_ShowEnds::init()
+{
+    m_folder = std::make_unique<QTemporaryDir>();
+    m_place = std::make_unique<LauncherPlace>(m_folder->path());
+    m_root = m_place->path(u"device"_s);
+}
+
+void tst_ShowEnds::cleanup()
+{
+    m_client.reset();
+    m_panel.reset();
+}
+
+/// A show with its light off, where the device's own is on.
+bool tst_ShowEnds::startShow(QProcess &launcher, const QStringList &options)
+{
+    m_place->start(launcher, QStringList{u"--headless"_s, u"--root"_s, m_root} + options);
+    const auto connected = [&] {
+        const QString folder = runFolder(m_root);
+        m_client = folder.isEmpty() ? std::nullopt : ControlClient::connectTo(folder, nullptr);
+        return m_client.has_value();
+    };
+    if (!QTest::qWaitFor(connected, 20'000))
+        return false;
+    const auto does = [&](const QString &command, const QJsonObject &members) {
+        return m_client->ask(command, members).value("ok"_L1).toBool();
+    };
+    if (!does(u"idle"_s, {}))
+        return false;
+    m_panel = std::make_unique<KeptPanel>(runFolder(m_root) + u"/panel"_s);
+    const PanelHeader *header = m_panel->header();
+    return header && header->brightness == 40 && (header->flags & lightOn) != 0
+        && does(u"press"_s, {{u"name"_s, u"Start playback"_s}}) && does(u"idle"_s, {})
+        && header->brightness == 0 && (header->flags & lightOn) == 0;
+}
+
+void tst_ShowEnds::signalsDuringAShow_data()
+{
+    QTest::addColumn<int>("number");
+
+    QTest::newRow("SIGTERM") << SIGTERM;
+    QTest::newRow("SIGINT") << SIGINT;
+    QTest::newRow("SIGHUP") << SIGHUP;
+}
+
+void tst_ShowEnds::signalsDuringAShow()
+{
+    QFETCH(int, number);
+
+    QProcess launcher;
+    QVERIFY(startShow(launcher, {}));
+    const QList<int> processes = family(int(launcher.processId()));
+    QVERIFY(processes.size() >= 3); // launcher, sandbox, program
+    ::kill(pid_t(launcher.processId()), number);
+    QCOMPARE(LauncherPlace::end(launcher).status, 0);
+
+    QCOMPARE(m_panel->header()->brightness, 40U);
+    QVERIFY((m_panel->header()->flags & lightOn) != 0);
+    for (const int process : processes)
+        QTRY_VERIFY(!isAlive(process));
+    QCOMPARE(m_place->leftovers(), QStringList());
+    QCOMPARE(m_place->run({u"--root"_s, m_root, u"--headless"_s, u"--"_s, u"true"_s}).status, 0);
+}
+
+void tst_ShowEnds::killedProgram()
+{
+    QProcess launcher;
+    QVERIFY(startShow(launcher, {}));
+    const QList<int> processes = family(int(launcher.processId()));
+    ::kill(processes.constLast(), SIGKILL);
+    QCOMPARE(LauncherPlace::end(launcher).status, 128 + SIGKILL);
+    for (const int process : processes)
+        QTRY_VERIFY(!isAlive(process));
+    QCOMPARE(m_place->leftovers(), QStringList());
+}
+
+void tst_ShowEnds::killedLauncher()
+{
+    QVERIFY(writeFile(m_place->path(u"Holiday/a.jpg"_s), "a"));
+    QProcess launcher;
+    QVERIFY(startShow(launcher, {u"--photos"_s, m_place->path(u"Holiday"_s)}));
+    const QList<int> processes = family(int(launcher.processId()));
+    QVERIFY(processes.size() >= 3);
+    launcher.kill();
+    QVERIFY(launcher.waitForFinished());
+    for (const int process : processes)
+        QTRY_VERIFY(!isAlive(process));
+
+    // Nothing is locked, and the next start takes away what is left.
+    QProcess next;
+    QVERIFY(startShow(next, {}));
+    QVERIFY(!QFileInfo::exists(m_root + u"/mnt/ext1/Photo/Holiday"_s));
+    next.terminate();
+    const LauncherEnd end = LauncherPlace::end(next);
+    QCOMPARE(end.status, 0);
+    QCOMPARE(m_place->leftovers(), QStringList());
+    QVERIFY(QFileInfo::exists(m_place->path(u"Holiday/a.jpg"_s)));
+}
+
+void tst_ShowEnds::killedTemporaryDevice()
+{
+    QProcess launcher;
+    m_place->start(launcher, {u"--headless"_s, u"--temporary"_s, u"--samples"_s});
+    const auto folders
+        = [this] { return QDir(m_place->temporaryFolder()).entryList(QDir::Dirs | QDir::NoDotAndDotDot); };
+    QTRY_COMPARE(folders().size(), 1);
+    m_root = m_place->temporaryFolder() + u'/' + folders().constFirst();
+    QTRY_VERIFY(QFileInfo::exists(runFolder(m_root) + u"/control"_s));
+    const QList<int> processes = family(int(launcher.processId()));
+    launcher.kill();
+    QVERIFY(launcher.waitForFinished());
+    for (const int process : processes)
+        QTRY_VERIFY(!isAlive(process));
+    QCOMPARE(m_place->leftovers().size(), 2);
+
+    QCOMPARE(m_place->runScript(u":"_s).status, 0);
+    QCOMPARE(m_place->leftovers(), QStringList());
+}
+
+QTEST_GUILESS_MAIN(tst_ShowEnds)
+#include "tst_show_ends.moc"

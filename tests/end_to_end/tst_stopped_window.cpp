@@ -1,0 +1,106 @@
+// A window that stops reading, during a show: the device goes on and does not grow.
+
+#include "launcher_run.h"
+
+#include "control_client.h"
+#include "run_folder.h"
+
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <csignal>
+
+using namespace Qt::StringLiterals;
+using lindenreed::remote::ControlClient;
+
+namespace {
+
+constexpr int pictureChanges = 120;
+constexpr qint64 growthLimitKb = 6 * 1024; ///< an unread refresh of every change as a picture would be 90 MB
+
+/// The children of a process, however deep, that run a program of this name; 0: none.
+qint64 findDescendant(qint64 process, const QByteArray &name)
+{
+    const QList<QByteArray> children = fileContent(u"/proc/%1/task/%1/children"_s.arg(process)).split(' ');
+    for (const QByteArray &child : children) {
+        const qint64 id = child.trimmed().toLongLong();
+        if (id == 0)
+            continue;
+        if (fileContent(u"/proc/%1/comm"_s.arg(id)).trimmed() == name.left(15))
+            return id;
+        if (const qint64 found = findDescendant(id, name))
+            return found;
+    }
+    return 0;
+}
+
+qint64 residentKb(qint64 process)
+{
+    for (const QByteArray &line : fileContent(u"/proc/%1/status"_s.arg(process)).split('\n')) {
+        if (line.startsWith("VmRSS:"))
+            return line.sliced(6).trimmed().split(' ').constFirst().toLongLong();
+    }
+    return 0;
+}
+
+} // namespace
+
+class tst_StoppedWindow : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void deviceGoesOn();
+};
+
+void tst_StoppedWindow::deviceGoesOn()
+{
+    const QTemporaryDir folder;
+    LauncherPlace place(folder.path());
+    const QString root = place.path(u"device"_s);
+    QVERIFY(QDir().mkdir(root));
+    qputenv("XDG_RUNTIME_DIR", QFile::encodeName(place.runtimeFolder()));
+    const QString runFolder = lindenreed::remote::runFolderOf(root, nullptr).value_or(QString());
+    place.environment().insert(u"DISPLAY"_s, u":none"_s);
+    place.environment().insert(u"QT_QPA_PLATFORM"_s,
+                               u"offscreen"_s); // of the window alone: the device has its own
+
+    QProcess launcher;
+    place.start(launcher, {u"--root"_s, root});
+    std::optional<ControlClient> client;
+    QTRY_VERIFY_WITH_TIMEOUT((client = ControlClient::connectTo(runFolder, nullptr)), 60'000);
+    const auto does = [&](const QString &command, const QJsonObject &members = {}) {
+        return client->ask(command, members).value("ok"_L1).toBool();
+    };
+    QVERIFY(does(u"idle"_s));
+    qint64 window = 0;
+    QTRY_VERIFY((window = findDescendant(launcher.processId(), "slate-window")) > 0);
+    const qint64 program = findDescendant(launcher.processId(), "picture_stand");
+    QVERIFY(program > 0);
+    QVERIFY(does(u"tap"_s, {{u"x"_s, 685}, {u"y"_s, 224}})); // plays
+    QVERIFY(does(u"idle"_s));
+
+    const auto change = [&](int times) {
+        for (int i = 0; i < times; ++i) {
+            if (!does(u"fire"_s, {{u"name"_s, u"nextImageEvent"_s}}) || !does(u"idle"_s, {{u"ms"_s, 0}}))
+                return false;
+        }
+        return true;
+    };
+    QVERIFY(change(20)); // every cache has what it will have
+    QCOMPARE(::kill(pid_t(window), SIGSTOP), 0);
+    const qint64 before = residentKb(program);
+    QVERIFY(before > 0);
+    QVERIFY(change(pictureChanges));
+    const qint64 grown = residentKb(program) - before;
+    QVERIFY2(grown < growthLimitKb, qPrintable(u"%1 KB"_s.arg(grown)));
+
+    QCOMPARE(::kill(pid_t(window), SIGCONT), 0);
+    QVERIFY(does(u"quit"_s));
+    QCOMPARE(LauncherPlace::end(launcher).status, 0);
+}
+
+QTEST_GUILESS_MAIN(tst_StoppedWindow)
+#include "tst_stopped_window.moc"

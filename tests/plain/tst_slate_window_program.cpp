@@ -1,0 +1,140 @@
+// slate-window as a program: its command line, and how it begins and ends.
+
+#include "control_server.h"
+#include "panel_file.h"
+
+#include <QProcess>
+#include <QTemporaryDir>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+using namespace lindenreed::remote;
+
+class tst_SlateWindowProgram : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init();
+
+    void help_data();
+    void help();
+    void usage_data();
+    void usage();
+    void noDisplay();
+    void staysWhenTheDeviceHasGone();
+
+private:
+    void start(QProcess *window, const QStringList &arguments);
+
+    std::unique_ptr<QTemporaryDir> m_folder;
+    QProcessEnvironment m_environment; ///< without any display
+};
+
+void tst_SlateWindowProgram::init()
+{
+    m_folder = std::make_unique<QTemporaryDir>();
+    m_environment = QProcessEnvironment::systemEnvironment();
+    for (const QString &name : {u"DISPLAY"_s, u"WAYLAND_DISPLAY"_s, u"QT_QPA_PLATFORM"_s})
+        m_environment.remove(name);
+    m_environment.insert(u"XDG_RUNTIME_DIR"_s, m_folder->path());
+}
+
+void tst_SlateWindowProgram::start(QProcess *window, const QStringList &arguments)
+{
+    window->setProcessEnvironment(m_environment);
+    window->start(QCoreApplication::applicationDirPath() + u"/../../bin/slate-window"_s, arguments);
+}
+
+void tst_SlateWindowProgram::help_data()
+{
+    QTest::addColumn<QStringList>("arguments");
+
+    QTest::newRow("long") << QStringList{u"--help"_s};
+    QTest::newRow("short") << QStringList{u"-h"_s};
+    QTest::newRow("with a root") << QStringList{u"--root"_s, u"/none"_s, u"--help"_s};
+}
+
+void tst_SlateWindowProgram::help()
+{
+    QFETCH(QStringList, arguments);
+
+    QProcess window;
+    start(&window, arguments);
+    QVERIFY(window.waitForFinished());
+    QCOMPARE(window.exitStatus(), QProcess::NormalExit);
+    QCOMPARE(window.exitCode(), 0);
+    QCOMPARE(window.readAllStandardError(), QByteArray());
+    const QByteArray text = window.readAllStandardOutput();
+    for (const char *word : {"--root DIR", "--run DIR", "--help", "Ctrl+D", "Ctrl+R", "Ctrl+Q"})
+        QVERIFY2(text.contains(word), word);
+}
+
+void tst_SlateWindowProgram::usage_data()
+{
+    QTest::addColumn<QStringList>("arguments");
+
+    QTest::newRow("nothing") << QStringList();
+    QTest::newRow("run without folder") << QStringList{u"--run"_s};
+    QTest::newRow("run with an empty folder") << QStringList{u"--run"_s, QString()};
+    QTest::newRow("unknown option") << QStringList{u"--walk"_s};
+    QTest::newRow("a word") << QStringList{u"--run"_s, u"/tmp"_s, u"word"_s};
+    QTest::newRow("both ways") << QStringList{u"--run"_s, u"/tmp"_s, u"--root"_s, u"/tmp"_s};
+    QTest::newRow("two roots") << QStringList{u"--root"_s, u"/tmp"_s, u"--root"_s, u"/tmp"_s};
+    QTest::newRow("root that is missing") << QStringList{u"--root"_s, u"/none/at/all"_s};
+}
+
+void tst_SlateWindowProgram::usage()
+{
+    QFETCH(QStringList, arguments);
+
+    QProcess window;
+    start(&window, arguments);
+    QVERIFY(window.waitForFinished());
+    QCOMPARE(window.exitStatus(), QProcess::NormalExit);
+    QCOMPARE(window.exitCode(), 2);
+    const QByteArray errors = window.readAllStandardError();
+    QVERIFY2(errors.startsWith("slate-window: "), errors.constData());
+    QCOMPARE(errors.count('\n'), 1);
+}
+
+void tst_SlateWindowProgram::noDisplay()
+{
+    QProcess window;
+    start(&window, {u"--run"_s, m_folder->path()});
+    QVERIFY(window.waitForFinished());
+    QCOMPARE(window.exitStatus(), QProcess::NormalExit);
+    QCOMPARE(window.exitCode(), 2);
+    QCOMPARE(window.readAllStandardError(),
+             QByteArray("slate-window: There is no display: neither DISPLAY nor WAYLAND_DISPLAY is set.\n"));
+}
+
+void tst_SlateWindowProgram::staysWhenTheDeviceHasGone()
+{
+    m_environment.insert(u"QT_QPA_PLATFORM"_s, u"offscreen"_s);
+    const auto panel = PanelWriter::create({.size = {60, 80}}, m_folder->filePath(u"panel"_s), nullptr);
+    QVERIFY(panel);
+    QProcess window;
+    for (int i = 0; i < 2; ++i) { // the next device is found as well
+        ControlServer server;
+        QStringList asked;
+        for (const QString &command : {u"state"_s, u"light"_s}) {
+            server.add(command, {}, [&asked, command](const QJsonObject &, const Reply &reply) {
+                asked.append(command);
+                reply();
+            });
+        }
+        QVERIFY(server.listen(m_folder->filePath(u"control"_s), nullptr));
+        if (i == 0)
+            start(&window, {u"--run"_s, m_folder->path()});
+        QTRY_COMPARE_WITH_TIMEOUT(server.clients(), 2, 30'000);
+        QTRY_COMPARE(asked, (QStringList{u"state"_s, u"light"_s}));
+    }
+    QCOMPARE(window.state(), QProcess::Running);
+    window.terminate();
+    QVERIFY(window.waitForFinished());
+    QCOMPARE(window.readAllStandardError(), QByteArray());
+}
+
+QTEST_GUILESS_MAIN(tst_SlateWindowProgram)
+#include "tst_slate_window_program.moc"

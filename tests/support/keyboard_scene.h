@@ -1,0 +1,113 @@
+// A window with two fields for tests of the device's keyboard, and a finger for its keys.
+
+#pragma once
+
+#include "panel_qml.h"
+#include "panel_remote.h"
+#include "panel_view.h"
+
+#include <QGuiApplication>
+#include <QInputMethod>
+#include <QJsonArray>
+#include <QQuickItem>
+
+/// Fills the screen; below everything lies an area that notes what is tapped. `name` and `number` are fields.
+class KeyboardScene
+{
+public:
+    KeyboardScene()
+        : window(loadWindow(m_engine, qml()))
+    {
+    }
+
+    QQuickItem *item(const char *name) const
+    {
+        return window->findChild<QQuickItem *>(QString::fromLatin1(name));
+    }
+    QString text(const char *field) const { return item(field)->property("text").toString(); }
+    QStringList log() const { return window->property("log").toStringList(); }
+
+    /// The keyboard of the tree, an empty object where it is hidden.
+    QJsonObject keyboard()
+    {
+        const QJsonArray tree = remote.ask(QStringLiteral("tree")).value(QStringLiteral("tree")).toArray();
+        for (const QJsonValue &node : tree) {
+            if (node.toObject().value(QStringLiteral("name")) == QStringLiteral("Keyboard"))
+                return node.toObject();
+        }
+        return {};
+    }
+
+    QJsonObject key(const QString &name)
+    {
+        const QJsonArray keys = keyboard().value(QStringLiteral("children")).toArray();
+        for (const QJsonValue &key : keys) {
+            if (key.toObject().value(QStringLiteral("name")) == name)
+                return key.toObject();
+        }
+        return {};
+    }
+
+    static QRect rectangleOf(const QJsonObject &node)
+    {
+        const QJsonObject rectangle = node.value(QStringLiteral("rectangle")).toObject();
+        return QRect(rectangle.value(QStringLiteral("x")).toInt(),
+                     rectangle.value(QStringLiteral("y")).toInt(),
+                     rectangle.value(QStringLiteral("width")).toInt(),
+                     rectangle.value(QStringLiteral("height")).toInt());
+    }
+
+    QPoint middleOf(const QString &name) { return rectangleOf(key(name)).center(); }
+
+    bool tap(const QPoint &place)
+    {
+        return ask(QStringLiteral("tap"),
+                   {{QStringLiteral("x"), place.x()}, {QStringLiteral("y"), place.y()}});
+    }
+    bool tapKey(const QString &name) { return tap(middleOf(name)); }
+    bool pressKey(const QString &name)
+    {
+        return ask(QStringLiteral("press"), {{QStringLiteral("name"), name}});
+    }
+    bool ask(const QString &command, const QJsonObject &members)
+    {
+        return remote.ask(command, members).value(QStringLiteral("ok")).toBool();
+    }
+
+    static bool isOpen() { return QGuiApplication::inputMethod()->isVisible(); }
+    /// In screen pixels.
+    QRect place() const
+    {
+        return QGuiApplication::inputMethod()->keyboardRectangle().toRect().translated(window->position());
+    }
+
+private:
+    static QByteArray qml();
+
+    QQmlEngine m_engine;
+
+public:
+    std::unique_ptr<QQuickWindow> window;
+    PanelRemote remote;
+};
+
+inline QByteArray KeyboardScene::qml()
+{
+    return R"(Window {
+        id: root
+        width: Screen.width; height: Screen.desktopAvailableHeight; visible: true; color: "#888888"
+        property var log: []
+        property rect keyboardRectangle: Qt.inputMethod.keyboardRectangle
+        property bool keyboardVisible: Qt.inputMethod.visible
+        function note(text) { log = log.concat([text]) }
+        function hideKeyboard() { Qt.inputMethod.hide() }
+        MouseArea { anchors.fill: parent; onPressed: root.note("below") }
+        Item { objectName: "plain"; width: 10; height: 10 }
+        TextInput { objectName: "name"; x: 100; y: 20; width: 300; height: 40; onAccepted: root.note("accepted") }
+        TextInput { objectName: "number"; x: 100; y: 100; width: 300; height: 40
+                    inputMethodHints: Qt.ImhDigitsOnly; validator: IntValidator { bottom: 10; top: 500 }
+                    onAccepted: root.note("number accepted") }
+        Loader { objectName: "loader"; x: 100; y: 180; active: false
+                 sourceComponent: TextInput { width: 300; height: 40; focus: true } }
+    })";
+}

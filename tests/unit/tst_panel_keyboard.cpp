@@ -1,0 +1,420 @@
+// The device's keyboard on the screen: when it is open, where it lies, what it covers.
+
+#include "keyboard_scene.h"
+#include "panel_application.h"
+
+#include <device.h>
+#include <texts.h>
+
+#include <QPainter>
+#include <QRasterWindow>
+#include <QScreen>
+#include <QSignalSpy>
+#include <QTimer>
+
+using namespace Qt::StringLiterals;
+using lindenreed::device::Device;
+
+namespace {
+
+constexpr int ground = 0xdd;
+
+/// A window that does not want the focus.
+class GreyWindow : public QRasterWindow
+{
+public:
+    GreyWindow()
+    {
+        setFlags(Qt::Window | Qt::WindowDoesNotAcceptFocus);
+        setGeometry(0, 45, 758, 979);
+        show();
+    }
+
+protected:
+    void paintEvent(QPaintEvent *) override
+    {
+        QPainter(this).fillRect(QRect(QPoint(), size()), QColor(0x33, 0x33, 0x33));
+    }
+};
+
+lindenreed::device::Screen &screen()
+{
+    return Device::instance()->screen;
+}
+
+/// Between the keys.
+int greyOfGround(const QRect &keyboard)
+{
+    return panel_view::greyAt(keyboard.right() - 1, keyboard.bottom() - 1);
+}
+
+} // namespace
+
+class tst_PanelKeyboard : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init();
+    void cleanup();
+    void opensWithTheFocus();
+    void opensByATapOnTheField();
+    void hideKeepsTheFocus();
+    void hidesWithoutAField_data();
+    void hidesWithoutAField();
+    void showWithoutAField();
+    void staysOpenFromFieldToField();
+    void hintsThatChange();
+    void padIsCentred();
+    void followsTurningAndStatusPanel_data();
+    void followsTurningAndStatusPanel();
+    void turnedWhileHidden();
+    void staysAboveOtherWindows();
+    void coversItemsOfTheTree();
+    void keysInTheTree();
+    void hiddenKeysAreRefused();
+    void invertedOverTwoWindows();
+    void turnedOverTwoWindows();
+    void fullRefreshOfTwoWindows();
+    void nothingDrawnWhileOpen();
+    void closingTheWindowEndsTheProgram();
+    void quitWhileOpen();
+    void theApplicationEndsWhileOpen();
+
+private:
+    void open()
+    {
+        m_scene->item("name")->forceActiveFocus();
+        QTRY_VERIFY(KeyboardScene::isOpen());
+        QVERIFY(panel_view::waitUntilStill());
+    }
+
+    std::unique_ptr<KeyboardScene> m_scene;
+};
+
+void tst_PanelKeyboard::init()
+{
+    lindenreed::device::texts::load(u"en"_s);
+    m_scene = std::make_unique<KeyboardScene>();
+    QTRY_COMPARE(QGuiApplication::focusWindow(), m_scene->window.get());
+    QTRY_COMPARE(panel_view::greyAt(700, 900), 0x88);
+}
+
+void tst_PanelKeyboard::cleanup()
+{
+    screen().setOrientation(0);
+    screen().setPanelType(1);
+    screen().setInverted(false);
+    m_scene.reset();
+    QTRY_VERIFY(!KeyboardScene::isOpen());
+    QVERIFY(panel_view::waitUntilStill());
+}
+
+void tst_PanelKeyboard::opensWithTheFocus()
+{
+    const QInputMethod *method = QGuiApplication::inputMethod();
+    QVERIFY(!method->isVisible());
+    QVERIFY(method->keyboardRectangle().isEmpty());
+    const QSignalSpy visible(method, &QInputMethod::visibleChanged);
+    const QSignalSpy rectangle(method, &QInputMethod::keyboardRectangleChanged);
+    open();
+    QCOMPARE(visible.size(), 1);
+    QVERIFY(rectangle.size() > 0);
+    QVERIFY(!method->isAnimating());
+    QVERIFY(m_scene->window->property("keyboardVisible").toBool());
+
+    // Four rows of 124 and five gaps of 8 below a line of 2, on a 300 dpi panel.
+    const QRect place = m_scene->place();
+    QCOMPARE(place, QRect(0, 1024 - 383, 758, 383));
+    QCOMPARE(m_scene->window->property("keyboardRectangle").toRectF(), method->keyboardRectangle());
+    QCOMPARE(greyOfGround(place), ground);
+    QCOMPARE(panel_view::greyAt(400, place.top()), 0); // the line along its edge
+    QCOMPARE(panel_view::greyAt(400, place.top() - 1), 0x88);
+    QCOMPARE(QGuiApplication::focusWindow(), m_scene->window.get());
+    QCOMPARE(QGuiApplication::focusObject(), m_scene->item("name"));
+}
+
+void tst_PanelKeyboard::opensByATapOnTheField()
+{
+    QVERIFY(m_scene->tap({120, 85}));
+    QTRY_VERIFY(KeyboardScene::isOpen());
+    QMetaObject::invokeMethod(m_scene->window.get(), "hideKeyboard");
+    QVERIFY(!KeyboardScene::isOpen());
+    QVERIFY(m_scene->tap({120, 85})); // the field has the focus already
+    QTRY_VERIFY(KeyboardScene::isOpen());
+}
+
+void tst_PanelKeyboard::hideKeepsTheFocus()
+{
+    open();
+    const QSignalSpy visible(QGuiApplication::inputMethod(), &QInputMethod::visibleChanged);
+    QMetaObject::invokeMethod(m_scene->window.get(), "hideKeyboard");
+    QVERIFY(!KeyboardScene::isOpen());
+    QCOMPARE(visible.size(), 1);
+    QVERIFY(m_scene->window->property("keyboardRectangle").toRectF().isEmpty());
+    QVERIFY(m_scene->item("name")->hasActiveFocus());
+    QTRY_COMPARE(panel_view::greyAt(756, 1022), 0x88); // what it covered comes back
+    QVERIFY(panel_view::waitUntilStill());
+    QVERIFY(!KeyboardScene::isOpen());
+}
+
+void tst_PanelKeyboard::hidesWithoutAField_data()
+{
+    QTest::addColumn<QString>("what");
+    for (const char *what : {"another item gets the focus", "nothing has the focus",
+                             "the field is switched off", "the field is hidden", "the field can only be read",
+                             "the field dies", "the window is hidden", "the window dies"})
+        QTest::newRow(what) << QString::fromLatin1(what);
+}
+
+void tst_PanelKeyboard::hidesWithoutAField()
+{
+    QFETCH(QString, what);
+    m_scene->item("loader")->setProperty("active", true);
+    auto *field = m_scene->item("loader")->property("item").value<QQuickItem *>();
+    field->forceActiveFocus();
+    QTRY_VERIFY(KeyboardScene::isOpen());
+    if (what.startsWith(u"another"))
+        m_scene->item("plain")->forceActiveFocus();
+    else if (what.startsWith(u"nothing"))
+        field->setFocus(false);
+    else if (what.endsWith(u"off"))
+        field->setEnabled(false);
+    else if (what.endsWith(u"field is hidden"))
+        field->setVisible(false);
+    else if (what.endsWith(u"read"))
+        field->setProperty("readOnly", true);
+    else if (what.endsWith(u"field dies"))
+        m_scene->item("loader")->setProperty("active", false);
+    else if (what.endsWith(u"window is hidden"))
+        m_scene->window->hide();
+    else
+        m_scene->window.reset();
+    QTRY_VERIFY(!KeyboardScene::isOpen());
+    QCOMPARE(m_scene->keyboard(), QJsonObject());
+}
+
+void tst_PanelKeyboard::showWithoutAField()
+{
+    QGuiApplication::inputMethod()->show();
+    QVERIFY(panel_view::waitUntilStill());
+    QVERIFY(!KeyboardScene::isOpen());
+}
+
+void tst_PanelKeyboard::staysOpenFromFieldToField()
+{
+    open();
+    const QSignalSpy visible(QGuiApplication::inputMethod(), &QInputMethod::visibleChanged);
+    m_scene->item("number")->forceActiveFocus();
+    QTRY_VERIFY(m_scene->key(u"a"_s).isEmpty());
+    QVERIFY(!m_scene->key(u"0"_s).isEmpty());
+    m_scene->item("name")->forceActiveFocus();
+    QTRY_VERIFY(!m_scene->key(u"a"_s).isEmpty());
+    QVERIFY(visible.isEmpty());
+    QVERIFY(KeyboardScene::isOpen());
+}
+
+void tst_PanelKeyboard::hintsThatChange()
+{
+    open();
+    m_scene->item("name")->setProperty("inputMethodHints", int(Qt::ImhDigitsOnly));
+    QTRY_VERIFY(m_scene->key(u"a"_s).isEmpty());
+    m_scene->item("name")->setProperty("inputMethodHints", int(Qt::ImhNone));
+    QTRY_VERIFY(!m_scene->key(u"a"_s).isEmpty());
+}
+
+void tst_PanelKeyboard::padIsCentred()
+{
+    m_scene->item("number")->forceActiveFocus();
+    QTRY_VERIFY(KeyboardScene::isOpen());
+    QCOMPARE(m_scene->place(), QRect(0, 1024 - 383, 758, 383));
+    const QRect one = KeyboardScene::rectangleOf(m_scene->key(u"1"_s));
+    const QRect three = KeyboardScene::rectangleOf(m_scene->key(u"3"_s));
+    // 720 wide with its gaps of 8 at both sides, on a 300 dpi panel.
+    QCOMPARE(one.left(), (758 - 509) / 2 + 6);
+    QVERIFY(qAbs(three.right() + 1 + 6 - (one.left() - 6) - 509) <= 1);
+    QCOMPARE(m_scene->keyboard().value(u"children"_s).toArray().size(), 12);
+}
+
+void tst_PanelKeyboard::followsTurningAndStatusPanel_data()
+{
+    QTest::addColumn<int>("orientation");
+    for (const int orientation : {0, 1, 2, 3})
+        QTest::addRow("orientation %d", orientation) << orientation;
+}
+
+void tst_PanelKeyboard::followsTurningAndStatusPanel()
+{
+    QFETCH(int, orientation);
+    open();
+    for (const int panelType : {1, 0}) {
+        screen().setOrientation(orientation);
+        screen().setPanelType(panelType);
+        const QSize size = screen().size();
+        QTRY_COMPARE(m_scene->place().bottomRight(), QPoint(size.width() - 1, size.height() - 1));
+        QTRY_COMPARE(m_scene->place().width(), size.width());
+        QVERIFY(panel_view::waitUntilStill());
+        QCOMPARE(m_scene->window->property("keyboardRectangle").toRectF(),
+                 QGuiApplication::inputMethod()->keyboardRectangle());
+        QCOMPARE(KeyboardScene::rectangleOf(m_scene->keyboard()), m_scene->place());
+        QVERIFY(m_scene->place().height() <= size.height() / 2);
+        QCOMPARE(greyOfGround(m_scene->place()), ground);
+        QCOMPARE(panel_view::greyAt(5, m_scene->place().top() - 1), 0x88);
+        QVERIFY(m_scene->tapKey(u"q"_s));
+        QVERIFY(m_scene->tapKey(u"."_s));
+    }
+    QCOMPARE(m_scene->text("name"), u"q.q."_s);
+    QCOMPARE(m_scene->log(), QStringList());
+}
+
+void tst_PanelKeyboard::turnedWhileHidden()
+{
+    open();
+    QGuiApplication::inputMethod()->hide();
+    screen().setOrientation(1);
+    QVERIFY(panel_view::waitUntilStill());
+    QGuiApplication::inputMethod()->show();
+    QTRY_VERIFY(KeyboardScene::isOpen());
+    QTRY_COMPARE(m_scene->place().bottomRight(), QPoint(1023, 757));
+    QVERIFY(panel_view::waitUntilStill());
+    QCOMPARE(greyOfGround(m_scene->place()), ground);
+}
+
+void tst_PanelKeyboard::staysAboveOtherWindows()
+{
+    open();
+    GreyWindow later;
+    QTRY_COMPARE(panel_view::greyAt(400, 300), 0x33);
+    QCOMPARE(greyOfGround(m_scene->place()), ground);
+    m_scene->window->raise();
+    QTRY_COMPARE(panel_view::greyAt(400, 500), 0x88);
+    QCOMPARE(greyOfGround(m_scene->place()), ground);
+    later.raise();
+    QTRY_COMPARE(panel_view::greyAt(400, 500), 0x33);
+    QCOMPARE(greyOfGround(m_scene->place()), ground);
+    QVERIFY(m_scene->tapKey(u"x"_s));
+    QCOMPARE(m_scene->text("name"), u"x"_s);
+}
+
+void tst_PanelKeyboard::coversItemsOfTheTree()
+{
+    auto *field = m_scene->item("number");
+    field->setY(979 - 60);
+    field->setProperty("text", u"77"_s);
+    const auto isListed = [&] {
+        const QJsonArray tree = m_scene->remote.ask(u"tree"_s).value(u"tree"_s).toArray();
+        return std::any_of(tree.begin(), tree.end(), [](const QJsonValue &node) {
+            return node.toObject().value(u"value"_s).toString() == u"77"_s;
+        });
+    };
+    QVERIFY(isListed());
+    open();
+    QVERIFY(!isListed());
+}
+
+void tst_PanelKeyboard::keysInTheTree()
+{
+    open();
+    const QJsonObject keyboard = m_scene->keyboard();
+    QCOMPARE(KeyboardScene::rectangleOf(keyboard), m_scene->place());
+    QStringList names;
+    const QJsonArray keys = keyboard.value(u"children"_s).toArray();
+    for (const QJsonValue &each : keys) {
+        const QJsonObject key = each.toObject();
+        QCOMPARE(key.value(u"role"_s).toString(), u"Button"_s);
+        QVERIFY(key.value(u"enabled"_s).toBool());
+        QVERIFY(m_scene->place().contains(KeyboardScene::rectangleOf(key)));
+        names.append(key.value(u"name"_s).toString());
+    }
+    QCOMPARE(names.join(u' '),
+             u"q w e r t y u i o p a s d f g h j k l Shift z x c v b n m Delete 123 Space . Done"_s);
+    QCOMPARE(m_scene->key(u"Shift"_s).value(u"id"_s).toString(), u"key_shift"_s);
+    QCOMPARE(m_scene->key(u"Shift"_s).value(u"checked"_s), QJsonValue(false));
+    QVERIFY(!m_scene->key(u"q"_s).contains(u"checked"_s));
+}
+
+void tst_PanelKeyboard::hiddenKeysAreRefused()
+{
+    const QJsonObject press{{u"name"_s, u"#key_shift"_s}};
+    QCOMPARE(m_scene->remote.ask(u"press"_s, press).value(u"error"_s).toString(), u"no-such-item"_s);
+    open();
+    QVERIFY(m_scene->ask(u"press"_s, press));
+    QCOMPARE(m_scene->remote.ask(u"increase"_s, press).value(u"error"_s).toString(), u"not-possible"_s);
+    QGuiApplication::inputMethod()->hide();
+    QCOMPARE(m_scene->remote.ask(u"press"_s, press).value(u"error"_s).toString(), u"no-such-item"_s);
+}
+
+void tst_PanelKeyboard::invertedOverTwoWindows()
+{
+    open();
+    screen().setInverted(true);
+    QTRY_COMPARE(panel_view::greyAt(400, 300), 0x77);
+    QCOMPARE(greyOfGround(m_scene->place()), 255 - ground);
+    QCOMPARE(panel_view::snapshot().header.refreshMode, 1U);
+    QVERIFY(m_scene->tapKey(u"123"_s));
+    QVERIFY(panel_view::waitUntilStill());
+    QCOMPARE(greyOfGround(m_scene->place()), 255 - ground);
+    QGuiApplication::inputMethod()->hide();
+    QTRY_COMPARE(panel_view::greyAt(756, 1022), 0x77);
+}
+
+void tst_PanelKeyboard::turnedOverTwoWindows()
+{
+    open();
+    const QImage before = panel_view::upright();
+    screen().setOrientation(3);
+    QTRY_COMPARE(int(panel_view::snapshot().header.orientation), 3);
+    QVERIFY(panel_view::waitUntilStill());
+    // The clock may have gone on.
+    const QRect below(0, 45, 758, 979);
+    QCOMPARE(panel_view::upright().copy(below), before.copy(below));
+}
+
+void tst_PanelKeyboard::fullRefreshOfTwoWindows()
+{
+    open();
+    const QImage before = panel_view::upright();
+    screen().clear();
+    QCOMPARE(panel_view::greyAt(400, 300), 255);
+    screen().refresh(lindenreed::device::RefreshMode::Full);
+    QTRY_COMPARE(panel_view::greyAt(400, 300), 0x88);
+    const QRect below(0, 45, 758, 979);
+    QCOMPARE(panel_view::upright().copy(below), before.copy(below));
+}
+
+void tst_PanelKeyboard::nothingDrawnWhileOpen()
+{
+    open();
+    const quint64 before = panel_view::refreshNumber();
+    QVERIFY(m_scene->ask(u"idle"_s, {{u"ms"_s, 300}}));
+    QCOMPARE(panel_view::refreshNumber(), before);
+}
+
+void tst_PanelKeyboard::closingTheWindowEndsTheProgram()
+{
+    open();
+    constexpr int tooLate = 7;
+    QTimer::singleShot(0, m_scene->window.get(), &QWindow::close);
+    QTimer::singleShot(5000, m_scene->window.get(), [] { QCoreApplication::exit(tooLate); });
+    QCOMPARE(QCoreApplication::exec(), 0); // the keyboard alone keeps nothing running
+    QTRY_VERIFY(!KeyboardScene::isOpen());
+}
+
+void tst_PanelKeyboard::quitWhileOpen()
+{
+    open();
+    QTimer::singleShot(0, m_scene->window.get(), [this] { m_scene->remote.send(u"quit"_s); });
+    QCOMPARE(QCoreApplication::exec(), 0);
+    QVERIFY(KeyboardScene::isOpen());
+}
+
+void tst_PanelKeyboard::theApplicationEndsWhileOpen()
+{
+    // The last test: what it leaves open is still open when the application object goes, in main().
+    const auto leave = qScopeGuard([this] { m_scene.reset(); });
+    m_scene->item("name")->forceActiveFocus();
+    QTRY_VERIFY(KeyboardScene::isOpen());
+}
+
+PANEL_TEST_MAIN(tst_PanelKeyboard)
+#include "tst_panel_keyboard.moc"
