@@ -131,7 +131,7 @@ PressArea {
         sourceComponent: MenuOverlay {
             id: overlay
 
-            // The combo box may still move: the keyboard goes when a field loses the focus, and a dialog then comes back.
+            // The combo box may still move: the keyboard goes when a field loses the focus, and the dialog comes back.
             function findArea(): void {
                 area = combo_box.mapToItem(overlay, Qt.rect(0, 0, combo_box.width, combo_box.height))
             }

@@ -93,10 +93,8 @@ FocusScope {
     // Later: whoever loads it puts it on top of the window first.
     Component.onCompleted: Qt.callLater(takeFocus)
 
-    MouseArea {
-        anchors.fill: parent
-        onClicked: dialog_container.close()
-        onWheel: wheel => wheel.accepted = true
+    OutsideArea {
+        onClose: dialog_container.close()
     }
 
     Rectangle {

@@ -62,10 +62,8 @@ Item {
 
     Keys.onPressed: event => handleKey(event)
 
-    MouseArea {
-        anchors.fill: parent
-        onClicked: menu_overlay.close()
-        onWheel: wheel => wheel.accepted = true
+    OutsideArea {
+        onClose: menu_overlay.close()
     }
 
     MenuPanel {

@@ -1,6 +1,7 @@
 // The panel of a menu: a frame on its mat, a title where there is one, and rows that scroll where they are many.
 //
-// It never has the focus itself: whoever has it hands the keys over, so that a control may keep it while its menu is open.
+// It never has the focus itself: whoever has it hands the keys over, so that a control may keep it while its menu is
+// open.
 import QtQuick
 import com.lindenreed.controls
 

@@ -14,8 +14,10 @@ Item {
     property bool dotted: false ///< with a line along the lower edge
 
     readonly property int sidePadding: Global.pixelsFromDesign(32)
-    readonly property color ground: touch.pressed ? GlobalValues.defaultBorderColor : GlobalValues.defaultBackgroundColor
-    readonly property color ink: touch.pressed ? GlobalValues.defaultBackgroundColor : GlobalValues.defaultBorderColor
+    readonly property color ground: touch.containsPress ? GlobalValues.defaultBorderColor
+        : GlobalValues.defaultBackgroundColor
+    readonly property color ink: touch.containsPress ? GlobalValues.defaultBackgroundColor
+        : GlobalValues.defaultBorderColor
 
     signal chosen()
 
@@ -59,7 +61,8 @@ Item {
 
         anchors.left: parent.left
         anchors.leftMargin: menu_row.sidePadding
-        source: menu_row.icon === "" ? "" : (touch.pressed ? "image://resource_inv/" : "image://resource/") + menu_row.icon
+        source: menu_row.icon === "" ? ""
+            : (touch.containsPress ? "image://resource_inv/" : "image://resource/") + menu_row.icon
         visible: menu_row.icon !== ""
         y: Math.round((menu_row.height - height) / 2)
         Accessible.ignored: true
@@ -85,7 +88,7 @@ Item {
         anchors.leftMargin: menu_row.sidePadding
         anchors.right: parent.right
         anchors.rightMargin: menu_row.sidePadding
-        visible: menu_row.dotted && !touch.pressed
+        visible: menu_row.dotted && !touch.containsPress
     }
 
     FocusFrame {

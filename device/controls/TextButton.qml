@@ -12,7 +12,8 @@ PressArea {
     signal action()
 
     implicitHeight: GlobalValues.defaultTextButtonHeight
-    implicitWidth: Math.max(Global.pixelsFromDesign(320), Math.ceil(label.implicitWidth) + 2 * Global.pixelsFromDesign(48))
+    implicitWidth: Math.max(Global.pixelsFromDesign(320),
+                            Math.ceil(label.implicitWidth) + 2 * Global.pixelsFromDesign(48))
 
     Accessible.name: text
 

@@ -10,7 +10,12 @@ Column {
     x: GlobalValues.defaultListViewSideMargin
     y: x
     spacing: Global.pixelsFromDesign(48)
-    onVariantChanged: bordered.isOpened = variant === "ComboBoxOpen"
+    onVariantChanged: {
+        if (variant === "ComboBoxOpen")
+            bordered.open()
+        else
+            bordered.close()
+    }
 
     ListModel {
         id: units

@@ -7,12 +7,20 @@ DialogContainer {
     title: "Delete"
     dialogWidth: Math.min(GlobalValues.confirmationDialogWidth, width - 2 * GlobalValues.separatorSideOffset)
 
-    StyledText {
+    Item {
         width: parent.width
-        padding: GlobalValues.dialogSidePadding
-        wrapMode: Text.Wrap
-        styledFont: FontStyles.BodyL
-        text: "Delete the playlist “Garden in spring”? Its pictures stay where they are."
+        height: question.height + 2 * GlobalValues.dialogSidePadding
+
+        StyledText {
+            id: question
+
+            x: GlobalValues.dialogSidePadding
+            y: x
+            width: parent.width - 2 * x
+            wrapMode: Text.Wrap
+            styledFont: FontStyles.BodyL
+            text: "Delete the playlist “Garden in spring”? Its pictures stay where they are."
+        }
     }
     DialogFooter {
         width: parent.width

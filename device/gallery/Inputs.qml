@@ -8,7 +8,8 @@ Item {
     Frontlight {
         id: frontlight
 
-        width: parent.width
+        x: GlobalValues.separatorSideOffset
+        width: parent.width - 2 * x
     }
     Column {
         anchors {
@@ -19,13 +20,28 @@ Item {
         }
         spacing: Global.pixelsFromDesign(32)
 
-        AdvancedTextInput {
-            width: parent.width
-            text: "Grandmother’s album"
-        }
-        AdvancedTextInput {
-            width: Global.pixelsFromDesign(150)
-            text: "12345"
+        // The frames are the screens' own.
+        Repeater {
+            model: [
+                { text: "Grandmother’s album", length: 840 },
+                { text: "12345", length: 150 }
+            ]
+
+            Rectangle {
+                id: frame
+
+                required property var modelData
+
+                width: Global.pixelsFromDesign(modelData.length)
+                height: Global.pixelsFromDesign(112)
+                border.color: GlobalValues.defaultBorderColor
+                border.width: GlobalValues.inputElementBorder
+
+                AdvancedTextInput {
+                    anchors.fill: parent
+                    text: frame.modelData.text
+                }
+            }
         }
     }
 }

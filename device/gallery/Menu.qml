@@ -9,18 +9,22 @@ Item {
 
     anchors.fill: parent
     onVariantChanged: {
-        const corner = button.mapToItem(null, 0, 0)
-        const delegate = variant === "MenuWithIcons" ? "ImageTextButton" : "RadioButton"
-        Global.openContextMenuLoader(menu, rows, delegate, "Garden in spring",
-                                     Qt.rect(corner.x, corner.y, button.width, button.height))
+        menu.visible = false
+        const corner = button.mapToGlobal(0, 0)
+        const area = Qt.rect(corner.x, corner.y, button.width, button.height)
+        // The title of a menu with radio buttons is the row that is checked.
+        if (variant === "MenuWithIcons")
+            Global.openContextMenuLoader(menu, rows, "ImageTextButton", "Garden in spring", area)
+        else if (variant === "MenuWithRadioButtons")
+            Global.openContextMenuLoader(menu, rows, "RadioButton", "Show in random order", area)
     }
 
     ListModel {
         id: rows
 
-        ListElement { uid_: 0; text_: "Rename"; image_: "edit_word"; isChecked_: false }
-        ListElement { uid_: 1; text_: "Show in random order"; image_: "player2_mode_random"; isChecked_: true }
-        ListElement { uid_: 2; text_: "Delete"; image_: "trash"; isChecked_: false }
+        ListElement { uid_: 0; text_: "Rename"; image_: "edit_word" }
+        ListElement { uid_: 1; text_: "Show in random order"; image_: "player2_mode_random" }
+        ListElement { uid_: 2; text_: "Delete"; image_: "trash" }
     }
     BitmapButton {
         id: button
@@ -42,6 +46,6 @@ Item {
     Component {
         id: menu_component
 
-        ContextMenu {}
+        ContextMenu { onClose: menu.visible = false }
     }
 }

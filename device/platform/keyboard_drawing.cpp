@@ -93,7 +93,8 @@ void drawSign(QPainter &painter, const QPainterPath &sign, const QRect &key, con
     const int side = fromDesign(signSize, dpi);
     const qreal scale = side / grid;
     painter.save();
-    painter.translate(key.left() + (key.width() - side) / 2, key.top() + (key.height() - side) / 2);
+    painter.translate(key.topLeft()
+                      + QPoint((key.width() - side) / 2, (key.height() - side) / 2)); // a whole pixel
     painter.scale(scale, scale);
     painter.setBrush(Qt::NoBrush);
     painter.setPen(QPen(ink, fromDesign(signLine, dpi) / scale, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));

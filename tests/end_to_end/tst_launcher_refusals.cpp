@@ -78,6 +78,8 @@ void tst_LauncherRefusals::commandLine_data()
     QTest::newRow("unknown option") << QStringList{u"--colour"_s} << QByteArray("Unknown option 'colour'");
     QTest::newRow("value missing") << QStringList{u"--root"_s} << QByteArray("Missing value after '--root'");
     QTest::newRow("value empty") << QStringList{u"--root"_s, QString()} << QByteArray("--root is empty");
+    QTest::newRow("two folders of pictures")
+        << QStringList{u"--photos"_s, u"/tmp"_s, u"--photos=/var"_s} << QByteArray("--photos is there twice");
     QTest::newRow("no option") << QStringList{u"true"_s} << QByteArray("\"true\" is no option");
     QTest::newRow("no program") << QStringList{u"--temporary"_s, u"--"_s} << QByteArray("no program after");
     QTest::newRow("samples of a kept device")

@@ -216,6 +216,11 @@ void tst_ControlsDialogs::tapOutsideCloses()
     QCOMPARE(log(), QStringList(u"close"_s)); // and nothing behind
     click({300, 780});
     QCOMPARE(log(), (QStringList{u"close"_s, u"behind"_s}));
+    show();
+    QVERIFY(
+        pressByAccessibility(findAccessible(m_scene->item(u"dialog"_s), QAccessible::Button, u"Close"_s)));
+    QCOMPARE(log().last(), u"close"_s);
+    QCOMPARE(log().size(), 3);
 }
 
 void tst_ControlsDialogs::tapInsideIsTheDialogs()

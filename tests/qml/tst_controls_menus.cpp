@@ -451,6 +451,9 @@ void tst_ControlsMenus::accessiblePressChooses()
     QVERIFY(pressByAccessibility(row(u"Delete"_s)));
     QCOMPARE(chosen(), QVariantList{2});
     QCOMPARE(closed(), 0);
+    open();
+    QVERIFY(pressByAccessibility(row(u"Close"_s, QAccessible::Button)));
+    QCOMPARE(closed(), 1);
 }
 
 void tst_ControlsMenus::loaderOfNothing()

@@ -56,8 +56,8 @@ int HumanStringUtility::HumanSizeWithPrecision(char *buffer, int size, std::uint
     if (buffer && size > 0) {
         const QByteArray text = sizeText(double(count) * double(unit));
         length = int(std::min<qsizetype>(text.size(), size - 1));
-        while (length > 0 && (uchar(text.at(length)) & 0xc0) == 0x80) // never half a character
-            --length;
+        while (length > 0 && length < text.size() && (uchar(text.at(length)) & 0xc0) == 0x80)
+            --length; // never half a character
         std::copy_n(text.constData(), length, buffer);
         buffer[length] = '\0';
     }
