@@ -60,7 +60,8 @@ void ButtonStrip::paint(QPainter *painter, const ButtonStates &states,
     painter->setRenderHint(QPainter::Antialiasing);
     painter->setPen(Qt::NoPen);
     painter->setBrush(QColor::fromRgb(bodyColour));
-    painter->drawRoundedRect(m_plate, m_button / 4, m_button / 4);
+    const double radius = m_button / 4.0;
+    painter->drawRoundedRect(m_plate, radius, radius);
     painter->setBrush(Qt::NoBrush);
     for (const DeviceButton button : deviceButtons) {
         painter->save();

@@ -49,11 +49,10 @@ std::optional<CommandLine> readCommandLine(const QStringList &words, QString *er
     QString complaint;
     while (!rest.isEmpty() && complaint.isEmpty() && !line.help) {
         const QString word = rest.takeFirst();
-        if (line.command && isText(*line.command, ofTheCommand.size())) {
-            ofTheCommand.append(word);
-        } else if (takeOption(word, &rest, &line, &complaint)) {
+        const bool isLiteral = line.command && isText(*line.command, ofTheCommand.size());
+        if (!isLiteral && takeOption(word, &rest, &line, &complaint))
             continue;
-        } else if (line.command) {
+        if (line.command) {
             ofTheCommand.append(word);
         } else if (word.startsWith(u'-')) {
             complaint = u"There is no option %1; see slatectl --help."_s.arg(word);
