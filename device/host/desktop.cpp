@@ -10,6 +10,9 @@
 #include <QTimer>
 
 #include <chrono>
+#include <csignal>
+
+#include <sys/prctl.h>
 
 namespace lindenreed::host {
 
@@ -45,6 +48,8 @@ Desktop::Desktop(const QString &runFolder, ToHostPath toHostPath, QObject *paren
         emit windowClosed();
     });
     m_window.setProcessChannelMode(QProcess::ForwardedChannels);
+    // A launcher that is killed cannot close the window.
+    m_window.setChildProcessModifier([] { ::prctl(PR_SET_PDEATHSIG, SIGTERM); });
     m_watcher.addPath(runFolder);
     joinWhenReady();
 }

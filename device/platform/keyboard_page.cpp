@@ -155,9 +155,18 @@ QString KeyboardKey::id() const
         return u"key_signs"_s;
     case KeyAction::Letters:
         return u"key_letters"_s;
-    default:
-        return u"key_"_s + name().toLower();
+    case KeyAction::Shift:
+        return u"key_shift"_s;
+    case KeyAction::Delete:
+        return u"key_delete"_s;
+    case KeyAction::Language:
+        return u"key_language"_s;
+    case KeyAction::Space:
+        return u"key_space"_s;
+    case KeyAction::Done:
+        return u"key_done"_s;
     }
+    return {};
 }
 
 int keyboardHeight(const KeyboardView &view, const QSize &available, int dpi)

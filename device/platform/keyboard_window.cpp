@@ -62,6 +62,9 @@ void KeyboardWindow::setView(const KeyboardView &view)
     const QPoint framed = m_framed >= 0 ? m_keys.at(m_framed).rectangle.center() : QPoint(-1, -1);
     m_view = view;
     m_keys = placeKeys(m_view, m_place.size(), m_dpi);
+    // A finger that is down was on a key of the page before.
+    m_pressed = -1;
+    m_repeat.stop();
     m_framed = m_framed >= 0 ? std::max<qsizetype>(0, keyAt(m_keys, framed, m_dpi)) : -1;
     update();
 }

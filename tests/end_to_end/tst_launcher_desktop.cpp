@@ -27,6 +27,7 @@ private slots:
     void cleanup();
 
     void windowComesAndGoesWithTheDevice();
+    void windowGoesWithAKilledLauncher();
     void noWindow_data();
     void noWindow();
     void brokenWindowEndsTheDevice();
@@ -134,6 +135,15 @@ void tst_LauncherDesktop::windowComesAndGoesWithTheDevice()
     QCOMPARE(end.errors, QByteArray());
     QCOMPARE(end.status, 0);
     QCOMPARE(notes(), started + "closed\n");
+}
+
+void tst_LauncherDesktop::windowGoesWithAKilledLauncher()
+{
+    startDevice();
+    QTRY_VERIFY(notes().startsWith("window"));
+    m_launcher->kill();
+    QVERIFY(m_launcher->waitForFinished());
+    QTRY_VERIFY(notes().endsWith("closed\n"));
 }
 
 void tst_LauncherDesktop::noWindow_data()

@@ -227,6 +227,13 @@ void tst_KeyboardLayouts::namesAndIds()
     lindenreed::device::texts::load(u"pl"_s);
     QCOMPARE((KeyboardKey{KeyAction::Space, u" "_s, {}}.name()), u"Spacja"_s);
     QCOMPARE((KeyboardKey{KeyAction::Delete, {}, {}}.name()), u"Usuń"_s);
+    // Scripts go by the id, in any language.
+    const QList<std::pair<KeyAction, QString>> ids{
+        {KeyAction::Shift, u"key_shift"_s},       {KeyAction::Delete, u"key_delete"_s},
+        {KeyAction::Language, u"key_language"_s}, {KeyAction::Space, u"key_space"_s},
+        {KeyAction::Done, u"key_done"_s},         {KeyAction::Letters, u"key_letters"_s}};
+    for (const auto &[action, id] : ids)
+        QCOMPARE((KeyboardKey{action, {}, {}}.id()), id);
     lindenreed::device::texts::load(u"en"_s);
     QCOMPARE((KeyboardKey{KeyAction::Space, u" "_s, {}}.name()), u"Space"_s);
     QCOMPARE((KeyboardKey{KeyAction::Space, u" "_s, {}}.id()), u"key_space"_s);

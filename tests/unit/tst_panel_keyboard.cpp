@@ -12,6 +12,8 @@
 #include <QSignalSpy>
 #include <QTimer>
 
+#include <algorithm>
+
 using namespace Qt::StringLiterals;
 using lindenreed::device::Device;
 
@@ -73,6 +75,7 @@ private slots:
     void coversItemsOfTheTree();
     void keysInTheTree();
     void hiddenKeysAreRefused();
+    void pageTurnedUnderAFinger();
     void invertedOverTwoWindows();
     void turnedOverTwoWindows();
     void fullRefreshOfTwoWindows();
@@ -342,6 +345,23 @@ void tst_PanelKeyboard::hiddenKeysAreRefused()
     QCOMPARE(m_scene->remote.ask(u"increase"_s, press).value(u"error"_s).toString(), u"not-possible"_s);
     QGuiApplication::inputMethod()->hide();
     QCOMPARE(m_scene->remote.ask(u"press"_s, press).value(u"error"_s).toString(), u"no-such-item"_s);
+}
+
+void tst_PanelKeyboard::pageTurnedUnderAFinger()
+{
+    open();
+    const QWindowList windows = QGuiApplication::topLevelWindows();
+    const auto keyboard = std::find_if(windows.cbegin(), windows.cend(), [this](const QWindow *window) {
+        return window->isVisible() && window != m_scene->window.get();
+    });
+    QVERIFY(keyboard != windows.cend());
+    const QPoint finger = m_scene->middleOf(u"Done"_s) - (*keyboard)->position();
+    QTest::mousePress(*keyboard, Qt::LeftButton, {}, finger);
+    QVERIFY(m_scene->ask(u"press"_s, {{u"name"_s, u"#key_signs"_s}}));
+    // The key that the finger was on has gone: what lies there now is not meant.
+    QTest::mouseRelease(*keyboard, Qt::LeftButton, {}, finger);
+    QVERIFY(KeyboardScene::isOpen());
+    QVERIFY(!m_scene->key(u"ABC"_s).isEmpty());
 }
 
 void tst_PanelKeyboard::invertedOverTwoWindows()
