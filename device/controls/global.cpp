@@ -47,13 +47,13 @@ void Global::closeInfoMessageLoader(QQuickItem *loader) const
 void Global::scrollFlickablePageUp(QQuickItem *flickable) const
 {
     if (flickable)
-        scrollByPages(*flickable, -1);
+        scrollByPage(*flickable, false);
 }
 
 void Global::scrollFlickablePageDown(QQuickItem *flickable) const
 {
     if (flickable)
-        scrollByPages(*flickable, 1);
+        scrollByPage(*flickable, true);
 }
 
 } // namespace lindenreed::device

@@ -1,4 +1,4 @@
-// Moving a flickable by pages.
+// Moving a flickable by a page.
 
 #pragma once
 
@@ -6,8 +6,8 @@ class QQuickItem;
 
 namespace lindenreed::device {
 
-/// Moves `flickable` by `pages` (negative: up), within its content and at once. An item without a content
-/// position stays as it is.
-void scrollByPages(QQuickItem &flickable, int pages);
+/// Moves `flickable` by what it shows, within its content and at once. A grid or list keeps one row in sight and
+/// ends at the upper edge of a row. An item without a content position stays as it is.
+void scrollByPage(QQuickItem &flickable, bool down);
 
 } // namespace lindenreed::device

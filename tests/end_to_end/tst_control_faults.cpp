@@ -32,6 +32,8 @@ private slots:
 
 private:
     static inline const QString socketPath = u"/devroot/run/control"_s;
+    // What a sanitizer keeps back of freed memory fits in; 2,000 unread answers would be far above.
+    static constexpr qint64 growthLimit = 40 * 1024 * 1024;
     qsizetype descriptors() const
     {
         return QDir(u"/proc/%1/fd"_s.arg(m_device->program().processId()))
@@ -204,7 +206,7 @@ void tst_ControlFaults::clientThatNeverReads()
     QVERIFY(m_device->idle());
     QVERIFY(m_device->state().value("ok"_L1).toBool());
     const qint64 grown = (residentPages() - before) * 4096;
-    QVERIFY2(grown < 16 * 1024 * 1024, qPrintable(QString::number(grown)));
+    QVERIFY2(grown < growthLimit, qPrintable(QString::number(grown)));
 }
 
 void tst_ControlFaults::listenersThatNeverRead()
@@ -219,7 +221,7 @@ void tst_ControlFaults::listenersThatNeverRead()
         QVERIFY(m_device->does(u"invert"_s, {{u"on"_s, i % 2 == 0}}));
     QVERIFY(m_device->idle());
     const qint64 grown = (residentPages() - before) * 4096;
-    QVERIFY2(grown < 16 * 1024 * 1024, qPrintable(QString::number(grown)));
+    QVERIFY2(grown < growthLimit, qPrintable(QString::number(grown)));
 }
 
 void tst_ControlFaults::clientThatLeavesInTheMiddle_data()

@@ -18,7 +18,7 @@ using lindenreed::remote::ControlClient;
 namespace {
 
 constexpr int pictureChanges = 120;
-constexpr qint64 growthLimitKb = 6 * 1024; ///< an unread refresh of every change as a picture would be 90 MB
+constexpr qint64 growthLimitKb = 24 * 1024; ///< an unread refresh of every change as a picture would be 90 MB
 
 /// The children of a process, however deep, that run a program of this name; 0: none.
 qint64 findDescendant(qint64 process, const QByteArray &name)

@@ -238,10 +238,20 @@ void tst_ControlsFunctions::paging_data()
     const QByteArray grid
         = "GridView { width: 300; height: 500; cellWidth: 300; cellHeight: 90; model: 20; delegate: Item {}";
     const QByteArray plain = "Flickable { width: 300; height: 500; contentHeight: 1300 ";
-    QTest::newRow("whole rows of a grid") << QByteArray(grid + " }") << 0.0 << true << 450.0;
-    QTest::newRow("and back") << QByteArray(grid + " }") << 450.0 << false << 0.0;
+    const QByteArray list = "ListView { width: 300; height: 500; spacing: 10; model: 20\n"
+                            "delegate: Item { width: 300; height: 100 } }";
+    QTest::newRow("a row of a grid that was cut comes whole")
+        << QByteArray(grid + " }") << 0.0 << true << 360.0;
+    QTest::newRow("and back") << QByteArray(grid + " }") << 450.0 << false << 90.0;
+    QTest::newRow("of whole rows the last one stays") << QByteArray(
+        "GridView { width: 300; height: 450; cellWidth: 300; cellHeight: 90; model: 20; delegate: Item {} }")
+                                                      << 0.0 << true << 360.0;
+    QTest::newRow("from between two rows down") << QByteArray(grid + " }") << 100.0 << true << 450.0;
+    QTest::newRow("from between two rows up") << QByteArray(grid + " }") << 520.0 << false << 180.0;
+    QTest::newRow("a list") << list << 0.0 << true << 330.0;
+    QTest::newRow("a list, back") << list << 660.0 << false << 330.0;
     QTest::newRow("what the footer keeps clear is not seen yet")
-        << QByteArray(grid + " footer: Item { height: 60 } }") << 0.0 << true << 360.0;
+        << QByteArray(grid + " footer: Item { height: 60 } }") << 0.0 << true << 270.0;
     QTest::newRow("at the end") << QByteArray(grid + " }") << 1200.0 << true << 1300.0;
     QTest::newRow("the end with its footer")
         << QByteArray(grid + " footer: Item { height: 60 } }") << 1200.0 << true << 1360.0;
