@@ -50,8 +50,9 @@ public:
     /// Hides what openInfoMessageLoader showed. Nothing happens where nothing is shown.
     Q_INVOKABLE void closeInfoMessageLoader(QQuickItem *loader) const;
 
-    /// Move a grid, list or flickable by one page, at once. In a grid or list a page is one row less than what
-    /// shows, and ends at a row; what a footer of the list keeps clear at the lower edge does not count as seen.
+    /// Move a grid, list or flickable by one page, at once. In a grid or list a page is one row less than
+    /// what shows, and ends at a row; what a footer of the list keeps clear at the lower edge does not count
+    /// as seen.
     Q_INVOKABLE void scrollFlickablePageUp(QQuickItem *flickable) const;
     Q_INVOKABLE void scrollFlickablePageDown(QQuickItem *flickable) const;
 };
