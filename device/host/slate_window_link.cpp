@@ -88,6 +88,8 @@ void DeviceLink::read(QLocalSocket *socket)
         change |= event == "changed"_L1;
         if (socket == &m_commands)
             takeAnswer(object);
+        else if (event.isEmpty()) // what was drawn before the device answered "follow" was not announced
+            refresh = true;
     }
     if (refresh)
         emit refreshed();
