@@ -21,11 +21,12 @@ Item {
     signal clicked(int index)
 
     function crumb(row: int, isFolded: bool): var {
-        const name = isFolded ? fold_text : names.itemAt(row)
-        const isHome = name.text === ""
-        const content = isHome ? homeSize : Math.ceil(name.implicitWidth)
+        const own = names.itemAt(row) as Text
+        const label = isFolded ? fold_text : own
+        const isHome = label.text === ""
+        const content = isHome ? homeSize : Math.ceil(label.implicitWidth)
         return {
-            row: row, text: name.text, name: names.itemAt(row).text, home: isHome,
+            row: row, text: label.text, name: own.text, home: isHome,
             last: !isFolded && row === names.count - 1,
             width: Math.max(content + 2 * padding, Global.pixelsFromDesign(106))
         }
