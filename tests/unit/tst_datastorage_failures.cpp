@@ -1,9 +1,7 @@
-#include <datastorage.h>
-#include <file_size_limit.h>
-#include <obeyed_permissions.h>
-#include <slateview_testing.h>
-#include <stderr_capture.h>
-#include <stored_database.h>
+// Databases that cannot be opened, are none, are damaged or locked; operations that fail one by one.
+
+#include "obeyed_permissions.h"
+#include "storage_fixture.h"
 
 #include <QProcess>
 #include <QRandomGenerator>
@@ -17,51 +15,6 @@
 using namespace Qt::StringLiterals;
 
 namespace {
-
-const QString logSource = u"picture_stand/src/datastorage"_s;
-
-// Each line whole.
-// clang-format off
-const QString scheme = u"2 void DataStorage::createScheme(): "_s;
-const QString addPlaylist = u"2 long long DataStorage::addPlaylist(const QString &): Error performing addPlaylistItem request. [%1]"_s;
-const QString findImage = u"2 bool DataStorage::addImageToPlayList(long long, QString): Error performing getPlaylistItems request. [%1]"_s;
-const QString addImage = u"2 bool DataStorage::addImageToPlayList(long long, QString): Error performing addImageToPlayList request. [%1]"_s;
-const QString deleteImage = u"2 void DataStorage::deleteImageFromPlayList(long long, QString): Error performing removeImageFromPlayList request. [%1]"_s;
-const QString updatePlaylist = u"2 void DataStorage::updatePlaylist(long long, const QString &): Error performing updatePlaylistItem request. [%1]"_s;
-const QString deletePlaylist = u"2 void DataStorage::deletePlaylist(long long): Error performing deletePlaylistItem request. [%1]"_s;
-const QString deleteImages = u"2 void DataStorage::deletePlaylist(long long): Error performing removeImageFromPlayList request. [%1]"_s;
-const QString readPlaylists = u"2 std::vector<DataStorage::Playlists> DataStorage::getPlaylists(): Error performing getPlaylistItems request. [%1]"_s;
-const QString readImages = u"2 std::vector<DataStorage::Playlists> DataStorage::getPlaylists(): Error performing getPlaylistImages request. [%1]"_s;
-const QString getSetting = u"2 QString DataStorage::getSetting(QString, int): Error performing getPlaylistItems request. [%1]"_s;
-const QString setSetting = u"2 void DataStorage::setSetting(QString, QString, int): Error performing setSetting request. [%1]"_s;
-// clang-format on
-
-QStringList withError(QStringList lines, const QString &error)
-{
-    for (QString &line : lines)
-        line = line.arg(error);
-    return lines;
-}
-
-QStringList failedScheme(const QString &error)
-{
-    const QString table = scheme + u"Error creating tables [%1]"_s;
-    return withError({table, table, table, scheme + u"Error performing select settings request. [%1]"_s},
-                     error);
-}
-
-QByteArray bytesOf(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("cannot be read");
-}
-
-void writeBytes(const QByteArray &bytes)
-{
-    QFile file(stored_database::path);
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    QCOMPARE(file.write(bytes), bytes.size());
-}
 
 QByteArray randomBytes(int count)
 {
@@ -119,7 +72,7 @@ class tst_DataStorageFailures : public QObject
     Q_OBJECT
 
 private slots:
-    void init();
+    void init() { m_test = std::make_unique<StorageFixture>(); }
     void cleanup();
 
     void aDatabaseThatCannotBeOpened_data();
@@ -128,89 +81,57 @@ private slots:
     void aFileThatIsNoDatabase();
     void aDamagedDatabaseDoesNotEndTheRun();
     void anotherProgramsDatabaseKeepsItsRows();
-    void anEmptyReadOnlyFile();
-    void aReadOnlyDatabaseIsStillRead();
-    void aReadOnlyFolderIsStillRead();
-    void aFileThatCannotGrowAtTheFirstStart();
-    void aFileThatCannotGrowLater();
     void anOperationFails_data();
     void anOperationFails();
     void theTextIsTheConnectionsLastError();
     void aDatabaseLockedByAnotherProcess();
 
 private:
-    void start();
-    void stop();
     void everyOperationFails(const QString &error);
 
-    std::unique_ptr<lindenreed::device::DeviceForTest> m_device;
-    std::unique_ptr<StderrCapture> m_output;
-    std::unique_ptr<DataStorage> m_store;
+    std::unique_ptr<StorageFixture> m_test;
 };
-
-void tst_DataStorageFailures::init()
-{
-    stored_database::remove();
-    m_device = std::make_unique<lindenreed::device::DeviceForTest>();
-    m_output = std::make_unique<StderrCapture>();
-}
 
 void tst_DataStorageFailures::cleanup()
 {
-    stop();
-    m_output.reset();
-    m_device.reset();
-    QFile::setPermissions(stored_database::folder, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+    m_test.reset();
     if (QFile::exists(u"/mnt/ext1/away"_s)) {
         QVERIFY(QDir(stored_database::folder).removeRecursively());
         QVERIFY(QFile::rename(u"/mnt/ext1/away"_s, stored_database::folder));
     }
 }
 
-void tst_DataStorageFailures::start()
-{
-    stop();
-    m_store = std::make_unique<DataStorage>(nullptr);
-    stored_database::hurry();
-}
-
-void tst_DataStorageFailures::stop()
-{
-    m_store.reset();
-    stored_database::forgetDefaultConnection();
-}
-
 void tst_DataStorageFailures::everyOperationFails(const QString &error)
 {
-    QSignalSpy changed(m_store.get(), &DataStorage::changed);
-    m_output->forget();
+    QSignalSpy changed(m_test->store.get(), &DataStorage::changed);
+    m_test->output.forget();
     const auto logged = [&](const QStringList &lines, int signals_) {
-        const QStringList found = m_output->logLines(logSource);
-        m_output->forget();
+        const QStringList found = m_test->output.logLines(logSource);
+        m_test->output.forget();
         const int emitted = static_cast<int>(changed.count());
         changed.clear();
         return QTest::qCompare(found, withError(lines, error), "found", "lines", __FILE__, __LINE__)
             && QTest::qCompare(emitted, signals_, "emitted", "signals_", __FILE__, __LINE__);
     };
 
-    QVERIFY(m_store->getPlaylists().empty());
+    QVERIFY(m_test->store->getPlaylists().empty());
     QVERIFY(logged({readPlaylists}, 0));
     for (const QString &key : {u"shuffle"_s, u"is_first_run"_s, u"frontlight_enabled"_s})
-        QCOMPARE(m_store->getSetting(key, -1), QString());
+        QCOMPARE(m_test->store->getSetting(key, -1), QString());
     QVERIFY(logged({getSetting, getSetting, getSetting}, 0));
-    QCOMPARE(m_store->getSetting(u"shuffle"_s, 3), QString());
+    QCOMPARE(m_test->store->getSetting(u"shuffle"_s, 3), QString());
     QVERIFY(logged({getSetting, getSetting}, 0));
-    m_store->setSetting(u"shuffle"_s, u"1"_s, -1);
+    m_test->store->setSetting(u"shuffle"_s, u"1"_s, -1);
     QVERIFY(logged({setSetting}, 0));
-    QCOMPARE(m_store->addPlaylist(u"Lake"_s), -1LL);
+    QCOMPARE(m_test->store->addPlaylist(u"Lake"_s), -1LL);
     QVERIFY(logged({addPlaylist}, 0));
-    QVERIFY(m_store->addImageToPlayList(1, u"/a.jpg"_s));
+    QVERIFY(m_test->store->addImageToPlayList(1, u"/a.jpg"_s));
     QVERIFY(logged({findImage, addImage}, 0));
-    m_store->deleteImageFromPlayList(1, u"/a.jpg"_s);
+    m_test->store->deleteImageFromPlayList(1, u"/a.jpg"_s);
     QVERIFY(logged({deleteImage}, 1));
-    m_store->updatePlaylist(1, u"Wood"_s);
+    m_test->store->updatePlaylist(1, u"Wood"_s);
     QVERIFY(logged({updatePlaylist}, 1));
-    m_store->deletePlaylist(1);
+    m_test->store->deletePlaylist(1);
     QVERIFY(logged({deletePlaylist, deleteImages}, 1));
 }
 
@@ -246,14 +167,14 @@ void tst_DataStorageFailures::aDatabaseThatCannotBeOpened()
         permissions = std::make_unique<ObeyedPermissions>();
     }
 
-    start();
-    m_device->forgetCalls();
-    QCOMPARE(m_output->logLines(logSource),
+    m_test->start();
+    m_test->device.forgetCalls();
+    QCOMPARE(m_test->output.logLines(logSource),
              QStringList(u"2 DataStorage::DataStorage(QObject *): Failed to open database "
                          "/mnt/ext1/system/picture_stand.sqlite"_s)
                  + failedScheme(QString()));
     everyOperationFails(QString());
-    QVERIFY(m_device->calls({"GetSoftwareLocalizationType"}).isEmpty());
+    QVERIFY(m_test->device.calls({"GetSoftwareLocalizationType"}).isEmpty());
     QVERIFY(obstacle != 0 || !QFile::exists(stored_database::folder)); // no folder is made
     QVERIFY(obstacle != 4 || !QFile::exists(stored_database::path));
 }
@@ -273,31 +194,31 @@ void tst_DataStorageFailures::aFileThatIsNoDatabase()
     QFETCH(QByteArray, bytes);
 
     writeBytes(bytes);
-    start();
+    m_test->start();
     const QString error = u"file is not a database"_s;
-    QCOMPARE(m_output->logLines(logSource), failedScheme(error));
+    QCOMPARE(m_test->output.logLines(logSource), failedScheme(error));
     everyOperationFails(error);
-    stop();
+    m_test->stop();
     QCOMPARE(bytesOf(stored_database::path), bytes);
 }
 
 void tst_DataStorageFailures::aDamagedDatabaseDoesNotEndTheRun()
 {
-    start();
-    stop();
+    m_test->start();
+    m_test->stop();
     QByteArray bytes = bytesOf(stored_database::path);
     const QByteArray noise = randomBytes(static_cast<int>(bytes.size()) - 200);
     bytes.replace(200, noise.size(), noise);
     writeBytes(bytes);
 
-    m_output->forget();
-    start();
-    const QStringList lines = m_output->logLines(logSource);
+    m_test->output.forget();
+    m_test->start();
+    const QStringList lines = m_test->output.logLines(logSource);
     QVERIFY(!lines.isEmpty());
     QVERIFY2(lines.first().startsWith(scheme + u"Error creating tables ["_s), qPrintable(lines.first()));
-    QVERIFY(m_store->getPlaylists().empty());
-    QCOMPARE(m_store->getSetting(u"shuffle"_s, -1), QString());
-    QCOMPARE(m_store->addPlaylist(u"Lake"_s), -1LL);
+    QVERIFY(m_test->store->getPlaylists().empty());
+    QCOMPARE(m_test->store->getSetting(u"shuffle"_s, -1), QString());
+    QCOMPARE(m_test->store->addPlaylist(u"Lake"_s), -1LL);
 }
 
 void tst_DataStorageFailures::anotherProgramsDatabaseKeepsItsRows()
@@ -309,110 +230,20 @@ void tst_DataStorageFailures::anotherProgramsDatabaseKeepsItsRows()
         u"INSERT INTO playlists VALUES('a song')"_s,
         u"INSERT INTO notes VALUES('a note')"_s,
     }));
-    start();
+    m_test->start();
     const QString error = u"table settings has no column named id"_s;
-    QCOMPARE(m_output->logLines(logSource),
+    QCOMPARE(m_test->output.logLines(logSource),
              QStringList(addPlaylist.arg(QString()))
                  + QStringList(scheme + u"Error insert into [%1]"_s.arg(error)));
 
-    m_output->forget();
-    QVERIFY(m_store->getPlaylists().empty());
-    QCOMPARE(m_store->getSetting(u"shuffle"_s, -1), QString());
-    m_store->setSetting(u"shuffle"_s, u"1"_s, -1);
-    QCOMPARE(m_output->logLines(logSource), withError({readPlaylists, getSetting, setSetting}, error));
+    m_test->output.forget();
+    QVERIFY(m_test->store->getPlaylists().empty());
+    QCOMPARE(m_test->store->getSetting(u"shuffle"_s, -1), QString());
+    m_test->store->setSetting(u"shuffle"_s, u"1"_s, -1);
+    QCOMPARE(m_test->output.logLines(logSource), withError({readPlaylists, getSetting, setSetting}, error));
     QCOMPARE(stored_database::rows(u"SELECT song FROM playlists"_s), QStringList(u"a song"_s));
     QCOMPARE(stored_database::rows(u"SELECT line FROM notes"_s), QStringList(u"a note"_s));
     QCOMPARE(stored_database::rows(u"SELECT count(*) FROM settings"_s), QStringList(u"0"_s));
-}
-
-void tst_DataStorageFailures::anEmptyReadOnlyFile()
-{
-    writeBytes({});
-    QVERIFY(QFile::setPermissions(stored_database::path, QFile::ReadOwner));
-    const ObeyedPermissions permissions;
-    start();
-    QStringList lines = failedScheme(u"attempt to write a readonly database"_s);
-    QCOMPARE(m_output->logLines(logSource), lines);
-    QVERIFY(m_store->getPlaylists().empty());
-    QCOMPARE(bytesOf(stored_database::path), QByteArray());
-}
-
-void tst_DataStorageFailures::aReadOnlyDatabaseIsStillRead()
-{
-    start();
-    stop();
-    const QByteArray bytes = bytesOf(stored_database::path);
-    QVERIFY(QFile::setPermissions(stored_database::path, QFile::ReadOwner));
-    const ObeyedPermissions permissions;
-
-    start();
-    QCOMPARE(m_output->logLines(logSource), QStringList());
-    QCOMPARE(m_store->getPlaylists().size(), 1U);
-    QCOMPARE(m_store->getSetting(u"change_picture_time"_s, -1), u"30"_s);
-    m_store->setSetting(u"change_picture_time"_s, u"60"_s, -1);
-    QCOMPARE(m_store->addPlaylist(u"Lake"_s), -1LL);
-    QVERIFY(m_store->addImageToPlayList(1, u"/a.jpg"_s));
-    QCOMPARE(m_output->logLines(logSource), withError({setSetting, addPlaylist, addImage}, QString()));
-    QCOMPARE(m_store->getSetting(u"change_picture_time"_s, -1), u"30"_s);
-    stop();
-    QCOMPARE(bytesOf(stored_database::path), bytes);
-}
-
-void tst_DataStorageFailures::aReadOnlyFolderIsStillRead()
-{
-    start();
-    stop();
-    const QFile::Permissions usual = QFile::permissions(stored_database::folder);
-    QVERIFY(QFile::setPermissions(stored_database::folder, QFile::ReadOwner | QFile::ExeOwner));
-    {
-        const ObeyedPermissions permissions;
-        start();
-        m_store->setSetting(u"change_picture_time"_s, u"60"_s, -1);
-    }
-    QVERIFY(QFile::setPermissions(stored_database::folder, usual));
-    QCOMPARE(m_output->logLines(logSource), withError({setSetting}, QString()));
-    QCOMPARE(m_store->getSetting(u"change_picture_time"_s, -1), u"30"_s);
-}
-
-void tst_DataStorageFailures::aFileThatCannotGrowAtTheFirstStart()
-{
-    {
-        const FileSizeLimit limit(4096);
-        start();
-        const QString error = u"disk I/O error"_s;
-        const QStringList lines = m_output->logLines(logSource);
-        QCOMPARE(lines.mid(0, 3), failedScheme(error).mid(0, 3));
-        QCOMPARE(lines.at(3), scheme + u"Error performing select settings request. [disk I/O error]"_s);
-        QVERIFY(m_store->getPlaylists().empty());
-    }
-    // With room again the next start makes everything.
-    start();
-    QCOMPARE(m_store->getPlaylists().size(), 1U);
-    QCOMPARE(m_store->getSetting(u"change_picture_time"_s, -1), u"30"_s);
-}
-
-void tst_DataStorageFailures::aFileThatCannotGrowLater()
-{
-    start();
-    const QString longTitle(20'000, u'x');
-    QSignalSpy changed(m_store.get(), &DataStorage::changed);
-    {
-        const FileSizeLimit limit(static_cast<rlim_t>(QFileInfo(stored_database::path).size()));
-        QCOMPARE(m_store->addPlaylist(longTitle), -1LL);
-        QCOMPARE(changed.count(), 0);
-        m_store->updatePlaylist(1, longTitle);
-        QCOMPARE(changed.count(), 1);
-        QVERIFY(m_store->addImageToPlayList(1, longTitle));
-        QCOMPARE(changed.count(), 1);
-        QCOMPARE(m_output->logLines(logSource),
-                 withError({addPlaylist, updatePlaylist, addImage}, QString()));
-    }
-    // Nothing that was stored is lost, and writing goes on when there is room.
-    QCOMPARE(m_store->getPlaylists().size(), 1U);
-    QCOMPARE(m_store->getPlaylists().front().title, u"@DefaultPlaylist"_s);
-    QCOMPARE(m_store->getPlaylists().front().images.size(), 10);
-    QCOMPARE(m_store->addPlaylist(longTitle), 2LL);
-    QCOMPARE(stored_database::rows(u"PRAGMA integrity_check"_s), QStringList(u"ok"_s));
 }
 
 void tst_DataStorageFailures::anOperationFails_data()
@@ -511,14 +342,14 @@ void tst_DataStorageFailures::anOperationFails()
     QFETCH(int, changedCount);
     QFETCH(QString, rows);
 
-    start();
-    m_store->addPlaylist(u"Lake"_s);
+    m_test->start();
+    m_test->store->addPlaylist(u"Lake"_s);
     QVERIFY(stored_database::execute(sabotage));
-    QSignalSpy changed(m_store.get(), &DataStorage::changed);
+    QSignalSpy changed(m_test->store.get(), &DataStorage::changed);
 
-    QCOMPARE(operation(*m_store), result);
+    QCOMPARE(operation(*m_test->store), result);
     // What went wrong in a prepared statement stays with its query: the connection has nothing to tell.
-    QCOMPARE(m_output->logLines(logSource), withError(lines, QString()));
+    QCOMPARE(m_test->output.logLines(logSource), withError(lines, QString()));
     QCOMPARE(changed.count(), changedCount);
     if (!rows.isEmpty()) {
         QCOMPARE(stored_database::rows(
@@ -534,44 +365,44 @@ void tst_DataStorageFailures::theTextIsTheConnectionsLastError()
     // stays.
     QVERIFY(stored_database::execute(
         {u"CREATE VIEW settings AS SELECT 1 AS id, 'x' AS name, 'y' AS value, -1 AS playlist"_s}));
-    start();
-    m_store->setSetting(u"shuffle"_s, u"1"_s, -1);
-    const QStringList lines = m_output->logLines(logSource);
+    m_test->start();
+    m_test->store->setSetting(u"shuffle"_s, u"1"_s, -1);
+    const QStringList lines = m_test->output.logLines(logSource);
     QCOMPARE(lines.size(), 1);
     QCOMPARE(lines.first(),
              setSetting.arg(QString())); // the query's own: cannot modify settings because it is a view
 
-    m_output->forget();
+    m_test->output.forget();
     QSqlDatabase database = QSqlDatabase::database();
     QT_WARNING_PUSH
     QT_WARNING_DISABLE_DEPRECATED
     database.exec(u"nonsense"_s);
     QT_WARNING_POP
-    m_store->setSetting(u"shuffle"_s, u"1"_s, -1);
-    QCOMPARE(m_output->logLines(logSource),
+    m_test->store->setSetting(u"shuffle"_s, u"1"_s, -1);
+    QCOMPARE(m_test->output.logLines(logSource),
              QStringList(setSetting.arg(u"near \"nonsense\": syntax error"_s)));
 }
 
 void tst_DataStorageFailures::aDatabaseLockedByAnotherProcess()
 {
-    start();
+    m_test->start();
     QProcess other;
     other.start(QCoreApplication::applicationFilePath(), {u"hold-lock"_s});
     QVERIFY(other.waitForStarted());
     QTRY_VERIFY(other.canReadLine() || other.state() == QProcess::NotRunning);
     QCOMPARE(other.readLine(), QByteArray("locked\n"));
 
-    QSignalSpy changed(m_store.get(), &DataStorage::changed);
-    QCOMPARE(m_store->addPlaylist(u"Lake"_s), -1LL);
-    QCOMPARE(m_store->getSetting(u"change_picture_time"_s, -1), QString());
+    QSignalSpy changed(m_test->store.get(), &DataStorage::changed);
+    QCOMPARE(m_test->store->addPlaylist(u"Lake"_s), -1LL);
+    QCOMPARE(m_test->store->getSetting(u"change_picture_time"_s, -1), QString());
     QCOMPARE(changed.count(), 0);
-    QCOMPARE(m_output->logLines(logSource), withError({addPlaylist, getSetting}, QString()));
+    QCOMPARE(m_test->output.logLines(logSource), withError({addPlaylist, getSetting}, QString()));
 
     other.closeWriteChannel();
     QVERIFY(other.waitForFinished());
     QCOMPARE(other.exitCode(), 0);
-    QCOMPARE(m_store->addPlaylist(u"Lake"_s), 2LL);
-    QCOMPARE(m_store->getSetting(u"change_picture_time"_s, -1), u"30"_s);
+    QCOMPARE(m_test->store->addPlaylist(u"Lake"_s), 2LL);
+    QCOMPARE(m_test->store->getSetting(u"change_picture_time"_s, -1), u"30"_s);
 }
 
 int main(int argc, char **argv)
