@@ -28,7 +28,13 @@ QDBusMessage logindCall(const QString &method)
 
 } // namespace
 
-Inhibitor::Inhibitor() = default;
+Inhibitor::Inhibitor(const Inhibition &inhibition, std::chrono::milliseconds pause)
+    : m_inhibition(inhibition)
+{
+    m_pause.setSingleShot(true);
+    m_pause.setInterval(pause);
+    connect(&m_pause, &QTimer::timeout, this, [this] { setWanted(m_wanted); });
+}
 
 Inhibitor::~Inhibitor()
 {
@@ -39,6 +45,7 @@ Inhibitor::~Inhibitor()
 void Inhibitor::setWanted(bool wanted)
 {
     m_wanted = wanted;
+    m_pause.stop();
     if (m_asking)
         return; // the answer decides what happens
     if (m_wanted && !isHeld()) {
@@ -66,8 +73,8 @@ void Inhibitor::ask(Service service)
     connect(m_bus.get(), &MessageBus::closed, this, &Inhibitor::goOn);
     QDBusMessage request = desktop ? desktopCall(u"Inhibit"_s) : logindCall(u"Inhibit"_s);
     if (!desktop)
-        request << u"idle:sleep"_s;
-    request << u"Picture frame"_s << u"Pictures are on show"_s;
+        request << m_inhibition.what;
+    request << u"Picture frame"_s << m_inhibition.reason;
     if (!desktop)
         request << u"block"_s;
     m_bus->call(request, [this](const QDBusMessage &reply) { take(reply); });
@@ -89,7 +96,7 @@ void Inhibitor::take(const QDBusMessage &reply)
         return;
     }
     m_asking = false;
-    m_lastComplaint.clear();
+    m_complained = false;
     if (!m_wanted)
         giveBack();
 }
@@ -105,10 +112,12 @@ void Inhibitor::goOn(const QString &whyNot)
         return;
     }
     m_asking = false;
-    const QString complaint = m_reasons.join(u"; "_s);
-    if (m_wanted && complaint != std::exchange(m_lastComplaint, complaint)) {
+    if (!m_wanted)
+        return;
+    m_pause.start();
+    if (m_inhibition.vital && !std::exchange(m_complained, true)) {
         log::line(2, __FILE__, __LINE__, __func__,
-                  "nothing keeps the machine awake (" + complaint.toStdString() + ')');
+                  "nothing keeps the machine awake (" + m_reasons.join(u"; "_s).toStdString() + ')');
     }
 }
 
