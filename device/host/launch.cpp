@@ -65,6 +65,8 @@ int Launch::run()
     const Outcome alone = runEnclosed(false);
     if (alone.status)
         return *alone.status;
+    if (alone.signal)
+        return signalStatus + *alone.signal; // what has not begun does not begin any more
     const Outcome withNetwork = runEnclosed(true, alone.reason);
     return withNetwork.status ? *withNetwork.status : refuse(whyNoSandbox(withNetwork.reason));
 }
@@ -198,6 +200,7 @@ Launch::Outcome Launch::supervise(Supervisor &supervisor, const std::function<vo
     // From inside the loop, so that a failure that is known at once finds it running.
     QMetaObject::invokeMethod(&supervisor, start, Qt::QueuedConnection);
     loop.exec();
+    outcome.signal = supervisor.waitingSignal();
     m_desktop.reset();
     return outcome;
 }

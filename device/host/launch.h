@@ -40,6 +40,7 @@ private:
     {
         std::optional<int> status;
         QString reason;
+        std::optional<int> signal; ///< that came and did not reach the program
     };
 
     bool findProgram(QString *error);

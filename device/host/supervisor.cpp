@@ -17,7 +17,6 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr int signalStatus = 128; // as in a shell: added to the number of the signal that ended a program
 constexpr int firstFreeDescriptor = 10;
 
 QString firstLine(const QByteArray &text)

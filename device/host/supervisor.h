@@ -12,6 +12,8 @@ class QSocketNotifier;
 
 namespace lindenreed::host {
 
+constexpr int signalStatus = 128; ///< as in a shell: added to the number of the signal that ended a program
+
 /// Runs one program at a time, with the launcher's standard input, output and error. Main thread.
 ///
 /// The program has a session of its own: what a terminal sends reaches the launcher alone, which passes it
@@ -32,6 +34,7 @@ public:
 
     /// To the program; kept until it can be reached.
     void pass(int signal);
+    std::optional<int> waitingSignal() const { return m_waitingSignal; } ///< that is still to be passed on
 
 signals:
     void started(); ///< the program has its place

@@ -8,6 +8,7 @@
 #include <QTest>
 
 #include <algorithm>
+#include <csignal>
 #include <memory>
 
 #include <unistd.h>
@@ -29,6 +30,8 @@ private slots:
     void noSandbox();
     void noSandboxProgram();
     void networkThatStaysOn();
+    void signalDuringTheFirstAttempt_data();
+    void signalDuringTheFirstAttempt();
     void foreignRunFolder_data();
     void foreignRunFolder();
 
@@ -163,6 +166,31 @@ void tst_LauncherRefusals::networkThatStaysOn()
     QCOMPARE(lines, (QByteArrayList{"", "own", notice}));
     QCOMPARE(end.output, QByteArray("started\n"));
     QCOMPARE(end.status, 6);
+}
+
+void tst_LauncherRefusals::signalDuringTheFirstAttempt_data()
+{
+    QTest::addColumn<int>("signal");
+
+    QTest::newRow("TERM") << SIGTERM;
+    QTest::newRow("INT") << SIGINT;
+    QTest::newRow("HUP") << SIGHUP;
+}
+
+void tst_LauncherRefusals::signalDuringTheFirstAttempt()
+{
+    QFETCH(int, signal);
+
+    // The second attempt would succeed.
+    replaceSandbox("for word; do [ \"$word\" != --unshare-net ] || {\n"
+                   "kill -"
+                   + QByteArray::number(signal)
+                   + " $PPID; exit 1; }; done\n"
+                     "exec "
+                   + QFile::encodeName(QStandardPaths::findExecutable(u"bwrap"_s)) + " \"$@\"\n");
+    const LauncherEnd end = m_place->runScript(u"sleep 1000; echo over"_s);
+    QCOMPARE(end.status, 128 + signal);
+    QCOMPARE(end.output, QByteArray());
 }
 
 void tst_LauncherRefusals::foreignRunFolder_data()
