@@ -1,6 +1,7 @@
 #include "screen.h"
 
 #include "facts.h"
+#include "turned_size.h"
 
 #include <QThread>
 
@@ -28,8 +29,7 @@ void Screen::setOrientation(int orientation)
 
 QSize Screen::size() const
 {
-    const bool sideways = m_orientation == 1 || m_orientation == 2;
-    return sideways ? m_panelSize.transposed() : m_panelSize;
+    return turnedSize(m_panelSize, m_orientation);
 }
 
 void Screen::setPanelType(int type)
@@ -72,9 +72,9 @@ void Screen::useFastMode(const QRect &area)
 void Screen::setUpdateMode(int mode)
 {
     if (mode == 1 || mode == 2)
-        m_updateMode = mode;
+        emit nextDrawingWanted(RefreshMode::Partial);
     else if (mode == 5)
-        emit fullRefreshOnNextDrawing(); // asks once, the standing mode stays
+        emit nextDrawingWanted(RefreshMode::Full);
 }
 
 void Screen::setFastUpdates(bool fast)

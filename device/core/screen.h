@@ -37,10 +37,10 @@ public:
     void clear(); ///< the whole panel white at once, as a full refresh
     void refresh(RefreshMode mode, const QRect &area = {}); ///< an empty area is the whole screen
     void useFastMode(const QRect &area);
-    void
-    setUpdateMode(int mode); ///< 1, 2: partial, on grey and on colour; 5: the next drawing is a full refresh
-    int updateMode() const { return m_updateMode; }
-    void setFastUpdates(bool fast); ///< less quality, more speed, on a colour panel
+    /// 1, 2: the next drawing is a partial refresh, on grey and on colour; 5: it is a full one.
+    void setUpdateMode(int mode);
+    /// On a colour panel every drawing shows two levels first, and all of them when it has come to rest.
+    void setFastUpdates(bool fast);
     bool fastUpdates() const { return m_fastUpdates; }
 
     void reset(); ///< as after the start
@@ -51,14 +51,13 @@ signals:
     void cleared();
     void refreshWanted(lindenreed::device::RefreshMode mode, QRect area);
     void fastModeWanted(QRect area);
-    void fullRefreshOnNextDrawing();
+    void nextDrawingWanted(lindenreed::device::RefreshMode mode);
 
 private:
     QSize m_panelSize;
     int m_statusHeight;
     int m_orientation = 0;
     int m_panelType = 1;
-    int m_updateMode = 1;
     bool m_inverted = false;
     bool m_fastUpdates = false;
 };

@@ -28,13 +28,17 @@ Composition::Composition(Panel &panel, const Screen &screen, const Light &light)
         if (!m_fingerDown)
             endFastMode();
     });
+    m_drawingPatience.setSingleShot(true);
+    m_drawingPatience.setInterval(drawingPatience);
+    connect(&m_drawingPatience, &QTimer::timeout, this, &Composition::post);
 
     connect(&screen, &Screen::geometryChanged, this, &Composition::followGeometry);
     connect(&screen, &Screen::inversionChanged, this, &Composition::followInversion);
     connect(&screen, &Screen::cleared, this, &Composition::clear);
     connect(&screen, &Screen::refreshWanted, this, &Composition::refresh);
     connect(&screen, &Screen::fastModeWanted, this, &Composition::startFastMode);
-    connect(&screen, &Screen::fullRefreshOnNextDrawing, this, [this] { m_nextDrawingFull = true; });
+    connect(&screen, &Screen::nextDrawingWanted, this,
+            [this](RefreshMode mode) { m_nextDrawingFull = mode == RefreshMode::Full; });
     connect(&light, &Light::changed, this, [this] {
         m_panel.begin();
         m_panel.describe(m_screen, m_light);
@@ -143,6 +147,7 @@ void Composition::followGeometry()
     m_fastArea = QRect(); // of a screen that is no longer there
     m_cover = QImage();
     m_damage = QRegion();
+    m_drawingPatience.start();
     damage(wholeScreen());
 }
 
@@ -187,7 +192,15 @@ void Composition::startFastMode(const QRect &area)
 
 void Composition::endFastMode()
 {
+    m_fastIsOver = true;
     damage(std::exchange(m_fastArea, QRect()));
+}
+
+bool Composition::isDrawingAwaited() const
+{
+    return m_drawingPatience.isActive()
+        && std::any_of(m_surfaces.cbegin(), m_surfaces.cend(),
+                       [](const Surface *each) { return each->awaitsDrawing(); });
 }
 
 void Composition::post()
@@ -217,6 +230,10 @@ void Composition::compose()
 {
     if (m_damage.isEmpty())
         return;
+    if (isDrawingAwaited())
+        return; // what a window showed before has no place on this screen; its drawing comes, or the time
+                // runs out
+    m_drawingPatience.stop();
     if (std::exchange(m_nextDrawingFull, false)) {
         m_fullWanted = true;
         m_damage = wholeScreen();
@@ -224,6 +241,7 @@ void Composition::compose()
     if (std::exchange(m_statusPanelWiped, false) && m_statusPanel)
         m_damage += m_statusPanel->screenRectangle();
     const bool full = std::exchange(m_fullWanted, false);
+    const bool fastIsOver = std::exchange(m_fastIsOver, false);
     if (full) {
         m_fastArea = QRect();
         m_fastRest.stop();
@@ -231,6 +249,9 @@ void Composition::compose()
             m_cover = QImage();
             m_damage = wholeScreen();
         }
+    } else if (m_screen.fastUpdates() && m_panel.isColour() && !fastIsOver) {
+        m_fastArea |= m_damage.boundingRect();
+        m_fastRest.start();
     }
     QRegion rest = std::exchange(m_damage, QRegion());
     const QRect bounds = rest.boundingRect();

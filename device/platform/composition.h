@@ -27,6 +27,8 @@ class Composition : public QObject
 public:
     /// How long nothing may have been drawn in the fast rectangle before it comes back in all levels.
     static constexpr std::chrono::milliseconds fastModeRest{250};
+    /// How long a window that has another geometry may keep the panel waiting for its drawing.
+    static constexpr std::chrono::milliseconds drawingPatience{500};
 
     /// All three must outlive it.
     Composition(Panel &panel, const Screen &screen, const Light &light);
@@ -47,7 +49,8 @@ public:
     Surface *topmostAt(const QPoint &screenPixel) const; ///< null where there is only paper
 
     void damage(const QRegion &region); ///< screen pixels that have to be composed anew
-    bool isPending() const { return m_composePosted; } ///< a refresh is still to come
+    /// A refresh is still to come.
+    bool isPending() const { return m_composePosted || !m_damage.isEmpty() || m_fastRest.isActive(); }
     void setFingerDown(bool down); ///< the fast mode stays while a finger is on the panel
 
 signals:
@@ -66,6 +69,7 @@ private:
     void refresh(RefreshMode mode, const QRect &area);
     void startFastMode(const QRect &area);
     void endFastMode();
+    bool isDrawingAwaited() const;
     void post();
     void compose();
     void copy(const Surface &surface, const QRegion &region);
@@ -80,9 +84,11 @@ private:
     QRegion m_damage;
     QRect m_fastArea; ///< empty: no fast mode
     QTimer m_fastRest;
+    QTimer m_drawingPatience;
     bool m_coverIsNew = false; ///< the full refresh that comes is its own
     bool m_fullWanted = false; ///< the refresh that comes is a full one
     bool m_nextDrawingFull = false;
+    bool m_fastIsOver = false; ///< the refresh that comes brings all levels back
     bool m_statusPanelWiped = false; ///< it comes back with the next drawing
     bool m_fingerDown = false;
     bool m_composePosted = false;

@@ -62,7 +62,7 @@ Panel::Panel(const Profile &profile, std::unique_ptr<remote::PanelWriter> writer
 
 QImage::Format Panel::pictureFormat() const
 {
-    return m_writer->bytesPerPixel() == 1 ? QImage::Format_Grayscale8 : QImage::Format_RGB32;
+    return isColour() ? QImage::Format_RGB32 : QImage::Format_Grayscale8;
 }
 
 void Panel::setOrientation(int orientation)

@@ -33,6 +33,7 @@ public:
     static std::unique_ptr<Panel> create(const Profile &profile, const QString &path, QString *error);
 
     const Turning &turning() const { return m_turning; }
+    bool isColour() const { return m_writer->bytesPerPixel() > 1; }
     QImage::Format
     pictureFormat() const; ///< of what copy() takes: Format_Grayscale8, on colour panels Format_RGB32
 

@@ -169,6 +169,7 @@ bool PlatformWindow::staysOnTop() const
 void PlatformWindow::showDrawing(const std::shared_ptr<const QImage> &picture, const QRegion &region)
 {
     m_picture = picture;
+    m_awaitsDrawing = false;
     if (!m_visible)
         return;
     if (!std::exchange(m_onPanel, true))
@@ -181,6 +182,7 @@ void PlatformWindow::followScreen(const QPoint &before)
 {
     if (parent())
         return; // moves with its parent
+    m_awaitsDrawing = m_onPanel;
     const QPoint corner = platformScreen()->availableGeometry().topLeft();
     setGeometry(geometry().translated(corner - before));
 }

@@ -39,6 +39,7 @@ public:
     QRect screenRectangle() const override;
     const QImage &picture() const override;
     bool staysOnTop() const override;
+    bool awaitsDrawing() const override { return m_awaitsDrawing; }
 
     /// The window's part `region` (its own coordinates) was drawn into the picture.
     void showDrawing(const std::shared_ptr<const QImage> &picture, const QRegion &region);
@@ -59,6 +60,7 @@ private:
     std::shared_ptr<const QImage> m_picture;
     bool m_visible = false;
     bool m_onPanel = false;
+    bool m_awaitsDrawing = false; ///< since the screen turned, or its status panel came or went
 };
 
 } // namespace lindenreed::device

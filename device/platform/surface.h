@@ -17,6 +17,7 @@ public:
     /// What it shows, from its upper left corner on, in the panel's picture format. May be smaller than the
     /// rectangle for a moment, or null; what is missing is white.
     virtual const QImage &picture() const = 0;
+    virtual bool awaitsDrawing() const { return false; } ///< the picture is one of an earlier geometry
     virtual bool staysOnTop() const { return false; } ///< above all that do not
 };
 

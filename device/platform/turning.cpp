@@ -1,11 +1,12 @@
 #include "turning.h"
 
+#include "turned_size.h"
+
 namespace lindenreed::device {
 
 QSize Turning::screenSize() const
 {
-    const bool sideways = m_orientation == 1 || m_orientation == 2;
-    return sideways ? m_panelSize.transposed() : m_panelSize;
+    return turnedSize(m_panelSize, m_orientation);
 }
 
 QPoint Turning::toPanel(const QPoint &screenPixel) const

@@ -44,7 +44,6 @@ void tst_Screen::startsUpright()
     QCOMPARE(screen.orientation(), 0);
     QCOMPARE(screen.panelType(), 1);
     QCOMPARE(screen.statusHeight(), 9);
-    QCOMPARE(screen.updateMode(), 1);
     QVERIFY(!screen.inverted());
     QVERIFY(!screen.fastUpdates());
 }
@@ -204,18 +203,14 @@ void tst_Screen::clear()
 void tst_Screen::updateMode()
 {
     Screen screen{Profile()};
-    QSignalSpy full(&screen, &Screen::fullRefreshOnNextDrawing);
+    QList<RefreshMode> wanted;
+    connect(&screen, &Screen::nextDrawingWanted, this, [&wanted](RefreshMode mode) { wanted.append(mode); });
     screen.setUpdateMode(2);
-    QCOMPARE(screen.updateMode(), 2);
-    screen.setUpdateMode(5); // asks once, the standing mode stays
-    QCOMPARE(screen.updateMode(), 2);
-    QCOMPARE(full.size(), 1);
+    screen.setUpdateMode(5);
     screen.setUpdateMode(99);
     screen.setUpdateMode(-1);
-    QCOMPARE(screen.updateMode(), 2);
     screen.setUpdateMode(1);
-    QCOMPARE(screen.updateMode(), 1);
-    QCOMPARE(full.size(), 1);
+    QCOMPARE(wanted, QList<RefreshMode>({RefreshMode::Partial, RefreshMode::Full, RefreshMode::Partial}));
 }
 
 void tst_Screen::fastUpdates()
@@ -233,14 +228,12 @@ void tst_Screen::reset()
     screen.setOrientation(2);
     screen.setPanelType(0);
     screen.setInverted(true);
-    screen.setUpdateMode(2);
     screen.setFastUpdates(true);
     screen.reset();
     QCOMPARE(screen.orientation(), 0);
     QCOMPARE(facts().width.load(), 758);
     QCOMPARE(screen.panelType(), 1);
     QVERIFY(!screen.inverted());
-    QCOMPARE(screen.updateMode(), 1);
     QVERIFY(!screen.fastUpdates());
 }
 

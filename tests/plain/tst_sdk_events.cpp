@@ -237,11 +237,11 @@ void tst_SdkEvents::refreshes()
 void tst_SdkEvents::updateModes()
 {
     DeviceForTest device;
-    QSignalSpy full(&Device::instance()->screen, &Screen::fullRefreshOnNextDrawing);
+    QSignalSpy wanted(&Device::instance()->screen, &Screen::nextDrawingWanted);
     platform()->setScreenUpdateMode(2);
-    QCOMPARE(Device::instance()->screen.updateMode(), 2);
     platform()->setScreenUpdateMode(5);
-    QCOMPARE(full.size(), 1);
+    QCOMPARE(wanted.size(), 2);
+    QCOMPARE(wanted.constLast().constFirst().value<RefreshMode>(), RefreshMode::Full);
     QCOMPARE(journalLines(device), QByteArrayList({"setScreenUpdateMode(2)", "setScreenUpdateMode(5)"}));
 }
 

@@ -306,11 +306,10 @@ void tst_ControlsModule::screenWidthFollowsTheTurn()
 
 void tst_ControlsModule::fullRefreshIsAskedOnce()
 {
-    QSignalSpy asked(&Device::instance()->screen, &Screen::fullRefreshOnNextDrawing);
-    const int standing = Device::instance()->screen.updateMode();
+    QSignalSpy asked(&Device::instance()->screen, &Screen::nextDrawingWanted);
     value("DeviceInfoProvider.requireFullUpdateHQ()");
     QCOMPARE(asked.count(), 1);
-    QCOMPARE(Device::instance()->screen.updateMode(), standing);
+    QCOMPARE(asked.constFirst().constFirst().value<RefreshMode>(), RefreshMode::Full);
 }
 
 void tst_ControlsModule::fastModeTakesScreenPixels_data()

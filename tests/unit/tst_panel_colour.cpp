@@ -2,11 +2,13 @@
 
 #include "panel_application.h"
 #include "panel_qml.h"
+#include "panel_remote.h"
 #include "panel_view.h"
 
 #include <device.h>
 
 using lindenreed::device::Device;
+using lindenreed::device::Screen;
 
 class tst_PanelColour : public QObject
 {
@@ -17,6 +19,7 @@ private slots:
     void coloursPassUnchanged();
     void inverted();
     void fastModeIsBlackAndWhite();
+    void fastUpdatesAreBlackAndWhiteFirst();
 };
 
 void tst_PanelColour::profileIsTheOneOfTheRecord()
@@ -58,6 +61,47 @@ void tst_PanelColour::fastModeIsBlackAndWhite()
     Device::instance()->screen.useFastMode(QRect(0, 1000, 100, 448));
     QTRY_COMPARE(panel_view::upright().pixel(10, 1400), qRgb(0, 0, 0));
     QTRY_COMPARE(panel_view::upright().pixel(10, 1400), qRgb(0x12, 0x34, 0x56));
+}
+
+void tst_PanelColour::fastUpdatesAreBlackAndWhiteFirst()
+{
+    QQmlEngine engine;
+    const auto window = loadWindow(engine, R"(Window { visible: true; color: "white"
+        property alias partColour: part.color
+        Rectangle { id: part; x: 100; y: 100; width: 50; height: 50; color: "#fe8001" } })");
+    QVERIFY(panel_view::waitUntilStill());
+    Screen &screen = Device::instance()->screen;
+    PanelRemote remote;
+    QVERIFY(remote.ask(QStringLiteral("follow")).value(QStringLiteral("ok")).toBool());
+    const auto nextRefresh = [&remote] {
+        QJsonObject event;
+        do
+            event = remote.nextLine();
+        while (!event.isEmpty() && event.value(QStringLiteral("event")) != QStringLiteral("refresh"));
+        return event.value(QStringLiteral("mode")).toString();
+    };
+    const quint64 before = panel_view::refreshNumber();
+
+    screen.setFastUpdates(true);
+    window->setProperty("partColour", QColor(0x12, 0x34, 0x56));
+    QCOMPARE(nextRefresh(), QStringLiteral("fast"));
+    QCOMPARE(panel_view::upright().pixel(110, 174), qRgb(0, 0, 0));
+    QVERIFY(panel_view::waitUntilStill()); // which is when all levels are back
+    QCOMPARE(panel_view::upright().pixel(110, 174), qRgb(0x12, 0x34, 0x56));
+    QCOMPARE(nextRefresh(), QStringLiteral("partial"));
+    QCOMPARE(panel_view::refreshNumber(), before + 2);
+
+    screen.setUpdateMode(5); // a full refresh is never a fast one
+    window->setProperty("partColour", QColor(0xfe, 0x80, 0x01));
+    QCOMPARE(nextRefresh(), QStringLiteral("full"));
+    QCOMPARE(panel_view::upright().pixel(110, 174), qRgb(0xfe, 0x80, 0x01));
+
+    screen.setFastUpdates(false);
+    window->setProperty("partColour", QColor(0x12, 0x34, 0x56));
+    QCOMPARE(nextRefresh(), QStringLiteral("partial"));
+    QCOMPARE(panel_view::upright().pixel(110, 174), qRgb(0x12, 0x34, 0x56));
+    QVERIFY(panel_view::waitUntilStill());
+    QCOMPARE(panel_view::refreshNumber(), before + 4);
 }
 
 PANEL_TEST_MAIN_WITH_RECORD(tst_PanelColour, R"({"profile": "colour-6"})")

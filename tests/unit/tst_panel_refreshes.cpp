@@ -81,6 +81,9 @@ private slots:
     void clearWipesOutWhatWasDrawnBefore();
     void fullRefreshBringsBackAfterClear();
     void updateModeFive();
+    void updateModesOneAndTwoTakeItBack_data();
+    void updateModesOneAndTwoTakeItBack();
+    void fastUpdatesAreForColour();
     void fastMode();
     void fastModeStaysWhileDrawingGoesOn();
     void fastModeStaysWhileAFingerIsDown();
@@ -216,10 +219,40 @@ void tst_PanelRefreshes::updateModeFive()
     m_window.update(QRect(0, 0, 10, 10));
     QTRY_COMPARE(panel_view::refreshNumber(), before + 2);
     QCOMPARE(header().refreshMode, 0U); // once only
-    screen().setUpdateMode(1);
+}
+
+void tst_PanelRefreshes::updateModesOneAndTwoTakeItBack_data()
+{
+    QTest::addColumn<int>("mode");
+    QTest::addColumn<unsigned>("refreshMode");
+
+    QTest::newRow("partial on grey") << 1 << 0U;
+    QTest::newRow("partial on colour") << 2 << 0U;
+    QTest::newRow("unknown") << 3 << 1U;
+}
+
+void tst_PanelRefreshes::updateModesOneAndTwoTakeItBack()
+{
+    QFETCH(int, mode);
+    QFETCH(unsigned, refreshMode);
+
+    const quint64 before = panel_view::refreshNumber();
+    screen().setUpdateMode(5);
+    screen().setUpdateMode(mode);
     m_window.update(QRect(0, 0, 10, 10));
-    QTRY_COMPARE(panel_view::refreshNumber(), before + 3);
+    QTRY_COMPARE(panel_view::refreshNumber(), before + 1);
+    QCOMPARE(header().refreshMode, refreshMode);
+}
+
+void tst_PanelRefreshes::fastUpdatesAreForColour()
+{
+    const quint64 before = panel_view::refreshNumber();
+    screen().setFastUpdates(true);
+    m_window.update(QRect(0, 0, 10, 10));
+    QTRY_COMPARE(panel_view::refreshNumber(), before + 1);
     QCOMPARE(header().refreshMode, 0U);
+    QCOMPARE(panel_view::greyAt(5, 50), 0x88);
+    screen().setFastUpdates(false);
 }
 
 void tst_PanelRefreshes::fastMode()

@@ -6,6 +6,7 @@
 
 #include <device.h>
 
+#include <QBackingStore>
 #include <QPainter>
 #include <QQuickItem>
 #include <QRasterWindow>
@@ -65,6 +66,9 @@ private slots:
     void fullScreenWindowFollows();
     void secondWindowKeepsItsPlace();
     void twoEnginesInARow();
+    void oldDrawingIsNotShownAgain_data();
+    void oldDrawingIsNotShownAgain();
+    void windowThatDoesNotDraw();
     void statusPanelShowsClock();
     void noDoubleScaling();
 };
@@ -272,6 +276,53 @@ void tst_PanelWindows::twoEnginesInARow()
         QTRY_COMPARE(panel_view::greyAt(400, 500), QColor(QString::fromLatin1(colour)).red());
     }
     QTRY_COMPARE(panel_view::greyAt(400, 500), 255);
+}
+
+void tst_PanelWindows::oldDrawingIsNotShownAgain_data()
+{
+    QTest::addColumn<int>("orientation");
+    QTest::addColumn<int>("panelType");
+
+    QTest::newRow("status panel goes") << 0 << 0;
+    QTest::newRow("quarter turn") << 1 << 1;
+    QTest::newRow("half turn, status panel goes") << 3 << 0;
+}
+
+void tst_PanelWindows::oldDrawingIsNotShownAgain()
+{
+    QFETCH(int, orientation);
+    QFETCH(int, panelType);
+
+    QQmlEngine engine;
+    const auto window = loadWindow(engine, R"(Window { visible: true
+        width: Screen.width; height: Screen.desktopAvailableHeight; color: "#888888" })");
+    QVERIFY(panel_view::waitUntilStill());
+    const quint64 before = panel_view::refreshNumber();
+    screen().setOrientation(orientation);
+    screen().setPanelType(panelType);
+    QVERIFY(panel_view::waitUntilStill());
+    QCOMPARE(panel_view::greyAt(400, 500), 0x88);
+    QCOMPARE(panel_view::refreshNumber(), before + 1);
+}
+
+void tst_PanelWindows::windowThatDoesNotDraw()
+{
+    // It draws once, into a store of its own, and never again.
+    QWindow window;
+    window.setSurfaceType(QSurface::RasterSurface);
+    window.setGeometry(0, 45, 758, 979);
+    window.show();
+    QBackingStore store(&window);
+    store.resize(window.size());
+    store.beginPaint(QRect(QPoint(), window.size()));
+    QPainter(store.paintDevice()).fillRect(QRect(QPoint(), window.size()), QColor(0x88, 0x88, 0x88));
+    store.endPaint();
+    store.flush(QRect(QPoint(), window.size()));
+    QVERIFY(panel_view::waitUntilStill());
+    const quint64 before = panel_view::refreshNumber();
+    screen().setPanelType(0);
+    QTRY_COMPARE(panel_view::refreshNumber(), before + 1); // the panel does not wait for ever
+    QCOMPARE(panel_view::greyAt(400, 10), 0x88);
 }
 
 void tst_PanelWindows::statusPanelShowsClock()

@@ -4,6 +4,8 @@
 
 #include "call.h"
 
+#include <turned_size.h>
+
 #include <QFile>
 #include <QFileInfo>
 
@@ -36,8 +38,7 @@ const sv_framebuffer_info *GetTaskFramebufferInfo(int task)
         return nullptr;
     }
     const int orientation = *running->previousOrientation;
-    const bool sideways = orientation == 1 || orientation == 2;
-    const QSize size = sideways ? running->profile.panelSize.transposed() : running->profile.panelSize;
+    const QSize size = turnedSize(running->profile.panelSize, orientation);
     record = {size.width(), size.height(), orientation};
     journal::record("GetTaskFramebufferInfo", {shown(task)}, "orientation " + shown(orientation));
     return &record;

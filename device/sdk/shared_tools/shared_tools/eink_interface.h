@@ -17,13 +17,15 @@ public:
     /// Asks for one refresh of the whole screen: `full` not 0 makes it a full one. `wait` is accepted and not
     /// needed.
     virtual void requestScreenRefresh(int full, int wait) = 0;
-    /// 1 and 2: partial refreshes, on grey and on colour; 5: the next drawing is a full refresh.
+    /// 1 and 2: the next drawing is a partial refresh, on grey and on colour, as every one is that nothing
+    /// else was asked for; 5: it is a full one.
     virtual void setScreenUpdateMode(int mode) = 0;
     /// Installs the application's handler for device events; they come through the event loop.
     virtual void setEventHandler(std::function<int(int type, int par1, int par2)> handler) = 0;
     /// 1: the application takes part in the device's start-up.
     virtual void setStartupFlag(int flag) = 0;
-    /// Less quality, more speed, on a colour panel.
+    /// Less quality, more speed, on a colour panel: drawing shows two levels first and all of them when it
+    /// has come to rest.
     virtual void setFastUpdates(bool fast) = 0;
 };
 
