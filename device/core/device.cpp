@@ -22,7 +22,8 @@ constinit Device *theDevice = nullptr;
 Device::Device(const Profile &wanted)
     : profile(wanted)
     , screen(profile)
-    , light(profile.backlight.isEmpty() ? QString() : u"/sys/class/backlight/"_s + profile.backlight)
+    , light(profile.backlight.isEmpty() ? QString() : u"/sys/class/backlight/"_s + profile.backlight,
+            profile.frontlight)
 {
     facts().dpi = profile.dpi;
     facts().colourMask = profile.colourMask;

@@ -8,9 +8,13 @@
 
 namespace lindenreed::device {
 
-Light::Light(const QString &backlight)
+Light::Light(const QString &backlight, bool present)
+    : m_present(present)
+    , m_brightness(present ? 40 : 0)
+    , m_colour(present ? 50 : 0)
+    , m_enabled(present)
 {
-    if (backlight.isEmpty())
+    if (backlight.isEmpty() || !present)
         return;
     QString error;
     m_backlight = Backlight::open(backlight, &error);
@@ -25,7 +29,7 @@ Light::~Light() = default;
 template <typename T>
 void Light::set(T &member, T value)
 {
-    if (std::exchange(member, value) == value)
+    if (!m_present || std::exchange(member, value) == value)
         return;
     if (m_backlight)
         m_backlight->setLevel(m_enabled ? m_brightness : 0);

@@ -19,8 +19,8 @@ class Light : public QObject
 
 public:
     /// `backlight` is the backlight's folder, empty for none. One that cannot be used is told in the log and
-    /// passed over.
-    explicit Light(const QString &backlight = QString());
+    /// passed over. A device without a light has one that is off and stays off: levels 0, nothing automatic.
+    explicit Light(const QString &backlight = QString(), bool present = true);
     ~Light() override;
 
     int brightness() const { return m_brightness; }
@@ -43,12 +43,13 @@ private:
     template <typename T>
     void set(T &member, T value);
 
+    const bool m_present;
     std::unique_ptr<Backlight> m_backlight;
-    int m_brightness = 40;
-    int m_colour = 50;
+    int m_brightness;
+    int m_colour;
     bool m_brightnessAuto = false;
     bool m_colourAuto = false;
-    bool m_enabled = true;
+    bool m_enabled;
 };
 
 } // namespace lindenreed::device

@@ -55,8 +55,7 @@ void StatusPanel::look()
     if (!m_shown)
         return;
     const StatusValues values{QTime::currentTime().toString(u"HH:mm"_s), m_device.media.present(Medium::Card),
-                              m_device.media.present(Medium::Usb),
-                              m_device.profile.frontlight && m_device.light.enabled(), batteryCharge()};
+                              m_device.media.present(Medium::Usb), m_device.light.enabled(), batteryCharge()};
     if (values == m_values && m_picture.size() == screenRectangle().size())
         return;
     m_values = values;

@@ -19,6 +19,7 @@ private slots:
     void switches();
     void lightTellsRealChangesOnly();
     void lightReset();
+    void noLight();
     void power();
     void powerReset();
     void viewer();
@@ -101,6 +102,24 @@ void tst_LightPower::lightReset()
     QVERIFY(light.enabled());
     QVERIFY(!light.brightnessAuto());
     QVERIFY(!light.colourAuto());
+}
+
+void tst_LightPower::noLight()
+{
+    Light light(QString(), false);
+    QSignalSpy changed(&light, &Light::changed);
+    light.setBrightness(70);
+    light.setColour(70);
+    light.setEnabled(true);
+    light.setBrightnessAuto(true);
+    light.setColourAuto(true);
+    light.reset();
+    QCOMPARE(light.brightness(), 0);
+    QCOMPARE(light.colour(), 0);
+    QVERIFY(!light.enabled());
+    QVERIFY(!light.brightnessAuto());
+    QVERIFY(!light.colourAuto());
+    QCOMPARE(changed.size(), 0);
 }
 
 void tst_LightPower::power()

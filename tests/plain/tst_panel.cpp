@@ -328,6 +328,13 @@ void tst_Panel::header()
     QCOMPARE(header().orientation, 2U);
     QCOMPARE(header().refreshNumber, 1U);
     QCOMPARE(header().refreshMode, 2U);
+
+    panel->begin();
+    panel->describe(screen, Light(QString(), false)); // a device without a light
+    panel->end();
+    QCOMPARE(header().flags, 2U);
+    QCOMPARE(header().brightness, 0U);
+    QCOMPARE(header().colour, 0U);
 }
 
 QTEST_GUILESS_MAIN(tst_Panel)

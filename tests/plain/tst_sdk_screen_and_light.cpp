@@ -32,6 +32,7 @@ private slots:
     void levels();
     void lightSwitch();
     void automaticLight();
+    void withoutALight();
     void board();
     void boardOfAnotherProfile();
 };
@@ -172,6 +173,24 @@ void tst_SdkScreenAndLight::automaticLight()
         journalLines(device).mid(2, 4),
         QByteArrayList({"hw_set_frontlight_auto_enabled(1)", "hw_is_frontlight_auto() = 1",
                         "hw_is_frontlight_color_auto() = 0", "hw_set_frontlight_color_auto_enabled(2)"}));
+}
+
+void tst_SdkScreenAndLight::withoutALight()
+{
+    Profile profile;
+    profile.frontlight = false;
+    Device::start(profile);
+    SetFrontlightState(50);
+    SetFrontlightColor(50);
+    SetFrontlightEnabled(1);
+    hw_set_frontlight_auto_enabled(1);
+    hw_set_frontlight_color_auto_enabled(1);
+    QCOMPARE(GetFrontlightState(), 0);
+    QCOMPARE(GetFrontlightColor(), 0);
+    QCOMPARE(hw_is_frontlight_auto(), 0);
+    QCOMPARE(hw_is_frontlight_color_auto(), 0);
+    QVERIFY(!Device::instance()->light.enabled());
+    Device::stop();
 }
 
 void tst_SdkScreenAndLight::board()
