@@ -15,6 +15,11 @@ void Events::setHandler(Handler handler)
 int Events::send(int type, int par1, int par2)
 {
     Q_ASSERT(QThread::currentThread() == thread());
+    if (type == event::foreground || type == event::background) {
+        const bool inForeground = type == event::foreground;
+        if (std::exchange(m_inForeground, inForeground) != inForeground)
+            emit inForegroundChanged();
+    }
     // The handler may replace itself while it runs: it lives until its call has returned.
     const std::shared_ptr<const Handler> handler = m_handler;
     return handler ? (*handler)(type, par1, par2) : 0;

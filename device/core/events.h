@@ -38,8 +38,15 @@ public:
     /// Calls the handler at the next turn of the event loop; dropped where there is none then.
     void post(int type, int par1, int par2);
 
+    /// What the last of the events 151 and 152 said; true before the first.
+    bool inForeground() const { return m_inForeground; }
+
+signals:
+    void inForegroundChanged();
+
 private:
     std::shared_ptr<const Handler> m_handler;
+    bool m_inForeground = true;
 };
 
 } // namespace lindenreed::device

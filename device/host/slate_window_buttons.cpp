@@ -88,6 +88,7 @@ void ButtonStates::setState(const QJsonObject &state)
     m_usbIn = media.value("usb"_L1).toBool();
     m_lightOn = state.value("light"_L1).toObject().value("enabled"_L1).toBool();
     m_inverted = screen.value("inverted"_L1).toBool();
+    m_inBackground = !state.value("task"_L1).toObject().value("foreground"_L1).toBool(true);
     if (const int orientation = screen.value("orientation"_L1).toInt(); orientation != m_orientation) {
         m_orientation = orientation;
         m_turnAsked.reset();
@@ -118,8 +119,9 @@ bool ButtonStates::isOn(DeviceButton button) const
         return m_lightOn && isAvailable(button);
     case DeviceButton::Invert:
         return m_inverted;
-    case DeviceButton::Turn:
     case DeviceButton::Sleep:
+        return m_inBackground;
+    case DeviceButton::Turn:
     case DeviceButton::Wake:
         break;
     }

@@ -33,7 +33,8 @@ public:
     /// What the device did not do, and why. What it never does is not offered again.
     void refuse(const QString &command, const QString &error, const QString &message);
 
-    bool isOn(DeviceButton button) const; ///< card in, light on and so on; false for what is no switch
+    /// Card in, light on, sleeping while another task is in front; false for what is no switch.
+    bool isOn(DeviceButton button) const;
     bool isAvailable(DeviceButton button) const;
     QString name(DeviceButton button) const; ///< what pressing it does
     QString tip(DeviceButton button) const; ///< the name with its key, or why the button does nothing
@@ -54,6 +55,7 @@ private:
     bool m_usbIn = false;
     bool m_lightOn = false;
     bool m_inverted = false;
+    bool m_inBackground = false;
     int m_orientation = 0;
     std::optional<int> m_turnAsked; ///< and not done: the application may have declined
     QHash<QString, QString> m_refusals; ///< command to reason, of what this device never does

@@ -55,18 +55,19 @@ bool otherThreadsWork()
     return false;
 }
 
-IdleWatcher::IdleWatcher(std::function<bool()> isBusy, std::chrono::milliseconds patience)
+IdleWatcher::IdleWatcher(std::function<bool()> isBusy)
     : m_isBusy(std::move(isBusy))
-    , m_patience(patience)
 {
     m_timer.setTimerType(Qt::PreciseTimer);
     m_timer.setInterval(lookInterval);
     connect(&m_timer, &QTimer::timeout, this, &IdleWatcher::look);
 }
 
-void IdleWatcher::wait(std::chrono::milliseconds quiet, std::function<bool()> abandoned, Done done)
+void IdleWatcher::wait(std::chrono::milliseconds quiet, std::chrono::milliseconds patience,
+                       std::function<bool()> abandoned, Done done)
 {
-    Waiting &waiting = m_waiting.emplace_back(Waiting{quiet, std::move(abandoned), std::move(done), {}, {}});
+    Waiting &waiting
+        = m_waiting.emplace_back(Waiting{quiet, patience, std::move(abandoned), std::move(done), {}, {}});
     waiting.sinceBegin.start();
     waiting.sinceWork.start();
     if (!m_timer.isActive()) {
@@ -92,7 +93,8 @@ void IdleWatcher::look()
         const auto next = std::next(each);
         if (busy)
             each->sinceWork.start();
-        if (each->abandoned() || (!busy && isQuietEnough(*each)) || elapsed(each->sinceBegin) >= m_patience)
+        if (each->abandoned() || (!busy && isQuietEnough(*each))
+            || elapsed(each->sinceBegin) >= each->patience)
             finished.splice(finished.end(), m_waiting, each);
         each = next;
     }

@@ -24,23 +24,24 @@ class IdleWatcher : public QObject
 public:
     static constexpr std::chrono::milliseconds lookInterval{20};
     static constexpr std::chrono::milliseconds latest{20}; ///< how much later than wanted a look may come
-    static constexpr std::chrono::seconds usualPatience{30};
 
-    /// `isBusy`: whether the device itself has something under way. `patience`: how long a wait may last.
-    explicit IdleWatcher(std::function<bool()> isBusy, std::chrono::milliseconds patience = usualPatience);
+    /// `isBusy`: whether the device itself has something under way.
+    explicit IdleWatcher(std::function<bool()> isBusy);
 
     /// Something was done just now, though it may be over at the next look.
     void noteWork() { m_workNoted = true; }
 
     using Done = std::function<void(bool idle)>;
-    /// Calls `done` once: true when nothing was under way for `quiet`, false when the patience ran out
-    /// before. Drops it where `abandoned` says so.
-    void wait(std::chrono::milliseconds quiet, std::function<bool()> abandoned, Done done);
+    /// Calls `done` once: true when nothing was under way for `quiet`, false when `patience` ran out before.
+    /// Drops it where `abandoned` says so.
+    void wait(std::chrono::milliseconds quiet, std::chrono::milliseconds patience,
+              std::function<bool()> abandoned, Done done);
 
 private:
     struct Waiting
     {
         std::chrono::milliseconds quiet;
+        std::chrono::milliseconds patience;
         std::function<bool()> abandoned;
         Done done;
         QElapsedTimer sinceBegin;
@@ -51,7 +52,6 @@ private:
     static bool isQuietEnough(const Waiting &waiting);
 
     std::function<bool()> m_isBusy;
-    const std::chrono::milliseconds m_patience;
     QTimer m_timer;
     QElapsedTimer m_sinceLook;
     std::list<Waiting> m_waiting;

@@ -67,6 +67,7 @@ RemoteControl::RemoteControl(Device &device, const Panel &panel, Composition &co
     connect(&device.power, &Power::changed, this, &RemoteControl::announceChange);
     connect(&device.timers, &Timers::changed, this, &RemoteControl::announceChange);
     connect(&device.media, &Media::changed, this, &RemoteControl::announceChange);
+    connect(&device.events, &Events::inForegroundChanged, this, &RemoteControl::announceChange);
 }
 
 void RemoteControl::announceChange()

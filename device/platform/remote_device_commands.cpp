@@ -38,6 +38,9 @@ void RemoteControl::addDeviceCommands()
          {std::pair(u"background"_s, event::background), {u"foreground"_s, event::foreground}}) {
         m_server.add(command, {}, [this, type = type](const QJsonObject &, const Reply &reply) {
             m_device.events.post(type, 0, 0);
+            // Whatever another task left on the panel goes.
+            if (type == event::foreground)
+                m_device.screen.refresh(RefreshMode::Full);
             afterThisTurn(reply);
         });
     }

@@ -91,6 +91,7 @@ QJsonObject RemoteControl::state() const
          QJsonObject{{u"auto_power_off"_s, power.autoPowerOff()},
                      {u"auto_keylock"_s, power.autoKeylock()},
                      {u"ban_sleep"_s, power.banSleep()}}},
+        {u"task"_s, QJsonObject{{u"foreground"_s, m_device.events.inForeground()}}},
         {u"timers"_s, pendingTimers(m_device.timers)},
         {u"media"_s,
          QJsonObject{{u"sd"_s, m_device.media.present(Medium::Card)},
@@ -115,18 +116,21 @@ void RemoteControl::addStateCommands()
         if (!arguments.refuse(reply))
             reply({{u"calls"_s, lastCalls(count)}});
     });
-    m_server.add(u"idle"_s, {u"ms"_s}, [this](const QJsonObject &request, const Reply &reply) {
+    m_server.add(u"idle"_s, {u"ms"_s, u"limit"_s}, [this](const QJsonObject &request, const Reply &reply) {
         Arguments arguments(request);
         const int quiet = arguments.integerOr(u"ms"_s, 0, remote::longestQuietMs, 300);
+        const int limit = arguments.integerOr(u"limit"_s, 0, remote::longestIdleMs, remote::longestIdleMs);
         if (arguments.refuse(reply))
             return;
         m_idleWatcher.wait(
-            std::chrono::milliseconds(quiet), [reply] { return reply.clientGone(); },
-            [reply](bool idle) {
+            std::chrono::milliseconds(quiet), std::chrono::milliseconds(limit),
+            [reply] { return reply.clientGone(); },
+            [reply, limit](bool idle) {
                 if (idle)
                     reply();
                 else
-                    reply.fail(u"busy"_s, u"The device has not come to rest within 30 seconds."_s);
+                    reply.fail(u"busy"_s,
+                               u"The device has not come to rest within %1 seconds."_s.arg(limit / 1000.0));
             });
     });
 }

@@ -19,6 +19,7 @@ private slots:
     void postGoesToTheHandlerOfThen();
     void replacedFromInside();
     void sentFromInside();
+    void foregroundAndBackground();
 };
 
 void tst_Events::sendCallsDirectly()
@@ -110,6 +111,25 @@ void tst_Events::sentFromInside()
     events.setHandler(
         [&events](int type, int, int) { return type == 0 ? 1 : 1 + events.send(type - 1, 0, 0); });
     QCOMPARE(events.send(3, 0, 0), 4);
+}
+
+void tst_Events::foregroundAndBackground()
+{
+    Events events;
+    int changes = 0;
+    connect(&events, &Events::inForegroundChanged, this, [&changes] { ++changes; });
+    QVERIFY(events.inForeground());
+    events.send(event::foreground, 0, 0);
+    QCOMPARE(changes, 0);
+    events.send(event::background, 0, 0);
+    QVERIFY(!events.inForeground());
+    events.send(event::background, 0, 0);
+    QCOMPARE(changes, 1);
+    events.send(event::key, 23, 0);
+    QVERIFY(!events.inForeground());
+    events.send(event::foreground, 0, 0);
+    QVERIFY(events.inForeground());
+    QCOMPARE(changes, 2);
 }
 
 QTEST_GUILESS_MAIN(tst_Events)

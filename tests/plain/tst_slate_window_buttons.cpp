@@ -41,6 +41,7 @@ private slots:
     void commands();
     void turnsOn();
     void turnThatIsDeclined();
+    void sleepingShows();
     void profileWithoutLight();
     void deviceThatKnowsNoCard();
     void refusedOnce();
@@ -177,6 +178,16 @@ void tst_SlateWindowButtons::turnThatIsDeclined()
     m_buttons->setState(state(false, false, false, false, 1));
     m_buttons->press(DeviceButton::Turn);
     QCOMPARE(lastAsked(), u"orientation value=2"_s);
+}
+
+void tst_SlateWindowButtons::sleepingShows()
+{
+    QVERIFY(!m_buttons->isOn(DeviceButton::Sleep));
+    m_buttons->setState({{u"task"_s, QJsonObject{{u"foreground"_s, false}}}});
+    QVERIFY(m_buttons->isOn(DeviceButton::Sleep));
+    QVERIFY(!m_buttons->isOn(DeviceButton::Wake));
+    m_buttons->setState({{u"task"_s, QJsonObject{{u"foreground"_s, true}}}});
+    QVERIFY(!m_buttons->isOn(DeviceButton::Sleep));
 }
 
 void tst_SlateWindowButtons::profileWithoutLight()

@@ -22,6 +22,7 @@ private slots:
     void showsPatchesAndRamp();
     void staysOverPartialDrawing();
     void goesWithTheNextFullRefresh();
+    void goesWithTheForeground();
     void goesWithTheTurn();
     void goesWhenThePanelIsCleared();
     void invertedAgainShowsTheWindow();
@@ -99,6 +100,14 @@ void tst_PanelChart::goesWithTheNextFullRefresh()
     QVERIFY(panel_view::waitUntilStill());
     QCOMPARE(panel_view::greyAt(10, 10), 255); // status panel and window are back
     QCOMPARE(panel_view::greyAt(10, 1000), 0x88);
+}
+
+void tst_PanelChart::goesWithTheForeground()
+{
+    QVERIFY(m_remote.ask(u"foreground"_s).value(u"ok"_s).toBool());
+    QTRY_COMPARE(panel_view::greyAt(10, 1000), 0x88);
+    QCOMPARE(panel_view::snapshot().header.refreshMode, 1U);
+    QVERIFY(!isShown());
 }
 
 void tst_PanelChart::goesWithTheTurn()

@@ -46,6 +46,7 @@ private slots:
     void timersAndFire();
     void events_data();
     void events();
+    void task();
     void light();
     void lightWithoutColour();
     void invert();
@@ -55,6 +56,7 @@ private slots:
     void idleWhenNothingHappens();
     void idleWaitsForDrawing();
     void idleWaitsForThreads();
+    void idleGivesUp();
     void badArguments_data();
     void badArguments();
     void previousOrientation();
@@ -153,6 +155,20 @@ void tst_PanelCommands::events()
     QFETCH(QString, event);
     QCOMPARE(code(m_remote->ask(command, members)), u"ok"_s);
     QCOMPARE(m_events, QStringList{event});
+}
+
+void tst_PanelCommands::task()
+{
+    const auto inForeground
+        = [this] { return m_remote->ask(u"state"_s).value(u"task"_s).toObject().value(u"foreground"_s); };
+    PanelRemote listener;
+    QVERIFY(listener.ask(u"follow"_s).value(u"ok"_s).toBool());
+    QCOMPARE(inForeground(), QJsonValue(true));
+    QCOMPARE(code(m_remote->ask(u"background"_s)), u"ok"_s);
+    QCOMPARE(inForeground(), QJsonValue(false));
+    QCOMPARE(listener.nextLine(), QJsonObject({{u"event"_s, u"changed"_s}}));
+    QCOMPARE(code(m_remote->ask(u"foreground"_s)), u"ok"_s);
+    QCOMPARE(inForeground(), QJsonValue(true));
 }
 
 void tst_PanelCommands::light()
@@ -258,6 +274,21 @@ void tst_PanelCommands::idleWaitsForThreads()
     QCOMPARE(code(m_remote->nextLine(40'000)), u"ok"_s);
 }
 
+void tst_PanelCommands::idleGivesUp()
+{
+    QQmlEngine engine;
+    const auto window = loadWindow(engine, R"(Window { visible: true
+        property int ticks: 0
+        property bool going: true
+        Timer { interval: 20; repeat: true; running: going; onTriggered: ticks += 1 }
+        Text { text: ticks } })");
+    const QJsonObject answer = m_remote->ask(u"idle"_s, {{u"ms"_s, 300}, {u"limit"_s, 500}});
+    QCOMPARE(code(answer), u"busy"_s);
+    QCOMPARE(answer.value(u"message"_s).toString(), u"The device has not come to rest within 0.5 seconds."_s);
+    window->setProperty("going", false);
+    QCOMPARE(code(m_remote->ask(u"idle"_s, {{u"ms"_s, 60}}, 40'000)), u"ok"_s);
+}
+
 void tst_PanelCommands::badArguments_data()
 {
     QTest::addColumn<QString>("command");
@@ -274,6 +305,7 @@ void tst_PanelCommands::badArguments_data()
     QTest::newRow("light switch by a text") << u"light"_s << QJsonObject{{u"enabled"_s, u"on"_s}};
     QTest::newRow("fire without a name") << u"fire"_s << QJsonObject();
     QTest::newRow("journal below 0") << u"journal"_s << QJsonObject{{u"n"_s, -1}};
+    QTest::newRow("limit above the highest") << u"idle"_s << QJsonObject{{u"limit"_s, 30'001}};
     QTest::newRow("idle below 0") << u"idle"_s << QJsonObject{{u"ms"_s, -1}};
     QTest::newRow("state with a member") << u"state"_s << QJsonObject{{u"n"_s, 1}};
 }
