@@ -101,9 +101,10 @@ PlugResult Media::plug(Medium medium, bool in, QString *error)
 
 bool Media::isIn(Medium medium) const
 {
-    if (!QFileInfo(folder(medium)).isDir())
-        return false;
-    return !QFileInfo::exists(unplugged(medium)) || isMountPoint(folder(medium));
+    // The table first: asking a mounted file system that hangs would hang with it.
+    if (isMountPoint(folder(medium)))
+        return true;
+    return QFileInfo(folder(medium)).isDir() && !QFileInfo::exists(unplugged(medium));
 }
 
 bool Media::isMountPoint(const QString &path) const

@@ -44,6 +44,7 @@ private slots:
     void seesAFolderVanish();
     void seesUnpluggedMadeAnew();
     void seesMounts();
+    void mountedOneIsNotTouched();
     void eventsOfTheDevice();
     void twoHundredTimes();
 };
@@ -104,6 +105,19 @@ void tst_Media::realOne()
     QVERIFY(!media.present(Medium::Usb));
     const Media without(mounts.path(), u"/nowhere/mountinfo"_s);
     QVERIFY(!without.present(Medium::Card));
+}
+
+void tst_Media::mountedOneIsNotTouched()
+{
+    // Nothing is asked of a mounted file system, which might hang: here it is not even a folder.
+    QTemporaryDir mounts;
+    QFile table(mounts.filePath(u"mountinfo"_s));
+    QVERIFY(table.open(QIODevice::WriteOnly));
+    table.write("36 35 98:0 / " + mounts.path().toUtf8() + "/ext2 rw - nfs host:/share rw\n");
+    table.close();
+    const Media media(mounts.path(), table.fileName());
+    QVERIFY(media.present(Medium::Card));
+    QVERIFY(!media.present(Medium::Usb));
 }
 
 void tst_Media::fileIsNoMedium()
