@@ -16,6 +16,7 @@ set(CMAKE_INSTALL_RPATH "$ORIGIN")
 # slate_command(TARGET): a command for people, in bin/.
 function(slate_command target)
     set_target_properties(${target} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${SLATE_STAGE}/${SLATE_BIN_DIR})
+    target_compile_definitions(${target} PRIVATE SLATE_VERSION="${PROJECT_VERSION}")
     install(TARGETS ${target} RUNTIME DESTINATION ${SLATE_BIN_DIR} COMPONENT tools)
 endfunction()
 

@@ -150,9 +150,10 @@ std::optional<Profile> Profile::named(const QString &name, QString *error)
         return read(path, error);
 
     QStringList names;
-    const QStringList files = QDir(folder).entryList({u"*.json"_s}, QDir::Files, QDir::Name);
+    const QStringList files = QDir(folder).entryList({u"*.json"_s}, QDir::Files);
     for (const QString &file : files)
         names.append(file.chopped(5));
+    names.sort();
     tell(error, u"There is no profile \"%1\"; there are: %2."_s.arg(name, names.join(u", "_s)));
     return std::nullopt;
 }

@@ -1,5 +1,7 @@
 #include "options.h"
 
+#include "root_settings.h"
+
 #include <QCommandLineParser>
 #include <QRegularExpression>
 
@@ -52,6 +54,7 @@ std::optional<Options> readOptions(const QStringList &arguments, QString *error)
         {u"temporary"_s, {}},
         {u"samples"_s, {}},
         {u"direct"_s, {}},
+        {u"version"_s, {}},
         {{u"h"_s, u"help"_s}, {}},
     });
     if (!parser.parse(QStringList{u"slate-run"_s} + own)) {
@@ -97,6 +100,7 @@ std::optional<Options> readOptions(const QStringList &arguments, QString *error)
     options.samples = parser.isSet(u"samples"_s);
     options.direct = parser.isSet(u"direct"_s);
     options.help = parser.isSet(u"help"_s);
+    options.version = parser.isSet(u"version"_s);
 
     if (const auto wrong = complaint(options)) {
         *error = *wrong;
@@ -113,20 +117,21 @@ Starts the picture frame, or PROGRAM, on a device kept in an ordinary folder, an
 
   --root DIR        the device's folder; made on first use (default: $XDG_DATA_HOME/picture_stand/device)
   --photos DIR      show a folder of yours, read-only, as /mnt/ext1/Photo/<its name>
-  --profile NAME    kind of device, kept between starts: grey-6, grey-6-hd,
-                    grey-8, colour-6 or keys-6
-  --language L      the device's language, kept between starts: en, de, fr, es,
-                    it, pl, uk, ru, zh_CN or ja
+  --profile NAME    kind of device, kept between starts:
+                    %1
+  --language L      the device's language, kept between starts:
+                    %2
   --orientation N   how the previous program left the screen turned: 0 to 3
   --headless        no window, and pictures handed to the device's viewer are not opened
   --temporary       a fresh device, removed at the end; with --root, in that new or empty folder
   --samples         sample pictures on a temporary device
   --meminfo FILE    serve FILE as /proc/meminfo
   --direct          no sandbox, on a machine that has /mnt/ext1 and /devroot itself
+  --version         the version
   --help            this text
 
 Exit status: the program's; 128 and the signal's number where a signal ended it; 2 where it could not be started.
-)"_s;
+)"_s.arg(profileNames().join(u", "_s), languageNames().join(u", "_s));
 }
 
 } // namespace lindenreed::host

@@ -23,6 +23,7 @@ struct Options
     bool samples = false;
     bool direct = false;
     bool help = false;
+    bool version = false;
     QStringList program; ///< with its arguments; empty: the picture frame
 };
 

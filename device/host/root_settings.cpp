@@ -38,6 +38,16 @@ QStringList dataNames(const QString &folder, const QString &ending)
 
 } // namespace
 
+QStringList profileNames()
+{
+    return dataNames(u"profiles"_s, u".json"_s);
+}
+
+QStringList languageNames()
+{
+    return dataNames(u"languages"_s, u".qm"_s);
+}
+
 bool writeDeviceRecord(const QString &path, const QString &profile, std::optional<int> orientation,
                        QString *error)
 {
@@ -55,7 +65,7 @@ bool writeDeviceRecord(const QString &path, const QString &profile, std::optiona
         return false;
     }
     const QString name = record.value(u"profile"_s).toString();
-    if (const QStringList names = dataNames(u"profiles"_s, u".json"_s); !names.contains(name)) {
+    if (const QStringList names = profileNames(); !names.contains(name)) {
         *error = u"there is no profile \"%1\"; there are %2"_s.arg(name, names.join(u", "_s));
         return false;
     }
@@ -71,7 +81,7 @@ bool writeDeviceRecord(const QString &path, const QString &profile, std::optiona
 
 bool isLanguage(const QString &language, QString *error)
 {
-    const QStringList names = dataNames(u"languages"_s, u".qm"_s);
+    const QStringList names = languageNames();
     if (names.contains(language) || names.contains(language.section(u'_', 0, 0)))
         return true;
     *error = u"there is no language \"%1\"; there are %2"_s.arg(language, names.join(u", "_s));

@@ -3,10 +3,15 @@
 #pragma once
 
 #include <QString>
+#include <QStringList>
 
 #include <optional>
 
 namespace lindenreed::host {
+
+/// What the device's data has, in the order of the alphabet.
+QStringList profileNames();
+QStringList languageNames();
 
 /// Brings the device's record up to date. `profile`: empty keeps the recorded one, or takes the default. The
 /// orientation counts for one start: without one, an earlier one is taken out. False, with one sentence in

@@ -24,5 +24,9 @@ int main(int argc, char **argv)
         std::fputs(qUtf8Printable(helpText()), stdout);
         return 0;
     }
+    if (options->version) {
+        std::puts("slate-run " SLATE_VERSION);
+        return 0;
+    }
     return Launch(*options).run();
 }

@@ -11,6 +11,7 @@
 #include <QTimer>
 
 #include <cstdio>
+#include <cstdlib>
 
 using namespace Qt::StringLiterals;
 using namespace lindenreed::remote;
@@ -33,6 +34,17 @@ bool displayIsNamed()
         || !qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM");
 }
 
+/// While the application object is made: what Qt has to say of a display that it cannot use is said in one
+/// line.
+void tellNoDisplay(QtMsgType type, const QMessageLogContext &context, const QString &message)
+{
+    if (type == QtFatalMsg)
+        std::_Exit(fail(u"The display cannot be used (%1)."_s.arg(qEnvironmentVariable(
+            "QT_QPA_PLATFORM", qEnvironmentVariable("WAYLAND_DISPLAY", qEnvironmentVariable("DISPLAY"))))));
+    if (!QByteArrayView(context.category).startsWith("qt.qpa"))
+        std::fprintf(stderr, "%s\n", qUtf8Printable(message));
+}
+
 } // namespace
 
 int main(int argc, char **argv)
@@ -49,6 +61,10 @@ int main(int argc, char **argv)
         std::fputs(windowHelpText().toUtf8().constData(), stdout);
         return 0;
     }
+    if (options->version) {
+        std::puts("slate-window " SLATE_VERSION);
+        return 0;
+    }
     QString runFolder = options->runFolder;
     if (runFolder.isEmpty()) {
         const std::optional<QString> found = runFolderOf(options->root, &error);
@@ -59,7 +75,9 @@ int main(int argc, char **argv)
     if (!displayIsNamed())
         return fail(u"There is no display: neither DISPLAY nor WAYLAND_DISPLAY is set."_s);
 
+    qInstallMessageHandler(tellNoDisplay);
     QGuiApplication application(argc, argv);
+    qInstallMessageHandler(nullptr);
     QGuiApplication::setApplicationDisplayName(u"Picture frame"_s);
     QGuiApplication::setQuitOnLastWindowClosed(false); // the window goes when the device does
     makeDeviceViewAccessible();

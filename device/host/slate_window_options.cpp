@@ -9,18 +9,21 @@ using namespace Qt::StringLiterals;
 std::optional<WindowOptions> readWindowOptions(const QStringList &arguments, QString *error)
 {
     QCommandLineParser parser;
-    parser.addOptions({{u"run"_s, {}, u"DIR"_s}, {u"root"_s, {}, u"DIR"_s}, {{u"h"_s, u"help"_s}, {}}});
+    parser.addOptions(
+        {{u"run"_s, {}, u"DIR"_s}, {u"root"_s, {}, u"DIR"_s}, {u"version"_s, {}}, {{u"h"_s, u"help"_s}, {}}});
     if (!parser.parse(QStringList{u"slate-window"_s} + arguments)) {
         *error = parser.errorText();
         return std::nullopt;
     }
     WindowOptions options;
     options.help = parser.isSet(u"help"_s);
+    options.version = parser.isSet(u"version"_s);
     options.runFolder = parser.value(u"run"_s);
     options.root = parser.value(u"root"_s);
     const qsizetype named = parser.values(u"run"_s).size() + parser.values(u"root"_s).size();
     const bool isEmpty = options.runFolder.isEmpty() && options.root.isEmpty();
-    if (!options.help && (named != 1 || isEmpty || !parser.positionalArguments().isEmpty())) {
+    if (!options.help && !options.version
+        && (named != 1 || isEmpty || !parser.positionalArguments().isEmpty())) {
         *error = u"Usage: slate-window --run DIR, or slate-window --root DIR; see slate-window --help."_s;
         return std::nullopt;
     }
@@ -35,6 +38,7 @@ Shows a running device as a window; slate-run does so by itself where there is a
 
   --root DIR  the device root of the device
   --run DIR   its run folder, where control socket and panel are
+  --version   the version
   --help      this text
 
 A click is a finger. The three signs below the panel are the device's keys: previous, menu, next.

@@ -11,7 +11,8 @@ namespace lindenreed::remote {
 
 struct WindowOptions
 {
-    bool help = false; ///< then nothing else counts
+    bool help = false;
+    bool version = false; ///< then nothing else counts
     QString runFolder;
     QString root; ///< where the run folder is not named; exactly one of the two is
 };

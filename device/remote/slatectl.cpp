@@ -154,6 +154,11 @@ int main(int argc, char **argv)
         return Done;
     }
 
+    if (line->version) {
+        std::puts("slatectl " SLATE_VERSION);
+        return Done;
+    }
+
     const std::optional<QString> runFolder = runFolderOf(line->root.value_or(defaultDeviceRoot()), &error);
     if (!runFolder)
         return fail(WrongUsageOrNoDevice, error);

@@ -2,6 +2,8 @@
 
 #include "protocol_limits.h"
 
+#include <QFileInfo>
+
 #include <algorithm>
 #include <limits>
 
@@ -92,7 +94,9 @@ QList<Command> makeCommands()
          {integer(u"N"_s, u"value"_s, 0, 3)}},
         {u"background"_s, u"another task comes to the front"_s, {}},
         {u"foreground"_s, u"the application comes back to the front"_s, {}},
-        {u"screenshot"_s, u"the panel as a PNG, upright"_s, {text(u"FILE"_s, u"file"_s)}},
+        {u"screenshot"_s,
+         u"the panel as a PNG, upright"_s,
+         {{.label = u"FILE"_s, .member = u"file"_s, .kind = WordKind::PngFile}}},
         {u"frame"_s,
          u"the panel or a part of it, as PGM or PPM"_s,
          {optional(integer(u"X"_s, u"x"_s)), integer(u"Y"_s, u"y"_s), integer(u"W"_s, u"width"_s, 1),
@@ -103,8 +107,9 @@ QList<Command> makeCommands()
         {u"increase"_s, u"one step up"_s, itemWords()},
         {u"decrease"_s, u"one step down"_s, itemWords()},
         {u"idle"_s,
-         u"wait until nothing happened for MS (300)"_s,
-         {optional(integer(u"MS"_s, u"ms"_s, 0, longestQuietMs))}},
+         u"wait until nothing happened for MS (300), no longer than LIMIT (30000)"_s,
+         {optional(integer(u"MS"_s, u"ms"_s, 0, longestQuietMs)),
+          optional(integer(u"LIMIT"_s, u"limit"_s, 0, longestIdleMs))}},
         {u"journal"_s, u"the last N calls of the application"_s, {optional(integer(u"N"_s, u"n"_s, 0))}},
         {u"chart"_s, u"a test chart, until the next full refresh"_s, {}},
         {u"opened"_s, u"pictures handed to the device's viewer"_s, {}},
@@ -147,6 +152,14 @@ QString readWord(const CommandWord &expected, const QString &word, QJsonObject *
         if (word.isEmpty() || word == "#"_L1)
             return u"%1 must not be empty"_s.arg(expected.label);
         members->insert(expected.member, word); // "#" and all: the member "id" is the request's own
+        return {};
+    case WordKind::PngFile:
+        if (word.isEmpty())
+            return u"%1 must not be empty"_s.arg(expected.label);
+        if (const QString suffix = QFileInfo(word).suffix();
+            !suffix.isEmpty() && suffix.compare("png"_L1, Qt::CaseInsensitive) != 0)
+            return u"\"%1\" does not end in .png, and the picture is a PNG"_s.arg(word);
+        members->insert(expected.member, word);
         return {};
     }
     return {};
@@ -210,8 +223,15 @@ std::optional<QJsonObject> readWords(const Command &command, const QStringList &
             = std::find_if(command.words.begin(), command.words.end(), [&](const CommandWord &word) {
                   return !word.keyword.isEmpty() && word.keyword == keyword;
               });
-        if (expected == command.words.end())
-            return refuse(u"\"%1\" is one word too many"_s.arg(keyword));
+        if (expected == command.words.end()) {
+            QStringList keywords;
+            for (const CommandWord &word : command.words)
+                keywords << word.keyword;
+            keywords.removeAll(QString());
+            return refuse(keywords.isEmpty()
+                              ? u"\"%1\" is one word too many"_s.arg(keyword)
+                              : u"\"%1\" is not one of %2"_s.arg(keyword, keywords.join(u", "_s)));
+        }
         if (members.contains(expected->member))
             return refuse(u"%1 is there twice"_s.arg(keyword));
         if (given.isEmpty())
@@ -227,6 +247,7 @@ QString helpText()
     QString text = u"Usage: slatectl [--root DIR] COMMAND [WORDS]\n\n"
                    "Asks a running device and prints its answer as one line of JSON.\n\n"
                    "  --root DIR  the device root, where it is not the default one; also after the words\n"
+                   "  --version   the version\n"
                    "  --help      this text\n\n"
                    "Commands:\n"_s;
     constexpr qsizetype helpColumn = 32;

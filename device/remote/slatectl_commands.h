@@ -17,6 +17,7 @@ enum class WordKind {
     Choice, ///< one of `choices`
     Switch, ///< the first of two `choices` for yes, the second for no
     NameOrId, ///< NAME, or #ID
+    PngFile, ///< a file name without a suffix that promises another format
 };
 
 struct CommandWord

@@ -11,7 +11,7 @@ bool isText(const Command &command, qsizetype position)
     if (position >= command.words.size())
         return false;
     const WordKind kind = command.words.at(position).kind;
-    return kind == WordKind::Text || kind == WordKind::NameOrId;
+    return kind == WordKind::Text || kind == WordKind::NameOrId || kind == WordKind::PngFile;
 }
 
 /// Whether `word` is an option, which then is in `line`, with its value from `following`; else what is wrong
@@ -20,6 +20,10 @@ bool takeOption(const QString &word, QStringList *following, CommandLine *line, 
 {
     if (word == "--help"_L1 || word == "-h"_L1) {
         line->help = true;
+        return true;
+    }
+    if (word == "--version"_L1) {
+        line->version = true;
         return true;
     }
     QString root;
@@ -47,7 +51,7 @@ std::optional<CommandLine> readCommandLine(const QStringList &words, QString *er
     QStringList rest = words;
     QStringList ofTheCommand;
     QString complaint;
-    while (!rest.isEmpty() && complaint.isEmpty() && !line.help) {
+    while (!rest.isEmpty() && complaint.isEmpty() && !line.help && !line.version) {
         const QString word = rest.takeFirst();
         const bool isLiteral = line.command && isText(*line.command, ofTheCommand.size());
         if (!isLiteral && takeOption(word, &rest, &line, &complaint))
@@ -60,7 +64,7 @@ std::optional<CommandLine> readCommandLine(const QStringList &words, QString *er
             complaint = u"There is no command \"%1\"; see slatectl --help."_s.arg(word);
         }
     }
-    if (complaint.isEmpty() && line.help)
+    if (complaint.isEmpty() && (line.help || line.version))
         return line;
     if (complaint.isEmpty() && !line.command)
         complaint = u"Which command? See slatectl --help."_s;

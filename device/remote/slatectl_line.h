@@ -16,6 +16,7 @@ namespace lindenreed::remote {
 struct CommandLine
 {
     bool help = false; ///< then nothing else counts
+    bool version = false; ///< the same
     std::optional<QString> root; ///< where one is named
     const Command *command = nullptr;
     QJsonObject members; ///< of the request

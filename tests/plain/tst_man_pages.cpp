@@ -18,12 +18,17 @@ QString page(const QString &program)
     return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
 }
 
-QString help(const QString &program)
+QString answer(const QString &program, const QString &option)
 {
     QProcess process;
-    process.start(QCoreApplication::applicationDirPath() + u"/../../bin/"_s + program, {u"--help"_s});
+    process.start(QCoreApplication::applicationDirPath() + u"/../../bin/"_s + program, {option});
     process.waitForFinished();
     return QString::fromUtf8(process.readAllStandardOutput());
+}
+
+QString help(const QString &program)
+{
+    return answer(program, u"--help"_s);
 }
 
 /// Sorted, each once.
@@ -49,6 +54,9 @@ private slots:
     void options();
     void commands();
     void wordsOfTheLight();
+    void versions_data() { programs(); }
+    void versions();
+    void namesOfProfilesAndLanguages();
     void setsWithoutWarnings_data() { programs(); }
     void setsWithoutWarnings();
 
@@ -58,6 +66,7 @@ private:
         QTest::addColumn<QString>("program");
         QTest::newRow("slatectl") << u"slatectl"_s;
         QTest::newRow("slate-run") << u"slate-run"_s;
+        QTest::newRow("slate-window") << u"slate-window"_s;
     }
 };
 
@@ -83,6 +92,29 @@ void tst_ManPages::wordsOfTheLight()
     const QString line = matches(page(u"slatectl"_s), u"^(\\.It Ic light .*)$"_s).value(0);
     QCOMPARE(matches(line, u"Cm ([a-z-]+)"_s),
              matches(matches(help(u"slatectl"_s), u"^(  light .*)$"_s).value(0), u"\\[([a-z-]+) "_s));
+}
+
+void tst_ManPages::versions()
+{
+    QFETCH(QString, program);
+
+    QCOMPARE(answer(program, u"--version"_s), program + u" " SLATE_VERSION "\n"_s);
+}
+
+void tst_ManPages::namesOfProfilesAndLanguages()
+{
+    const auto names = [](const QString &text, const QString &line) {
+        QStringList found = matches(text, line).value(0).split(QRegularExpression(u", | or |\\s+"_s));
+        found.sort();
+        return found;
+    };
+    const QString text = help(u"slate-run"_s);
+    const QStringList profiles = names(text, u"^ +(.*keys-6.*)$"_s);
+    QVERIFY(profiles.size() >= 5);
+    QCOMPARE(names(page(u"slate-run"_s), u"kept between starts: (.*keys-6)\\."_s), profiles);
+    const QStringList languages = names(text, u"^ +(.*zh_CN.*)$"_s);
+    QVERIFY(languages.size() >= 10);
+    QCOMPARE(names(page(u"slate-run"_s), u"kept between starts: (.*zh_CN.*)\\.$"_s), languages);
 }
 
 void tst_ManPages::setsWithoutWarnings()

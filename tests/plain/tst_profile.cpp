@@ -263,7 +263,7 @@ void tst_Profile::namesStayInTheFolder()
     QString error;
     QVERIFY(!Profile::named(name, &error));
     QVERIFY2(error.startsWith(u"There is no profile \"%1\"; there are: "_s.arg(name)), qPrintable(error));
-    QVERIFY2(error.contains(u": colour-6, grey-6-hd, grey-6, grey-8, keys-6."_s), qPrintable(error));
+    QVERIFY2(error.contains(u": colour-6, grey-6, grey-6-hd, grey-8, keys-6."_s), qPrintable(error));
 }
 
 QTEST_GUILESS_MAIN(tst_Profile)

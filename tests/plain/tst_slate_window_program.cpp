@@ -3,6 +3,8 @@
 #include "control_server.h"
 #include "panel_file.h"
 
+#include <QLocalServer>
+#include <QLocalSocket>
 #include <QProcess>
 #include <QTemporaryDir>
 #include <QTest>
@@ -22,6 +24,7 @@ private slots:
     void usage_data();
     void usage();
     void noDisplay();
+    void displayThatCannotBeReached();
     void staysWhenTheDeviceHasGone();
 
 private:
@@ -109,6 +112,18 @@ void tst_SlateWindowProgram::noDisplay()
              QByteArray("slate-window: There is no display: neither DISPLAY nor WAYLAND_DISPLAY is set.\n"));
 }
 
+void tst_SlateWindowProgram::displayThatCannotBeReached()
+{
+    m_environment.insert(u"DISPLAY"_s, u":nowhere"_s);
+    QProcess window;
+    start(&window, {u"--run"_s, m_folder->path()});
+    QVERIFY(window.waitForFinished());
+    QCOMPARE(window.exitStatus(), QProcess::NormalExit);
+    QCOMPARE(window.exitCode(), 2);
+    QCOMPARE(window.readAllStandardError(),
+             QByteArray("slate-window: The display cannot be used (:nowhere).\n"));
+}
+
 void tst_SlateWindowProgram::staysWhenTheDeviceHasGone()
 {
     m_environment.insert(u"QT_QPA_PLATFORM"_s, u"offscreen"_s);
@@ -129,6 +144,15 @@ void tst_SlateWindowProgram::staysWhenTheDeviceHasGone()
             start(&window, {u"--run"_s, m_folder->path()});
         QTRY_COMPARE_WITH_TIMEOUT(server.clients(), 2, 30'000);
         QTRY_COMPARE(asked, (QStringList{u"state"_s, u"light"_s}));
+    }
+    // Nobody answers now, time and again, each try a second after the one before: long after the window has
+    // found that the device is lost, it is there and looks for the next.
+    QLocalServer nobody;
+    QVERIFY(nobody.listen(m_folder->filePath(u"control"_s)));
+    for (int tries = 0; tries < 3; ++tries) {
+        QTRY_VERIFY_WITH_TIMEOUT(nobody.hasPendingConnections(), 10'000);
+        while (QLocalSocket *socket = nobody.nextPendingConnection())
+            delete socket;
     }
     QCOMPARE(window.state(), QProcess::Running);
     window.terminate();

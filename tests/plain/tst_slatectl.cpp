@@ -25,6 +25,8 @@ private slots:
 
     void usage_data();
     void usage();
+    void wrongWordIsNamed();
+    void version();
     void help_data();
     void help();
     void requests_data();
@@ -146,6 +148,8 @@ void tst_Slatectl::usage_data()
     QTest::newRow("invert to a number") << QStringList{u"invert"_s, u"1"_s};
     QTest::newRow("fifth orientation") << QStringList{u"orientation"_s, u"4"_s};
     QTest::newRow("screenshot to nowhere") << QStringList{u"screenshot"_s};
+    QTest::newRow("screenshot in another format") << QStringList{u"screenshot"_s, u"x.jpg"_s};
+    QTest::newRow("idle for too long a limit") << QStringList{u"idle"_s, u"300"_s, u"30001"_s};
     QTest::newRow("press nothing") << QStringList{u"press"_s};
     QTest::newRow("press an id without name") << QStringList{u"press"_s, u"#"_s};
     QTest::newRow("press the zeroth") << QStringList{u"press"_s, u"Play"_s, u"0"_s};
@@ -165,6 +169,23 @@ void tst_Slatectl::usage()
     QCOMPARE(outcome.errors.count('\n'), 1);
     QVERIFY(outcome.errors.endsWith('\n'));
     QVERIFY(m_requests.isEmpty()); // nothing was sent
+}
+
+void tst_Slatectl::wrongWordIsNamed()
+{
+    QVERIFY(run({u"light"_s, u"foo"_s, u"3"_s})
+                .errors.startsWith(
+                    "slatectl: light: \"foo\" is not one of brightness, color, auto, color-auto, enabled ("));
+    QVERIFY(run({u"screenshot"_s, u"x.jpg"_s}).errors.contains("\"x.jpg\" does not end in .png"));
+    QVERIFY(run({u"state"_s, u"now"_s}).errors.contains("\"now\" is one word too many"));
+}
+
+void tst_Slatectl::version()
+{
+    const SlatectlOutcome outcome = run({u"--version"_s});
+    QCOMPARE(outcome.status, 0);
+    QCOMPARE(outcome.errors, QByteArray());
+    QVERIFY(outcome.output.startsWith("slatectl "));
 }
 
 void tst_Slatectl::help_data()

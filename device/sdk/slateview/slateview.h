@@ -51,6 +51,12 @@ int SvGetScreenModeInversion(void);
 /* --- events and timers
  * ----------------------------------------------------------------------------------------- */
 
+/* Types of events and their first parameter; the second is 0:
+ *   25  a key of the device: 23 menu, 24 previous, 25 next
+ *   32  the device was turned: the new orientation
+ *   40  a configurable key: its scan code
+ *  151  the program comes to the front      152  it goes to the background
+ *  161  SD card in       162  SD card out   163  USB storage in       164  USB storage out */
 typedef int (*sv_event_handler)(int type, int par1, int par2);
 
 /* A function that forwards to the application's event handler, null where none is installed. */
