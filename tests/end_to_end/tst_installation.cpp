@@ -20,6 +20,7 @@ class tst_Installation : public QObject
 
 private slots:
     void startsWhereItIsInstalled();
+    void headersForDevelopment();
 };
 
 namespace {
@@ -90,6 +91,46 @@ void tst_Installation::startsWhereItIsInstalled()
     const LauncherEnd end = LauncherPlace::end(launcher);
     QVERIFY2(end.status == 0, end.errors.constData());
     QCOMPARE(place.leftovers(), QStringList());
+}
+
+void tst_Installation::headersForDevelopment()
+{
+    QTemporaryDir folder;
+    QVERIFY(folder.isValid());
+    LauncherPlace place(folder.path());
+    const QString prefix = place.path(u"usr"_s);
+    QProcess installation;
+    installation.start(QStringLiteral(CMAKE_PROGRAM),
+                       {u"--install"_s, QStringLiteral(BUILD_FOLDER), u"--prefix"_s, prefix, u"--component"_s,
+                        u"development"_s});
+    const LauncherEnd installed = LauncherPlace::end(installation);
+    QVERIFY2(installed.status == 0, installed.errors.constData());
+    QCOMPARE(QDir(prefix).entryList(QDir::AllEntries | QDir::NoDotAndDotDot), QStringList{u"include"_s});
+
+    const QString headers = prefix + u"/include/picture_stand"_s;
+    QCOMPARE(QDir(headers).entryList(QDir::AllEntries | QDir::NoDotAndDotDot, QDir::Name),
+             (QStringList{u"boardconf.h"_s, u"shared_tools"_s, u"slateview.h"_s})); // none of the tests' own
+
+    // Each by itself, and the two of them that are C as C.
+    const QStringList all{u"boardconf.h"_s,
+                          u"slateview.h"_s,
+                          u"shared_tools/cfg_wrapper.h"_s,
+                          u"shared_tools/eink_interface.h"_s,
+                          u"shared_tools/filesystem.h"_s,
+                          u"shared_tools/human_string_utility.h"_s};
+    for (const QString &header : all) {
+        for (const QString &language : {u"c++"_s, u"c"_s}) {
+            if (language == u"c"_s && header.startsWith(u"shared_tools/"_s))
+                continue;
+            QProcess compiler;
+            compiler.start(QStringLiteral(COMPILER),
+                           {u"-fsyntax-only"_s, u"-x"_s, language,
+                            u"-std="_s + (language == u"c"_s ? u"c11"_s : u"c++20"_s),
+                            headers + u'/' + header, u"-I"_s + headers});
+            const LauncherEnd compiled = LauncherPlace::end(compiler);
+            QVERIFY2(compiled.status == 0, compiled.errors.constData());
+        }
+    }
 }
 
 QTEST_GUILESS_MAIN(tst_Installation)
