@@ -4,10 +4,12 @@
 
 #include <QCoreApplication>
 #include <QDir>
+#include <QFileInfo>
 #include <QImage>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QPainter>
+#include <QStandardPaths>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -18,10 +20,13 @@ class tst_Driver : public QObject
     Q_OBJECT
 
 private slots:
-    void drawsWhatIsAnnounced_data();
+    void drawsWhatIsAnnounced_data() { profiles(); }
     void drawsWhatIsAnnounced();
+    void scriptOfTheManual_data() { profiles(); }
+    void scriptOfTheManual();
 
 private:
+    static void profiles();
     /// What slatectl writes; null where it failed.
     QByteArray ask(const QStringList &words) const;
     QImage frame(const QList<int> &area = {}) const;
@@ -68,7 +73,7 @@ bool tst_Driver::draw(QProcess &follow, QImage *panel) const
     return true;
 }
 
-void tst_Driver::drawsWhatIsAnnounced_data()
+void tst_Driver::profiles()
 {
     QTest::addColumn<QString>("profile");
     QTest::addColumn<QSize>("size");
@@ -114,6 +119,68 @@ void tst_Driver::drawsWhatIsAnnounced()
     QCOMPARE(LauncherPlace::end(device).status, 0);
     QVERIFY(follow.waitForFinished());
     QCOMPARE(follow.exitCode(), 0);
+}
+
+void tst_Driver::scriptOfTheManual()
+{
+    QFETCH(QString, profile);
+    QFETCH(QSize, size);
+
+    if (QStandardPaths::findExecutable(u"python3"_s).isEmpty())
+        QSKIP("python3 is not installed");
+    const QString manual = QString::fromUtf8(fileContent(QStringLiteral(SOURCE_FOLDER "/docs/device.md")));
+    const QString script = manual.section(u"```python\n"_s, 1).section(u"```"_s, 0, 0);
+    QVERIFY(script.contains(u"import board"_s));
+    QVERIFY2(script.count(u'\n') <= 20, "a script that is looked through at a glance");
+
+    const QTemporaryDir folder;
+    LauncherPlace place(folder.path());
+    QVERIFY(writeFile(place.path(u"driver.py"_s), script.toUtf8()));
+    // Puts the parts together; what is there is always one whole picture.
+    QVERIFY(writeFile(place.path(u"board.py"_s), R"(import os
+panel, stride, depth = None, 0, 0
+def show(x, y, width, height, pixels, mode):
+    global panel, stride, depth
+    if panel is None:  # the first one is all of the panel
+        depth = len(pixels) // (width * height)
+        panel, stride = bytearray(len(pixels)), width * depth
+    row = width * depth
+    for line in range(height):
+        at = (y + line) * stride + x * depth
+        panel[at:at + row] = pixels[line * row:(line + 1) * row]
+    with open("panel.new", "wb") as file:
+        file.write(panel)
+    os.replace("panel.new", "panel")
+)"));
+
+    m_root = place.path(u"data/picture_stand/device"_s); // the default one, which the script asks
+    m_environment = place.environment();
+    QProcess device;
+    place.start(device, {u"--headless"_s, u"--profile"_s, profile});
+    QTRY_VERIFY_WITH_TIMEOUT(!ask({u"idle"_s}).isEmpty(), 60'000);
+
+    QProcess driver;
+    QProcessEnvironment environment = m_environment;
+    const QString commands = QFileInfo(LauncherPlace::builtCommand(u"slatectl"_s)).path();
+    environment.insert(u"PATH"_s, commands + u':' + environment.value(u"PATH"_s));
+    driver.setProcessEnvironment(environment);
+    driver.setWorkingDirectory(folder.path());
+    driver.start(u"python3"_s, {u"driver.py"_s});
+    const auto pixels = [&] {
+        const QByteArray whole = ask({u"frame"_s});
+        return whole.sliced(whole.indexOf("\n255\n") + 5);
+    };
+    for (const QStringList &words : {QStringList{u"idle"_s}, {u"chart"_s}, {u"invert"_s, u"on"_s}}) {
+        QVERIFY(!ask(words).isEmpty() && !ask({u"idle"_s}).isEmpty());
+        const QByteArray expected = pixels();
+        QCOMPARE(expected.size(),
+                 qsizetype(size.width()) * size.height() * (profile == u"colour-6"_s ? 3 : 1));
+        QTRY_VERIFY_WITH_TIMEOUT(fileContent(place.path(u"panel"_s)) == expected, 30'000);
+    }
+    QVERIFY(!ask({u"quit"_s}).isEmpty() || device.state() == QProcess::NotRunning);
+    QCOMPARE(LauncherPlace::end(device).status, 0);
+    QVERIFY(driver.waitForFinished());
+    QCOMPARE(driver.readAllStandardError(), QByteArray());
 }
 
 QTEST_GUILESS_MAIN(tst_Driver)
