@@ -28,8 +28,8 @@ struct Inhibition
 /// Holds an inhibitor of the desktop session, or else of logind, while it is wanted. Main thread.
 ///
 /// Nothing waits: an answer that comes when the wish has changed is acted upon then. The end of this object,
-/// and of the process, gives the inhibitor back. Where there is none to be had, or it was lost with its bus, it
-/// is asked for again and again; one log line says so until it is had.
+/// and of the process, gives the inhibitor back. Where there is none to be had, or it was lost with its bus,
+/// it is asked for again and again; one log line says so until it is had.
 class Inhibitor : public QObject
 {
     Q_OBJECT

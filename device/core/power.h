@@ -12,8 +12,8 @@ namespace lindenreed::device {
 
 class Inhibitor;
 
-/// Holds an inhibitor of the machine's sleep exactly while auto power-off is off, and one of its falling asleep by
-/// itself for an idle time after each request to put sleep off. Main thread.
+/// Holds an inhibitor of the machine's sleep exactly while auto power-off is off, and one of its falling
+/// asleep by itself for an idle time after each request to put sleep off. Main thread.
 class Power : public QObject
 {
     Q_OBJECT

@@ -136,7 +136,6 @@ void tst_FullRunFolder::noRoomForAnyFile()
     QTRY_VERIFY_WITH_TIMEOUT((errors += launcher.readAllStandardError(), deviceLines(errors).size() == 2),
                              20'000);
     QCOMPARE(launcher.state(), QProcess::Running); // a frame that nobody can steer is one still
-    QTest::qWait(200);
     launcher.terminate();
     QCOMPARE(LauncherPlace::end(launcher).status, 0);
 }

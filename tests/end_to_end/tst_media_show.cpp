@@ -6,6 +6,12 @@
 
 using namespace Qt::StringLiterals;
 
+namespace {
+
+constexpr qint64 growthLimitKb = 4 * 1024;
+
+} // namespace
+
 class tst_MediaShow : public QObject
 {
     Q_OBJECT
@@ -18,6 +24,7 @@ private slots:
 
 private:
     QList<qsizetype> leftovers() const;
+    qint64 residentKb() const;
     bool isIn(const QString &medium)
     {
         return m_device->state().value("media"_L1).toObject().value(medium).toBool();
@@ -56,6 +63,15 @@ QList<qsizetype> tst_MediaShow::leftovers() const
     return {descriptors.size(), QDir(folder + u"task"_s).entryList(all).size(), watched};
 }
 
+qint64 tst_MediaShow::residentKb() const
+{
+    QFile status(u"/proc/%1/status"_s.arg(m_device->program().processId()));
+    if (!status.open(QIODevice::ReadOnly))
+        return 0;
+    const QByteArray text = status.readAll();
+    return text.sliced(text.indexOf("VmRSS:") + 6).trimmed().split(' ').constFirst().toLongLong();
+}
+
 void tst_MediaShow::twoHundredTimes()
 {
     const auto round = [this] {
@@ -68,6 +84,10 @@ void tst_MediaShow::twoHundredTimes()
     QVERIFY(m_device->fire(u"nextImageEvent"_s));
     const QList<qsizetype> early = leftovers();
     QVERIFY(early.at(2) >= 2); // it does watch
+    for (int i = 0; i < 20; ++i) // every cache has what it will have
+        QVERIFY(m_device->fire(u"nextImageEvent"_s));
+    const qint64 residentEarly = residentKb();
+    QVERIFY(residentEarly > 0);
 
     for (int i = 10; i < 200; ++i) {
         QVERIFY2(round(), qPrintable(u"round %1"_s.arg(i)));
@@ -79,6 +99,8 @@ void tst_MediaShow::twoHundredTimes()
     QCOMPARE(late.at(0), early.at(0));
     QVERIFY(late.at(1) <= early.at(1)); // idle workers may have gone home
     QCOMPARE(late.at(2), early.at(2));
+    const qint64 grown = residentKb() - residentEarly;
+    QVERIFY2(grown < growthLimitKb, qPrintable(u"%1 KB"_s.arg(grown)));
 }
 
 void tst_MediaShow::folderVanishes()

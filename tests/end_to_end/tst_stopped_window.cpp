@@ -1,19 +1,12 @@
 // A window that stops reading, during a show: the device goes on and does not grow.
 
-#include "launcher_run.h"
+#include "launched_device.h"
 
-#include "control_client.h"
-#include "run_folder.h"
-
-#include <QDir>
-#include <QFile>
-#include <QTemporaryDir>
 #include <QTest>
 
 #include <csignal>
 
 using namespace Qt::StringLiterals;
-using lindenreed::remote::ControlClient;
 
 namespace {
 
@@ -57,34 +50,22 @@ private slots:
 
 void tst_StoppedWindow::deviceGoesOn()
 {
-    const QTemporaryDir folder;
-    LauncherPlace place(folder.path());
-    const QString root = place.path(u"device"_s);
-    QVERIFY(QDir().mkdir(root));
-    qputenv("XDG_RUNTIME_DIR", QFile::encodeName(place.runtimeFolder()));
-    const QString runFolder = lindenreed::remote::runFolderOf(root, nullptr).value_or(QString());
-    place.environment().insert(u"DISPLAY"_s, u":none"_s);
-    place.environment().insert(u"QT_QPA_PLATFORM"_s,
-                               u"offscreen"_s); // of the window alone: the device has its own
-
-    QProcess launcher;
-    place.start(launcher, {u"--root"_s, root});
-    std::optional<ControlClient> client;
-    QTRY_VERIFY_WITH_TIMEOUT((client = ControlClient::connectTo(runFolder, nullptr)), 60'000);
-    const auto does = [&](const QString &command, const QJsonObject &members = {}) {
-        return client->ask(command, members).value("ok"_L1).toBool();
-    };
-    QVERIFY(does(u"idle"_s));
+    LaunchedDevice device;
+    device.place.environment().insert(u"DISPLAY"_s, u":none"_s);
+    device.place.environment().insert(u"QT_QPA_PLATFORM"_s,
+                                      u"offscreen"_s); // of the window alone: the device has its own
+    QVERIFY(device.start({}));
     qint64 window = 0;
-    QTRY_VERIFY((window = findDescendant(launcher.processId(), "slate-window")) > 0);
-    const qint64 program = findDescendant(launcher.processId(), "picture_stand");
+    QTRY_VERIFY((window = findDescendant(device.launcher.processId(), "slate-window")) > 0);
+    const qint64 program = findDescendant(device.launcher.processId(), "picture_stand");
     QVERIFY(program > 0);
-    QVERIFY(does(u"tap"_s, {{u"x"_s, 685}, {u"y"_s, 224}})); // plays
-    QVERIFY(does(u"idle"_s));
+    QVERIFY(device.does(u"tap"_s, {{u"x"_s, 685}, {u"y"_s, 224}})); // plays
+    QVERIFY(device.does(u"idle"_s));
 
     const auto change = [&](int times) {
         for (int i = 0; i < times; ++i) {
-            if (!does(u"fire"_s, {{u"name"_s, u"nextImageEvent"_s}}) || !does(u"idle"_s, {{u"ms"_s, 0}}))
+            if (!device.does(u"fire"_s, {{u"name"_s, u"nextImageEvent"_s}})
+                || !device.does(u"idle"_s, {{u"ms"_s, 0}}))
                 return false;
         }
         return true;
@@ -98,8 +79,8 @@ void tst_StoppedWindow::deviceGoesOn()
     QVERIFY2(grown < growthLimitKb, qPrintable(u"%1 KB"_s.arg(grown)));
 
     QCOMPARE(::kill(pid_t(window), SIGCONT), 0);
-    QVERIFY(does(u"quit"_s));
-    QCOMPARE(LauncherPlace::end(launcher).status, 0);
+    QVERIFY(device.does(u"quit"_s));
+    QCOMPARE(LauncherPlace::end(device.launcher).status, 0);
 }
 
 QTEST_GUILESS_MAIN(tst_StoppedWindow)

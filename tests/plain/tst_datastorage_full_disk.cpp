@@ -1,7 +1,4 @@
-#include <datastorage.h>
-#include <slateview_testing.h>
-#include <stderr_capture.h>
-#include <stored_database.h>
+#include "storage_fixture.h"
 
 #include <QDir>
 #include <QFile>
@@ -20,7 +17,6 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-const QString logSource = u"picture_stand/src/datastorage"_s;
 const QString fillerPath = stored_database::folder + u"/filler"_s;
 constexpr qint64 page = 4096; // what the file system hands out at a time
 
@@ -87,12 +83,7 @@ private slots:
     void later();
 
 private:
-    void start();
-    void stop();
-
-    std::unique_ptr<lindenreed::device::DeviceForTest> m_device;
-    std::unique_ptr<StderrCapture> m_output;
-    std::unique_ptr<DataStorage> m_store;
+    std::unique_ptr<StorageFixture> m_storage;
 };
 
 void tst_DataStorageFullDisk::initTestCase()
@@ -103,29 +94,13 @@ void tst_DataStorageFullDisk::initTestCase()
 
 void tst_DataStorageFullDisk::init()
 {
-    stored_database::remove();
-    m_device = std::make_unique<lindenreed::device::DeviceForTest>();
-    m_output = std::make_unique<StderrCapture>();
+    m_storage = std::make_unique<StorageFixture>();
 }
 
 void tst_DataStorageFullDisk::cleanup()
 {
-    stop();
-    m_output.reset();
-    m_device.reset();
+    m_storage.reset();
     QFile::remove(fillerPath);
-}
-
-void tst_DataStorageFullDisk::start()
-{
-    stop();
-    m_store = std::make_unique<DataStorage>(nullptr);
-}
-
-void tst_DataStorageFullDisk::stop()
-{
-    m_store.reset();
-    stored_database::forgetDefaultConnection();
 }
 
 void tst_DataStorageFullDisk::atTheFirstStart_data()
@@ -142,51 +117,47 @@ void tst_DataStorageFullDisk::atTheFirstStart()
     QFETCH(qint64, room);
 
     fill(room);
-    start();
-    const QString table
-        = u"2 void DataStorage::createScheme(): Error creating tables [database or disk is full]"_s;
-    const QString count = u"2 void DataStorage::createScheme(): Error performing select settings request. "
-                          "[database or disk is full]"_s;
-    QCOMPARE(m_output->logLines(logSource), QStringList({table, table, table, count}));
-    QVERIFY(m_store->getPlaylists().empty());
-    QCOMPARE(m_store->getSetting(u"change_picture_time"_s, -1), QString());
-    QCOMPARE(m_store->addPlaylist(u"Lake"_s), -1LL);
+    m_storage->start();
+    QCOMPARE(m_storage->output.logLines(logSource), failedScheme(u"database or disk is full"_s));
+    QVERIFY(m_storage->store->getPlaylists().empty());
+    QCOMPARE(m_storage->store->getSetting(u"change_picture_time"_s, -1), QString());
+    QCOMPARE(m_storage->store->addPlaylist(u"Lake"_s), -1LL);
 
     // With room again the next start makes everything.
     QVERIFY(QFile::remove(fillerPath));
-    m_output->forget();
-    start();
-    QCOMPARE(m_output->logLines(logSource), QStringList());
-    QCOMPARE(m_store->getPlaylists().size(), 1U);
-    QCOMPARE(m_store->getSetting(u"change_picture_time"_s, -1), u"30"_s);
+    m_storage->output.forget();
+    m_storage->start();
+    QCOMPARE(m_storage->output.logLines(logSource), QStringList());
+    QCOMPARE(m_storage->store->getPlaylists().size(), 1U);
+    QCOMPARE(m_storage->store->getSetting(u"change_picture_time"_s, -1), u"30"_s);
 }
 
 void tst_DataStorageFullDisk::later()
 {
-    start();
+    m_storage->start();
     fill(0);
-    m_output->forget();
-    QSignalSpy changed(m_store.get(), &DataStorage::changed);
+    m_storage->output.forget();
+    QSignalSpy changed(m_storage->store.get(), &DataStorage::changed);
 
-    QCOMPARE(m_store->addPlaylist(u"Lake"_s), -1LL);
+    QCOMPARE(m_storage->store->addPlaylist(u"Lake"_s), -1LL);
     QCOMPARE(changed.count(), 0);
-    QVERIFY(m_store->addImageToPlayList(1, u"/a.jpg"_s));
+    QVERIFY(m_storage->store->addImageToPlayList(1, u"/a.jpg"_s));
     QCOMPARE(changed.count(), 0);
-    m_store->setSetting(u"shuffle"_s, u"1"_s, -1);
+    m_storage->store->setSetting(u"shuffle"_s, u"1"_s, -1);
     QCOMPARE(changed.count(), 0);
-    m_store->updatePlaylist(1, u"Wood"_s);
+    m_storage->store->updatePlaylist(1, u"Wood"_s);
     QCOMPARE(changed.count(), 1);
-    m_store->deletePlaylist(1);
+    m_storage->store->deletePlaylist(1);
     QCOMPARE(changed.count(), 2);
-    QCOMPARE(m_output->logLines(logSource).size(), 6); // deleting says two
+    QCOMPARE(m_storage->output.logLines(logSource).size(), 6); // deleting says two
 
     // Nothing that was stored is lost, reading goes on, and so does writing when there is room.
-    QCOMPARE(m_store->getSetting(u"shuffle"_s, -1), u"0"_s);
-    QCOMPARE(m_store->getPlaylists().size(), 1U);
-    QCOMPARE(m_store->getPlaylists().front().title, u"@DefaultPlaylist"_s);
-    QCOMPARE(m_store->getPlaylists().front().images.size(), 10);
+    QCOMPARE(m_storage->store->getSetting(u"shuffle"_s, -1), u"0"_s);
+    QCOMPARE(m_storage->store->getPlaylists().size(), 1U);
+    QCOMPARE(m_storage->store->getPlaylists().front().title, u"@DefaultPlaylist"_s);
+    QCOMPARE(m_storage->store->getPlaylists().front().images.size(), 10);
     QVERIFY(QFile::remove(fillerPath));
-    QCOMPARE(m_store->addPlaylist(u"Lake"_s), 2LL);
+    QCOMPARE(m_storage->store->addPlaylist(u"Lake"_s), 2LL);
     QCOMPARE(stored_database::rows(u"PRAGMA integrity_check"_s), QStringList(u"ok"_s));
 }
 

@@ -28,7 +28,8 @@ public:
         : m_watcher(QString(), bus.connection(), QDBusServiceWatcher::WatchForUnregistration)
     {
         QDBusConnection connection = bus.connection();
-        connection.registerObject(QStringLiteral("/org/freedesktop/ScreenSaver"), this, QDBusConnection::ExportAllSlots);
+        connection.registerObject(QStringLiteral("/org/freedesktop/ScreenSaver"), this,
+                                  QDBusConnection::ExportAllSlots);
         connection.registerService(QStringLiteral("org.freedesktop.ScreenSaver"));
         connect(&m_watcher, &QDBusServiceWatcher::serviceUnregistered, this, [this](const QString &client) {
             held.removeIf([&client](auto entry) { return entry.value() == client; });
@@ -74,7 +75,8 @@ public:
     explicit Logind(const PrivateBus &bus)
     {
         QDBusConnection connection = bus.connection();
-        connection.registerObject(QStringLiteral("/org/freedesktop/login1"), this, QDBusConnection::ExportAllSlots);
+        connection.registerObject(QStringLiteral("/org/freedesktop/login1"), this,
+                                  QDBusConnection::ExportAllSlots);
         connection.registerService(QStringLiteral("org.freedesktop.login1"));
     }
     ~Logind() override

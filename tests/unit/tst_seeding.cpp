@@ -1,7 +1,4 @@
-#include <datastorage.h>
-#include <slateview_testing.h>
-#include <stderr_capture.h>
-#include <stored_database.h>
+#include "storage_fixture.h"
 
 #include <QtTest>
 
@@ -10,8 +7,6 @@
 using namespace Qt::StringLiterals;
 
 namespace {
-
-const QString logSource = u"picture_stand/src/datastorage"_s;
 
 const QStringList emptySchema{
     u"CREATE TABLE playlists(id INTEGER PRIMARY KEY, title TEXT)"_s,
@@ -98,38 +93,17 @@ private slots:
     void thePartnersListIsReadSorted();
 
 private:
-    void start();
-    void stop();
-
-    std::unique_ptr<lindenreed::device::DeviceForTest> m_device;
-    std::unique_ptr<StderrCapture> m_output;
-    std::unique_ptr<DataStorage> m_store;
+    std::unique_ptr<StorageFixture> m_storage;
 };
 
 void tst_Seeding::init()
 {
-    stored_database::remove();
-    m_device = std::make_unique<lindenreed::device::DeviceForTest>();
-    m_output = std::make_unique<StderrCapture>();
+    m_storage = std::make_unique<StorageFixture>();
 }
 
 void tst_Seeding::cleanup()
 {
-    stop();
-    m_output.reset();
-    m_device.reset();
-}
-
-void tst_Seeding::start()
-{
-    stop();
-    m_store = std::make_unique<DataStorage>(nullptr);
-}
-
-void tst_Seeding::stop()
-{
-    m_store.reset();
-    stored_database::forgetDefaultConnection();
+    m_storage.reset();
 }
 
 void tst_Seeding::aNewDatabaseIsFilled_data()
@@ -163,19 +137,19 @@ void tst_Seeding::aNewDatabaseIsFilled()
     QFETCH(QStringList, images);
     QFETCH(QByteArrayList, asked);
 
-    m_device->setLocalization(localization, partner);
-    m_device->forgetCalls();
-    start();
+    m_storage->device.setLocalization(localization, partner);
+    m_storage->device.forgetCalls();
+    m_storage->start();
 
     QByteArrayList names;
-    for (const lindenreed::device::SdkCall &call : m_device->calls())
+    for (const lindenreed::device::SdkCall &call : m_storage->device.calls())
         names.append(call.name);
     QCOMPARE(names, asked);
     QCOMPARE(playlistRows(), playlists);
     QCOMPARE(imageRows(), images);
     QCOMPARE(settingsRows(), seededSettings);
     QCOMPARE(stored_database::rows(u"SELECT DISTINCT typeof(value) FROM settings"_s), QStringList(u"text"_s));
-    QCOMPARE(m_output->logLines(logSource), QStringList());
+    QCOMPARE(m_storage->output.logLines(logSource), QStringList());
 }
 
 void tst_Seeding::anyRowOfSettingsRulesItOut_data()
@@ -194,13 +168,13 @@ void tst_Seeding::anyRowOfSettingsRulesItOut()
     QVERIFY(stored_database::execute(emptySchema));
     QVERIFY(stored_database::execute({u"INSERT INTO settings VALUES"_s + row}));
     const QStringList before = settingsRows();
-    m_device->forgetCalls();
-    start();
+    m_storage->device.forgetCalls();
+    m_storage->start();
     QCOMPARE(settingsRows(), before);
     QCOMPARE(playlistRows(), QStringList());
     QCOMPARE(imageRows(), QStringList());
-    QVERIFY(m_device->calls({"GetSoftwareLocalizationType", "GetCustomizedPartner"}).isEmpty());
-    QCOMPARE(m_output->logLines(logSource), QStringList());
+    QVERIFY(m_storage->device.calls({"GetSoftwareLocalizationType", "GetCustomizedPartner"}).isEmpty());
+    QCOMPARE(m_storage->output.logLines(logSource), QStringList());
 }
 
 void tst_Seeding::playlistsWithoutSettingsGetOneMore()
@@ -209,7 +183,7 @@ void tst_Seeding::playlistsWithoutSettingsGetOneMore()
     QVERIFY(
         stored_database::execute({u"INSERT INTO playlists VALUES(4, 'Lake')"_s,
                                   u"INSERT INTO playlist_images VALUES(9, '/mnt/ext1/Photo/01.jpg', 4)"_s}));
-    start();
+    m_storage->start();
     QCOMPARE(playlistRows(), QStringList({u"4|Lake"_s, u"5|@DefaultPlaylist"_s}));
     QCOMPARE(imageRows(),
              QStringList(u"9|/mnt/ext1/Photo/01.jpg|4"_s) + expectedImages(standardNames, 5, 10));
@@ -218,11 +192,11 @@ void tst_Seeding::playlistsWithoutSettingsGetOneMore()
 
 void tst_Seeding::aSecondStartAddsNothing()
 {
-    start();
-    m_store->deletePlaylist(1);
-    m_store->setSetting(u"shuffle"_s, u"1"_s, -1);
+    m_storage->start();
+    m_storage->store->deletePlaylist(1);
+    m_storage->store->setSetting(u"shuffle"_s, u"1"_s, -1);
     const QStringList settings = settingsRows();
-    start();
+    m_storage->start();
     QCOMPARE(playlistRows(), QStringList());
     QCOMPARE(imageRows(), QStringList());
     QCOMPARE(settingsRows(), settings);
@@ -230,10 +204,10 @@ void tst_Seeding::aSecondStartAddsNothing()
 
 void tst_Seeding::clearedSettingsSeedAgain()
 {
-    start();
-    stop();
+    m_storage->start();
+    m_storage->stop();
     QVERIFY(stored_database::execute({u"DELETE FROM settings"_s}));
-    start();
+    m_storage->start();
     QCOMPARE(playlistRows(), QStringList({u"1|@DefaultPlaylist"_s, u"2|@DefaultPlaylist"_s}));
     QCOMPARE(imageRows(), expectedImages(standardNames, 1) + expectedImages(standardNames, 2, 11));
     QCOMPARE(settingsRows(), seededSettings);
@@ -248,8 +222,8 @@ void tst_Seeding::thePlaylistComesFirstAndTheSettingsLast()
         u"CREATE TRIGGER b AFTER INSERT ON playlist_images BEGIN INSERT INTO witnessed(what) VALUES(NEW.url); END"_s,
         u"CREATE TRIGGER c AFTER INSERT ON settings BEGIN INSERT INTO witnessed(what) VALUES(NEW.name); END"_s,
     }));
-    m_device->setLocalization(0, 21);
-    start();
+    m_storage->device.setLocalization(0, 21);
+    m_storage->start();
 
     QStringList expected{u"playlist"_s};
     for (const QString &name : partnerNames)
@@ -264,16 +238,16 @@ void tst_Seeding::failedSettingsAreTriedAgainAtTheNextStart()
     QVERIFY(stored_database::execute(emptySchema));
     QVERIFY(stored_database::execute(
         {u"CREATE TRIGGER refuse BEFORE INSERT ON settings BEGIN SELECT RAISE(ABORT, 'refused'); END"_s}));
-    start();
-    QCOMPARE(m_output->logLines(logSource),
+    m_storage->start();
+    QCOMPARE(m_storage->output.logLines(logSource),
              QStringList(u"2 void DataStorage::createScheme(): Error insert into [refused]"_s));
     QCOMPARE(settingsRows(), QStringList());
     QCOMPARE(playlistRows(), QStringList(u"1|@DefaultPlaylist"_s));
-    QCOMPARE(m_store->getSetting(u"change_picture_time"_s, -1), QString());
+    QCOMPARE(m_storage->store->getSetting(u"change_picture_time"_s, -1), QString());
 
-    stop();
+    m_storage->stop();
     QVERIFY(stored_database::execute({u"DROP TRIGGER refuse"_s}));
-    start();
+    m_storage->start();
     QCOMPARE(settingsRows(), seededSettings);
     QCOMPARE(playlistRows(), QStringList({u"1|@DefaultPlaylist"_s, u"2|@DefaultPlaylist"_s}));
 }
@@ -283,34 +257,34 @@ void tst_Seeding::aFailedPlaylistLeavesItsPicturesToNobody()
     QVERIFY(stored_database::execute(emptySchema));
     QVERIFY(stored_database::execute(
         {u"CREATE TRIGGER refuse BEFORE INSERT ON playlists BEGIN SELECT RAISE(ABORT, 'refused'); END"_s}));
-    start();
-    QCOMPARE(m_output->logLines(logSource),
+    m_storage->start();
+    QCOMPARE(m_storage->output.logLines(logSource),
              QStringList(
                  u"2 long long DataStorage::addPlaylist(const QString &): Error performing addPlaylistItem "
                  "request. []"_s));
     QCOMPARE(playlistRows(), QStringList());
     QCOMPARE(imageRows(), expectedImages(standardNames, -1));
     QCOMPARE(settingsRows(), seededSettings);
-    QVERIFY(m_store->getPlaylists().empty());
+    QVERIFY(m_storage->store->getPlaylists().empty());
 }
 
 void tst_Seeding::thePhotoFolderIsNotLookedAt()
 {
     QDir(u"/mnt/ext1/Photo"_s).removeRecursively();
-    start();
+    m_storage->start();
     QCOMPARE(imageRows(), expectedImages(standardNames, 1));
     QVERIFY(!QFile::exists(u"/mnt/ext1/Photo"_s));
 }
 
 void tst_Seeding::thePartnersListIsReadSorted()
 {
-    m_device->setLocalization(0, 21);
-    start();
+    m_storage->device.setLocalization(0, 21);
+    m_storage->start();
     QStringList sorted;
     for (const QString &name : partnerNames)
         sorted.append(u"/mnt/ext1/Photo/"_s + name);
     sorted.sort();
-    const std::vector<DataStorage::Playlists> playlists = m_store->getPlaylists();
+    const std::vector<DataStorage::Playlists> playlists = m_storage->store->getPlaylists();
     QCOMPARE(playlists.size(), 1U);
     QCOMPARE(playlists.front().images, sorted);
     QVERIFY(sorted.first().endsWith("backdrop-R7_1.png"_L1));
