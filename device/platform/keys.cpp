@@ -4,6 +4,7 @@
 
 #include <QGuiApplication>
 #include <QPointer>
+#include <QQuickItem>
 #include <QTextBoundaryFinder>
 #include <QWindow>
 #include <qpa/qwindowsysteminterface.h>
@@ -77,18 +78,18 @@ bool press(Qt::Key key, const QString &text)
     return taken;
 }
 
-std::optional<Qt::Key> focusKey(Qt::Key arrow)
+void moveFocus(Qt::Key arrow)
 {
-    switch (arrow) {
-    case Qt::Key_Right:
-    case Qt::Key_Down:
-        return Qt::Key_Tab;
-    case Qt::Key_Left:
-    case Qt::Key_Up:
-        return Qt::Key_Backtab;
-    default:
-        return std::nullopt;
-    }
+    const bool forward = arrow == Qt::Key_Right || arrow == Qt::Key_Down;
+    if (!forward && arrow != Qt::Key_Left && arrow != Qt::Key_Up)
+        return;
+    // From an item that it does not reach itself, as a list, Tab would begin anew at the window's first.
+    auto *item = qobject_cast<QQuickItem *>(QGuiApplication::focusObject());
+    QQuickItem *next = item ? item->nextItemInFocusChain(forward) : nullptr;
+    if (next)
+        next->forceActiveFocus(forward ? Qt::TabFocusReason : Qt::BacktabFocusReason);
+    else
+        press(forward ? Qt::Key_Tab : Qt::Key_Backtab);
 }
 
 bool type(const QString &text)

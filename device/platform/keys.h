@@ -23,9 +23,9 @@ QStringList names();
 /// taken it.
 bool press(Qt::Key key, const QString &text = {});
 
-/// The key that moves the focus the way that an arrow key points, along the order of the items; nothing for
-/// other keys.
-std::optional<Qt::Key> focusKey(Qt::Key arrow);
+/// Moves the focus the way that an arrow key points, along the order of the items that Tab reaches; other
+/// keys do nothing.
+void moveFocus(Qt::Key arrow);
 
 /// Types into the focused field, one key for each character; a line feed is the return key. False: no field
 /// has the focus.

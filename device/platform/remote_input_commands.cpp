@@ -62,9 +62,8 @@ void RemoteControl::addInputCommands()
         if (key->qtKey && !m_inputContext.takeKey(*key->qtKey)) {
             const bool taken = keys::press(*key->qtKey, *key->qtKey == Qt::Key_Return ? u"\r"_s : QString());
             // Without touch the arrow keys are the only way to another item.
-            const std::optional<Qt::Key> focusKey = keys::focusKey(*key->qtKey);
-            if (!taken && focusKey && !m_device.profile.touch)
-                keys::press(*focusKey);
+            if (!taken && !m_device.profile.touch)
+                keys::moveFocus(*key->qtKey);
         }
         afterThisTurn(reply);
     });

@@ -34,6 +34,7 @@ private slots:
     void keys();
     void centreActivatesTheFocusedItem();
     void arrowsMoveTheFocus();
+    void arrowsLeadFromAListToWhatIsInIt();
     void arrowsStayWithWhoTakesThem();
     void arrowsInAField();
     void pressByName();
@@ -171,6 +172,15 @@ void tst_PanelWithoutTouch::arrowsMoveTheFocus()
     QCOMPARE(focused(), u"first"_s);
 }
 
+void tst_PanelWithoutTouch::arrowsLeadFromAListToWhatIsInIt()
+{
+    m_window->findChild<QQuickItem *>(u"list"_s)->forceActiveFocus(); // no item that Tab reaches
+    QCOMPARE(key(u"down"_s), u"ok"_s);
+    QCOMPARE(focused(), u"inside"_s);
+    QCOMPARE(key(u"up"_s), u"ok"_s);
+    QCOMPARE(focused(), u"field"_s);
+}
+
 void tst_PanelWithoutTouch::arrowsStayWithWhoTakesThem()
 {
     m_window->findChild<QQuickItem *>(u"taker"_s)->forceActiveFocus();
@@ -292,6 +302,10 @@ QByteArray rowsQml()
         Row { objectName: "hidden"; y: 120; visible: false }
         Row { objectName: "third"; y: 160 }
         TextInput { objectName: "field"; y: 200; width: 200; height: 30; text: "ab"; activeFocusOnTab: true }
+        ListView {
+            objectName: "list"; y: 300; width: 200; height: 100; model: 1; keyNavigationEnabled: true
+            delegate: Item { width: 200; height: 40; Row { objectName: "inside" } }
+        }
         Item { objectName: "taker"; y: 240
                Keys.onPressed: (event) => { root.note("taker " + event.key); event.accepted = true } }
     })";
