@@ -1,0 +1,1 @@
+// Nothing of its own: the target that the precompiled headers belong to.
