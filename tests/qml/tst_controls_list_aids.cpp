@@ -1,10 +1,8 @@
 // The header of a selection, and a list's aids for scrolling.
 
-#include <facts.h>
-
 #include "accessible_items.h"
+#include "controls_scene.h"
 #include "panel_application.h"
-#include "qml_scene.h"
 
 #include <QSignalSpy>
 
@@ -33,7 +31,7 @@ private slots:
 private:
     /// At 300 dpi, `items` in a window of 1072 by 800 pixels.
     void make(const QByteArray &items);
-    void tap(const QPoint &point);
+    void tap(const QPoint &point) { m_scene->tap(point); }
 
     std::unique_ptr<QmlScene> m_scene;
 };
@@ -43,46 +41,17 @@ namespace {
 const QByteArray panel = "GroupSelectionPanel { objectName: 'panel'; width: 1072\n"
                          "selected_label_text: 'chosen'; select_all_title: 'All'; ";
 
-QRect ink(const QImage &picture, int limit = 128)
-{
-    QRect found;
-    for (int y = 0; y < picture.height(); ++y) {
-        for (int x = 0; x < picture.width(); ++x) {
-            if (picture.constScanLine(y)[x] < limit)
-                found |= QRect(x, y, 1, 1);
-        }
-    }
-    return found;
-}
-
-int grey(const QImage &picture, int x, int y)
-{
-    return picture.constScanLine(y)[x];
-}
-
 } // namespace
 
 void tst_ControlsListAids::make(const QByteArray &items)
 {
-    facts().dpi = 300;
-    m_scene = std::make_unique<QmlScene>("import QtQuick\nimport com.lindenreed.controls 1.0\n"
-                                         "import com.lindenreed.controls 2.0 as LRControls2\nItem {\n"
-                                             + items + "\n}",
-                                         QSize(1072, 800));
-    QVERIFY2(m_scene->isShown(), qPrintable(m_scene->errors()));
-}
-
-void tst_ControlsListAids::tap(const QPoint &point)
-{
-    QTest::mouseClick(&m_scene->window(), Qt::LeftButton, {}, point);
+    m_scene = controlsScene(items, {1072, 800}, 300);
+    QVERIFY(m_scene);
 }
 
 void tst_ControlsListAids::cleanup()
 {
-    const QStringList warnings = m_scene ? m_scene->warnings() : QStringList();
-    m_scene.reset();
-    facts().dpi = 212;
-    QCOMPARE(warnings, QStringList());
+    QCOMPARE(endScene(m_scene), QStringList());
 }
 
 void tst_ControlsListAids::selectionCount_data()

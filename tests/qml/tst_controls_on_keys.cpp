@@ -1,13 +1,9 @@
 // The control set on a device that has keys and no touch.
 
-#include <device.h>
-
 #include "accessible_items.h"
+#include "panel_application.h"
 #include "qml_scene.h"
 
-#include <QGuiApplication>
-
-using namespace lindenreed::device;
 using namespace Qt::StringLiterals;
 
 class tst_ControlsOnKeys : public QObject
@@ -124,20 +120,5 @@ void tst_ControlsOnKeys::frameWalksThroughADialog()
     QCOMPARE(scene.warnings(), QStringList());
 }
 
-int main(int argc, char **argv)
-{
-    // Without the device's own plug-in, which would start another device.
-    qputenv("QT_QPA_PLATFORM", "offscreen");
-    QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
-    QGuiApplication application(argc, argv);
-    Profile profile;
-    profile.name = u"keys"_s;
-    profile.touch = false;
-    Device::start(profile);
-    tst_ControlsOnKeys test;
-    const int result = QTest::qExec(&test, argc, argv);
-    Device::stop();
-    return result;
-}
-
+PANEL_TEST_MAIN_WITH_RECORD(tst_ControlsOnKeys, "{\"profile\": \"keys-6\"}")
 #include "tst_controls_on_keys.moc"

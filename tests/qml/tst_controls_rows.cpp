@@ -1,10 +1,8 @@
 // Rows of the settings screens.
 
-#include <facts.h>
-
 #include "accessible_items.h"
+#include "controls_scene.h"
 #include "panel_application.h"
-#include "qml_scene.h"
 
 #include <QSignalSpy>
 
@@ -31,7 +29,7 @@ private slots:
 private:
     /// At 300 dpi, `items` in a window of 1072 by 800 pixels.
     void make(const QByteArray &items);
-    void tap(const QPoint &point);
+    void tap(const QPoint &point) { m_scene->tap(point); }
 
     std::unique_ptr<QmlScene> m_scene;
 };
@@ -49,46 +47,17 @@ const QByteArray switchRow
       "image_src_pressed: 'image://resource_inv/player2_mode_random'; property int told: 0\n"
       "onAction: ++told }";
 
-QRect ink(const QImage &picture, int limit = 128)
-{
-    QRect found;
-    for (int y = 0; y < picture.height(); ++y) {
-        for (int x = 0; x < picture.width(); ++x) {
-            if (picture.constScanLine(y)[x] < limit)
-                found |= QRect(x, y, 1, 1);
-        }
-    }
-    return found;
-}
-
-int grey(const QImage &picture, int x, int y)
-{
-    return picture.constScanLine(y)[x];
-}
-
 } // namespace
 
 void tst_ControlsRows::make(const QByteArray &items)
 {
-    facts().dpi = 300;
-    m_scene = std::make_unique<QmlScene>("import QtQuick\nimport com.lindenreed.controls 1.0\n"
-                                         "Item {\n"
-                                             + items + "\n}",
-                                         QSize(1072, 800));
-    QVERIFY2(m_scene->isShown(), qPrintable(m_scene->errors()));
-}
-
-void tst_ControlsRows::tap(const QPoint &point)
-{
-    QTest::mouseClick(&m_scene->window(), Qt::LeftButton, {}, point);
+    m_scene = controlsScene(items, {1072, 800}, 300);
+    QVERIFY(m_scene);
 }
 
 void tst_ControlsRows::cleanup()
 {
-    const QStringList warnings = m_scene ? m_scene->warnings() : QStringList();
-    m_scene.reset();
-    facts().dpi = 212;
-    QCOMPARE(warnings, QStringList());
+    QCOMPARE(endScene(m_scene), QStringList());
 }
 
 void tst_ControlsRows::rowMeasures()

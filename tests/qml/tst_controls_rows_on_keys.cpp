@@ -3,8 +3,8 @@
 #include <device.h>
 
 #include "accessible_items.h"
+#include "controls_scene.h"
 #include "panel_application.h"
-#include "qml_scene.h"
 
 #include <QSignalSpy>
 
@@ -26,7 +26,7 @@ private slots:
 
 private:
     void make(const QByteArray &items);
-    void key(Qt::Key key) { QTest::keyClick(&m_scene->window(), key); }
+    void key(Qt::Key key) { m_scene->key(key); }
     QString focused() const;
 
     std::unique_ptr<QmlScene> m_scene;
@@ -34,19 +34,14 @@ private:
 
 void tst_ControlsRowsOnKeys::make(const QByteArray &items)
 {
-    m_scene = std::make_unique<QmlScene>("import QtQuick\nimport com.lindenreed.controls 1.0\n"
-                                         "import com.lindenreed.controls 2.0 as LRControls2\nItem {\n"
-                                             + items + "\n}",
-                                         QSize(758, 900));
-    QVERIFY2(m_scene->isShown(), qPrintable(m_scene->errors()));
+    m_scene = controlsScene(items, {758, 900});
+    QVERIFY(m_scene);
 }
 
 void tst_ControlsRowsOnKeys::cleanup()
 {
-    const QStringList warnings = m_scene->warnings();
-    m_scene.reset();
     Device::instance()->light.reset();
-    QCOMPARE(warnings, QStringList());
+    QCOMPARE(endScene(m_scene), QStringList());
 }
 
 QString tst_ControlsRowsOnKeys::focused() const

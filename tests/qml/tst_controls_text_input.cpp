@@ -1,10 +1,8 @@
 // The text field, as the dialogs of the screens use it.
 
-#include <facts.h>
-
 #include "accessible_items.h"
+#include "controls_scene.h"
 #include "panel_application.h"
-#include "qml_scene.h"
 
 #include <QGuiApplication>
 #include <QInputMethod>
@@ -44,32 +42,17 @@ private:
     std::unique_ptr<QmlScene> m_scene;
 };
 
-namespace {
-
-QRect ink(const QImage &picture)
-{
-    QRect found;
-    for (int y = 0; y < picture.height(); ++y) {
-        for (int x = 0; x < picture.width(); ++x) {
-            if (picture.constScanLine(y)[x] < 128)
-                found |= QRect(x, y, 1, 1);
-        }
-    }
-    return found;
-}
-
-} // namespace
-
 void tst_ControlsTextInput::make(const QByteArray &members, const QByteArray &frame)
 {
-    facts().dpi = 300;
-    m_scene = std::make_unique<QmlScene>(
-        "import QtQuick\nimport com.lindenreed.controls 1.0\nItem { Rectangle { objectName: 'frame'\n" + frame
-        + "\nborder.color: 'black'; border.width: field.activeFocus ? GlobalValues.inputElementActiveBorder\n"
-          ": GlobalValues.inputElementBorder\nAdvancedTextInput { id: field; objectName: 'field'\n"
-          "anchors.fill: parent; clip: true\n"
-        + members + " } } }");
-    QVERIFY2(m_scene->isShown(), qPrintable(m_scene->errors()));
+    m_scene = controlsScene(
+        "Rectangle { objectName: 'frame'\n" + frame
+            + "\nborder.color: 'black'; border.width: field.activeFocus ? "
+              "GlobalValues.inputElementActiveBorder\n"
+              ": GlobalValues.inputElementBorder\nAdvancedTextInput { id: field; objectName: 'field'\n"
+              "anchors.fill: parent; clip: true\n"
+            + members + " } }",
+        {600, 800}, 300);
+    QVERIFY(m_scene);
 }
 
 void tst_ControlsTextInput::type(const QString &typed)
@@ -80,11 +63,8 @@ void tst_ControlsTextInput::type(const QString &typed)
 
 void tst_ControlsTextInput::cleanup()
 {
-    const QStringList warnings = m_scene->warnings();
     QGuiApplication::inputMethod()->hide();
-    m_scene.reset();
-    facts().dpi = 212;
-    QCOMPARE(warnings, QStringList());
+    QCOMPARE(endScene(m_scene), QStringList());
 }
 
 void tst_ControlsTextInput::typing()

@@ -8,6 +8,13 @@
 #include <QLocalSocket>
 #include <QTest>
 
+/// "ok", or the code of the error.
+inline QString code(const QJsonObject &answer)
+{
+    return answer.value(QStringLiteral("ok")).toBool() ? QStringLiteral("ok")
+                                                       : answer.value(QStringLiteral("error")).toString();
+}
+
 /// A client that keeps the event loop running while it waits, so that the device can answer.
 class PanelRemote
 {

@@ -58,6 +58,12 @@ public:
         return found->mapToScene(QPointF(found->width() / 2, found->height() / 2)).toPoint();
     }
 
+    void tap(const QPoint &point) { QTest::mouseClick(&m_window, Qt::LeftButton, {}, point); }
+    void key(Qt::Key key) { QTest::keyClick(&m_window, key); }
+
+    /// The item that has the keys' attention; null where there is none.
+    QQuickItem *focused() const { return m_window.activeFocusItem(); }
+
     /// What `name` shows, as it is in the window now.
     QImage picture(const QString &name)
     {

@@ -6,6 +6,7 @@
 #include "panel_qml.h"
 #include "panel_remote.h"
 #include "panel_view.h"
+#include "recorded_events.h"
 
 #include <device.h>
 #include <journal.h>
@@ -15,16 +16,13 @@
 
 #include <csignal>
 
+#include <optional>
+
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 using lindenreed::device::Device;
 
 namespace {
-
-QString code(const QJsonObject &answer)
-{
-    return answer.value(u"ok"_s).toBool() ? u"ok"_s : answer.value(u"error"_s).toString();
-}
 
 int timerRuns = 0;
 
@@ -66,22 +64,18 @@ private slots:
 
 private:
     std::unique_ptr<PanelRemote> m_remote;
-    QStringList m_events;
+    std::optional<RecordedEvents> m_events;
 };
 
 void tst_PanelCommands::init()
 {
     m_remote = std::make_unique<PanelRemote>();
-    m_events.clear();
-    Device::instance()->events.setHandler([this](int type, int par1, int par2) {
-        m_events.append(u"%1 %2 %3"_s.arg(type).arg(par1).arg(par2));
-        return 0;
-    });
+    m_events.emplace();
 }
 
 void tst_PanelCommands::cleanup()
 {
-    Device::instance()->events.setHandler({});
+    m_events.reset();
     Device::instance()->timers.clearAll();
     Device::instance()->screen.setInverted(false);
     m_remote.reset();
@@ -154,7 +148,7 @@ void tst_PanelCommands::events()
     QFETCH(QJsonObject, members);
     QFETCH(QString, event);
     QCOMPARE(code(m_remote->ask(command, members)), u"ok"_s);
-    QCOMPARE(m_events, QStringList{event});
+    QCOMPARE(m_events->texts(), QStringList{event});
 }
 
 void tst_PanelCommands::task()
@@ -317,7 +311,7 @@ void tst_PanelCommands::badArguments()
     const QJsonObject answer = m_remote->ask(command, members);
     QCOMPARE(code(answer), u"bad-argument"_s);
     QVERIFY(answer.value(u"message"_s).toString().endsWith(u'.'));
-    QCOMPARE(m_events, QStringList());
+    QCOMPARE(m_events->texts(), QStringList());
 }
 
 void tst_PanelCommands::lightWithoutColour()
@@ -337,7 +331,7 @@ void tst_PanelCommands::quit()
 {
     m_remote->send(u"quit"_s);
     QCOMPARE(QGuiApplication::exec(), 0);
-    QCOMPARE(m_events, QStringList{u"152 0 0"_s});
+    QCOMPARE(m_events->texts(), QStringList{u"152 0 0"_s});
     QCOMPARE(code(m_remote->nextLine()), u"ok"_s);
 }
 
@@ -354,7 +348,7 @@ void tst_PanelCommands::signalsQuit()
     QFETCH(int, number);
     QTimer::singleShot(0, this, [number] { ::kill(::getpid(), number); });
     QCOMPARE(QGuiApplication::exec(), 0);
-    QCOMPARE(m_events, QStringList{u"152 0 0"_s});
+    QCOMPARE(m_events->texts(), QStringList{u"152 0 0"_s});
 }
 
 PANEL_TEST_MAIN_WITH_RECORD(tst_PanelCommands, R"({"profile": "grey-8", "orientation": 2})")

@@ -4,20 +4,18 @@
 #include "panel_qml.h"
 #include "panel_remote.h"
 #include "panel_view.h"
+#include "recorded_events.h"
 
 #include <device.h>
 
 #include <QQuickItem>
 
+#include <optional>
+
 using namespace Qt::StringLiterals;
 using lindenreed::device::Device;
 
 namespace {
-
-QString code(const QJsonObject &answer)
-{
-    return answer.value(u"ok"_s).toBool() ? u"ok"_s : answer.value(u"error"_s).toString();
-}
 
 QJsonObject at(int x, int y)
 {
@@ -60,7 +58,7 @@ private:
     std::unique_ptr<QQmlEngine> m_engine;
     std::unique_ptr<QQuickWindow> m_window;
     std::unique_ptr<PanelRemote> m_remote;
-    QStringList m_events;
+    std::optional<RecordedEvents> m_events;
 };
 
 void tst_PanelInput::init()
@@ -94,18 +92,14 @@ void tst_PanelInput::init()
         TextInput { id: field; objectName: "field"; x: 100; y: 600; width: 200; height: 40 }
     })");
     m_remote = std::make_unique<PanelRemote>();
-    Device::instance()->events.setHandler([this](int type, int par1, int par2) {
-        m_events.append(u"%1 %2 %3"_s.arg(type).arg(par1).arg(par2));
-        return 0;
-    });
-    m_events.clear();
+    m_events.emplace();
     QVERIFY(panel_view::waitUntilStill());
     QTRY_COMPARE(QGuiApplication::focusWindow(), m_window.get());
 }
 
 void tst_PanelInput::cleanup()
 {
-    Device::instance()->events.setHandler({});
+    m_events.reset();
     m_remote.reset();
     m_window.reset();
     m_engine.reset();
@@ -305,7 +299,7 @@ void tst_PanelInput::keys()
     QFETCH(int, qtKey);
     const QString name = QString::fromLatin1(QTest::currentDataTag());
     QCOMPARE(code(m_remote->ask(u"key"_s, {{u"name"_s, name}})), u"ok"_s);
-    QCOMPARE(m_events, events);
+    QCOMPARE(m_events->texts(), events);
     QCOMPARE(log(), qtKey != 0 ? QStringList{u"key %1"_s.arg(qtKey)} : QStringList());
 }
 
@@ -314,7 +308,7 @@ void tst_PanelInput::unknownKey()
     const QJsonObject answer = m_remote->ask(u"key"_s, {{u"name"_s, u"enter"_s}});
     QCOMPARE(code(answer), u"bad-argument"_s);
     QVERIFY(answer.value(u"message"_s).toString().contains(u"page-down"_s));
-    QCOMPARE(m_events, QStringList());
+    QCOMPARE(m_events->texts(), QStringList());
 }
 
 void tst_PanelInput::typing()

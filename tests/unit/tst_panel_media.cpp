@@ -3,11 +3,14 @@
 #include "panel_application.h"
 #include "panel_remote.h"
 #include "panel_view.h"
+#include "recorded_events.h"
 
 #include <device.h>
 
 #include <QDir>
 #include <QJsonArray>
+
+#include <optional>
 
 using namespace Qt::StringLiterals;
 using lindenreed::device::Device;
@@ -36,7 +39,7 @@ private:
     QString code(const QString &command, const QJsonObject &members)
     {
         m_answer = m_remote->ask(command, members);
-        return m_answer.value(u"ok"_s).toBool() ? u"ok"_s : m_answer.value(u"error"_s).toString();
+        return ::code(m_answer);
     }
     static QImage statusPanel()
     {
@@ -47,23 +50,19 @@ private:
 
     std::unique_ptr<PanelRemote> m_remote;
     QJsonObject m_answer;
-    QStringList m_events;
+    std::optional<RecordedEvents> m_events;
 };
 
 void tst_PanelMedia::init()
 {
     m_remote = std::make_unique<PanelRemote>();
-    m_events.clear();
-    Device::instance()->events.setHandler([this](int type, int par1, int par2) {
-        m_events.append(u"%1 %2 %3"_s.arg(type).arg(par1).arg(par2));
-        return 0;
-    });
+    m_events.emplace();
     QVERIFY(QFileInfo(u"/mnt/.unplugged/sd"_s).isDir() && QFileInfo(u"/mnt/.unplugged/usb"_s).isDir());
 }
 
 void tst_PanelMedia::cleanup()
 {
-    Device::instance()->events.setHandler({});
+    m_events.reset();
     m_remote.reset();
 }
 
@@ -93,7 +92,8 @@ void tst_PanelMedia::inAndOut()
     const QImage without = statusPanel();
 
     QCOMPARE(code(command, {{u"in"_s, true}}), u"ok"_s);
-    QCOMPARE(m_events, QStringList{eventIn}); // the application has heard of it when the answer comes
+    QCOMPARE(m_events->texts(),
+             QStringList{eventIn}); // the application has heard of it when the answer comes
     QVERIFY(QFileInfo(folder).isDir());
     QVERIFY(stateSays(inState));
     QTRY_VERIFY(statusPanel() != without);
@@ -102,22 +102,22 @@ void tst_PanelMedia::inAndOut()
                  announced.contains(u"changed"_s) && announced.contains(u"refresh"_s)));
 
     QCOMPARE(code(command, {{u"in"_s, false}}), u"ok"_s);
-    QCOMPARE(m_events, QStringList({eventIn, eventOut}));
+    QCOMPARE(m_events->texts(), QStringList({eventIn, eventOut}));
     QVERIFY(!QFileInfo::exists(folder));
     QVERIFY(!stateSays(inState));
     QTRY_COMPARE(statusPanel(), without);
     // The watchers look as well, and find nothing new.
     QVERIFY(panel_view::waitUntilStill());
-    QCOMPARE(m_events, QStringList({eventIn, eventOut}));
+    QCOMPARE(m_events->texts(), QStringList({eventIn, eventOut}));
 }
 
 void tst_PanelMedia::fromOutside()
 {
     QVERIFY(QDir().rename(u"/mnt/.unplugged/sd"_s, u"/mnt/ext2"_s));
-    QTRY_COMPARE(m_events, QStringList{u"161 0 0"_s});
+    QTRY_COMPARE(m_events->texts(), QStringList{u"161 0 0"_s});
     QVERIFY(stateSays(u"sd"_s));
     QVERIFY(QDir(u"/mnt/ext2"_s).removeRecursively()); // not pulled out, gone
-    QTRY_COMPARE(m_events, QStringList({u"161 0 0"_s, u"162 0 0"_s}));
+    QTRY_COMPARE(m_events->texts(), QStringList({u"161 0 0"_s, u"162 0 0"_s}));
     QVERIFY(!stateSays(u"sd"_s));
     QCOMPARE(code(u"card"_s, {{u"in"_s, true}}), u"no-such-item"_s);
     QVERIFY(QDir().mkpath(u"/mnt/.unplugged/sd"_s));
@@ -152,7 +152,7 @@ void tst_PanelMedia::refused()
     QCOMPARE(code(command, members), error);
     if (!message.isEmpty())
         QCOMPARE(m_answer.value(u"message"_s).toString(), message);
-    QCOMPARE(m_events, QStringList());
+    QCOMPARE(m_events->texts(), QStringList());
 }
 
 void tst_PanelMedia::otherThingsInTheWay()

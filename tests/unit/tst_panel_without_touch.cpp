@@ -2,19 +2,17 @@
 
 #include "keyboard_scene.h"
 #include "panel_application.h"
+#include "recorded_events.h"
 
 #include <device.h>
 #include <texts.h>
+
+#include <optional>
 
 using namespace Qt::StringLiterals;
 using lindenreed::device::Device;
 
 namespace {
-
-QString code(const QJsonObject &answer)
-{
-    return answer.value(u"ok"_s).toBool() ? u"ok"_s : answer.value(u"error"_s).toString();
-}
 
 QByteArray rowsQml();
 
@@ -65,7 +63,7 @@ private:
     std::unique_ptr<QQuickWindow> m_window;
     std::unique_ptr<KeyboardScene> m_scene;
     std::unique_ptr<PanelRemote> m_remote;
-    QStringList m_events;
+    std::optional<RecordedEvents> m_events;
 };
 
 void tst_PanelWithoutTouch::init()
@@ -73,18 +71,14 @@ void tst_PanelWithoutTouch::init()
     lindenreed::device::texts::load(u"en"_s);
     m_remote = std::make_unique<PanelRemote>();
     m_window = loadWindow(m_engine, rowsQml());
-    Device::instance()->events.setHandler([this](int type, int par1, int par2) {
-        m_events.append(u"%1 %2 %3"_s.arg(type).arg(par1).arg(par2));
-        return 0;
-    });
-    m_events.clear();
+    m_events.emplace();
     QTRY_COMPARE(QGuiApplication::focusWindow(), m_window.get());
     QVERIFY(panel_view::waitUntilStill());
 }
 
 void tst_PanelWithoutTouch::cleanup()
 {
-    Device::instance()->events.setHandler({});
+    m_events.reset();
     m_scene.reset();
     m_window.reset();
     m_remote.reset();
@@ -144,7 +138,7 @@ void tst_PanelWithoutTouch::keys()
     QFETCH(int, qtKey);
     m_window->findChild<QQuickItem *>(u"taker"_s)->forceActiveFocus();
     QCOMPARE(key(QString::fromLatin1(QTest::currentDataTag())), u"ok"_s);
-    QCOMPARE(m_events, events);
+    QCOMPARE(m_events->texts(), events);
     QCOMPARE(log(), qtKey != 0 ? QStringList{u"taker %1"_s.arg(qtKey)} : QStringList());
     QCOMPARE(focused(), u"taker"_s);
 }
