@@ -70,7 +70,7 @@ std::optional<ItemFailure> actOnItem(const PlatformScreen &screen, const StatusP
         std::erase_if(matches, [&](const TreeNode *node) { return !condition(*node); });
         return !matches.empty();
     };
-    if (!keepIf([](const TreeNode &node) { return !node.covered; }))
+    if (!keepIf([](const TreeNode &node) { return !node.covered && !node.behindModal; }))
         return ItemFailure{u"not-possible"_s, u"\"%1\" is covered."_s.arg(label)};
     if (!keepIf([&](const TreeNode &node) { return knows(node, action); }))
         return ItemFailure{u"not-possible"_s, u"\"%1\" does not know this action."_s.arg(label)};

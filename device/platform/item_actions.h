@@ -29,9 +29,9 @@ struct ItemFailure
     QString message;
 };
 
-/// Carries out the action before it returns; nothing on success. An item that is disabled, or wholly covered,
-/// is refused. What is reached without a finger is not told from a tap by the item, so a transparent mouse
-/// area above it does not matter.
+/// Carries out the action before it returns; nothing on success. An item that is disabled, wholly covered, or
+/// behind a dialog or an open menu, is refused. What is reached without a finger is not told from a tap by
+/// the item, so a smaller transparent mouse area above it does not matter.
 std::optional<ItemFailure> actOnItem(const PlatformScreen &screen, const StatusPanel &statusPanel,
                                      const ItemChoice &choice, ItemAction action);
 

@@ -18,7 +18,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// Something opaque, in the order of painting.
+/// What lies over others, in the order of painting.
 struct Cover
 {
     const QQuickItem *item; ///< null: a whole window
@@ -31,8 +31,14 @@ bool isOpaque(const QQuickItem *item)
     const bool plain = gradient.isNull() || gradient.value<QJSValue>().isNull()
         || gradient.value<QJSValue>().isUndefined();
     return plain && item->inherits("QQuickRectangle")
-        && item->property("color").value<QColor>().alpha() == 255 && item->property("radius").toReal() <= 0
-        && item->rotation() == 0;
+        && item->property("color").value<QColor>().alpha() == 255 && item->rotation() == 0;
+}
+
+bool takesTaps(const QQuickItem *item)
+{
+    // A mouse area has an "enabled" of its own, beside the item's.
+    return item->inherits("QQuickMouseArea") && item->isEnabled() && item->property("enabled").toBool()
+        && item->property("acceptedButtons").value<Qt::MouseButtons>().testFlag(Qt::LeftButton);
 }
 
 /// Children in the order of painting.
@@ -55,9 +61,10 @@ public:
     std::vector<TreeNode> window(const QQuickWindow &window, const QRect &rectangle)
     {
         m_origin = rectangle.topLeft();
-        m_covers.push_back({nullptr, rectangle & m_screen});
+        m_window = rectangle & m_screen;
+        m_covers.push_back({nullptr, m_window});
         std::vector<TreeNode> nodes;
-        visit(window.contentItem(), rectangle & m_screen, 1.0, nodes);
+        visit(window.contentItem(), m_window, 1.0, nodes);
         return nodes;
     }
 
@@ -67,17 +74,41 @@ public:
     void findCovered(std::vector<TreeNode> &nodes) const
     {
         for (TreeNode &node : nodes) {
-            const std::size_t later = m_paintedBefore.value(node.item);
-            node.covered = std::any_of(
-                m_covers.begin() + std::ptrdiff_t(later), m_covers.end(), [&](const Cover &cover) {
-                    return cover.rectangle.contains(node.rectangle)
-                        && !(cover.item && (cover.item == node.item || node.item->isAncestorOf(cover.item)));
-                });
+            const Below below = m_below.value(node.item);
+            node.covered = isBehind(node, m_covers, below.covers);
+            node.behindModal = isBehind(node, m_modals, below.modals);
             findCovered(node.children);
         }
     }
 
 private:
+    /// How many of each are painted before an item.
+    struct Below
+    {
+        std::size_t covers = 0;
+        std::size_t modals = 0;
+    };
+
+    /// Whether one of `covers`, from number `first` on, lies over all of the item and is no part of it.
+    static bool isBehind(const TreeNode &node, const std::vector<Cover> &covers, std::size_t first)
+    {
+        return std::any_of(covers.begin() + std::ptrdiff_t(first), covers.end(), [&](const Cover &cover) {
+            return cover.rectangle.contains(node.rectangle)
+                && !(cover.item && (cover.item == node.item || node.item->isAncestorOf(cover.item)));
+        });
+    }
+
+    /// An opaque rectangle covers what does not reach into its round corners.
+    void addCover(const QQuickItem *item, const QRectF &inScene, const QRect &clip)
+    {
+        const qreal radius = std::max(item->property("radius").toReal(), 0.0);
+        for (const QRectF &part :
+             {inScene.adjusted(radius, 0, -radius, 0), inScene.adjusted(0, radius, 0, -radius)}) {
+            if (part.isValid())
+                m_covers.push_back({item, part.translated(m_origin).toAlignedRect() & clip});
+        }
+    }
+
     void visit(QQuickItem *item, const QRect &clip, qreal opacity, std::vector<TreeNode> &siblings)
     {
         opacity *= item->opacity();
@@ -86,15 +117,17 @@ private:
         const QRectF inScene = item->mapRectToScene(QRectF(0, 0, item->width(), item->height()));
         const QRect rectangle = inScene.translated(m_origin).toAlignedRect() & clip;
         const QRect childClip = item->clip() ? rectangle : clip;
-        if (opacity >= 1 && isOpaque(item) && !rectangle.isEmpty())
-            m_covers.push_back({item, rectangle});
+        if (opacity >= 1 && isOpaque(item))
+            addCover(item, inScene, clip);
+        if (rectangle == m_window && takesTaps(item))
+            m_modals.push_back({item, rectangle});
 
         std::optional<TreeNode> node;
         if (!rectangle.isEmpty())
             node = describeItem(item);
         if (node) {
             node->rectangle = rectangle;
-            m_paintedBefore.insert(item, m_covers.size());
+            m_below.insert(item, {m_covers.size(), m_modals.size()});
         }
         std::vector<TreeNode> children;
         const QList<QQuickItem *> items = childClip.isEmpty() ? QList<QQuickItem *>() : paintOrder(item);
@@ -105,9 +138,11 @@ private:
     }
 
     QRect m_screen;
+    QRect m_window; ///< the one that is walked through now
     QPoint m_origin;
     std::vector<Cover> m_covers;
-    QHash<const QQuickItem *, std::size_t> m_paintedBefore; ///< how many covers lie below an item
+    std::vector<Cover> m_modals; ///< mouse areas that are as large as their window
+    QHash<const QQuickItem *, Below> m_below;
 };
 
 void sortForReading(std::vector<TreeNode> &nodes)
@@ -190,7 +225,7 @@ QJsonArray toJson(const std::vector<TreeNode> &nodes)
         }
         QJsonObject object{{u"role"_s, node.role},
                            {u"name"_s, node.name},
-                           {u"enabled"_s, node.enabled},
+                           {u"enabled"_s, node.enabled && !node.behindModal},
                            {u"rectangle"_s,
                             QJsonObject{{u"x"_s, node.rectangle.x()},
                                         {u"y"_s, node.rectangle.y()},

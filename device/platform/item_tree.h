@@ -30,9 +30,11 @@ struct TreeNode
     bool enabled = true;
     std::optional<bool> checked; ///< nothing where it cannot be checked
     /// Wholly hidden: one opaque rectangle that is painted later, and is no part of the item itself, or a
-    /// window above, covers all that would show. What merely takes the taps (a transparent mouse area on top)
-    /// covers nothing.
+    /// window above, covers all that would show.
     bool covered = false;
+    /// Behind a dialog or an open menu: a mouse area that is painted later, and is no part of the item
+    /// itself, takes the taps on the whole window. A smaller one does not matter.
+    bool behindModal = false;
     std::vector<TreeNode> children; ///< in reading order: by upper edge, then by left edge
 };
 
@@ -40,7 +42,8 @@ struct TreeNode
 /// covered nodes are among them.
 std::vector<TreeNode> readTree(const PlatformScreen &screen, const StatusPanel &statusPanel);
 
-/// What is not covered, as JSON. The children of what is covered take its place.
+/// What is not covered, as JSON. The children of what is covered take its place; what is behind a modal item
+/// can be read, so it is there, but it is not enabled.
 QJsonArray toJson(const std::vector<TreeNode> &nodes);
 
 } // namespace lindenreed::device

@@ -14,11 +14,6 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-QString code(const QJsonObject &answer)
-{
-    return answer.value(u"ok"_s).toBool() ? u"ok"_s : answer.value(u"error"_s).toString();
-}
-
 /// All nodes, in the order of the tree.
 QList<QJsonObject> flat(const QJsonArray &nodes)
 {
@@ -51,7 +46,11 @@ private slots:
     void ignoredItemsAreLeftOut();
     void clippedItemsAreCut();
     void coveredItemsAreLeftOut();
+    void roundCornersCoverLess();
     void transparentCoverDoesNotMatter();
+    void nothingBehindAModalItemIsReached();
+    void whatTakesNoTapsIsNotModal_data();
+    void whatTakesNoTapsIsNotModal();
     void ownBackgroundDoesNotCover();
     void windowAboveCovers();
     void idInsideAndOutside();
@@ -185,16 +184,86 @@ void tst_PanelTree::coveredItemsAreLeftOut()
     QCOMPARE(log(), QStringList{u"partly"_s});
 }
 
+void tst_PanelTree::roundCornersCoverLess()
+{
+    load(R"(
+        Text { x: 20; y: 1; width: 50; height: 10; text: "at the edge" }
+        Text { x: 1; y: 20; width: 50; height: 10; text: "at the side" }
+        Text { x: 1; y: 1; width: 50; height: 10; text: "at the corner" }
+        Text { x: 20; y: 300; width: 30; height: 30; text: "in a circle" }
+        Text { x: 21; y: 360; width: 28; height: 30; text: "under a small corner" }
+        Rectangle { width: 200; height: 100; radius: 16; color: "white" }
+        Rectangle { x: 20; y: 300; width: 30; height: 30; radius: 15; color: "white" }
+        Rectangle { x: 20; y: 360; width: 30; height: 30; radius: 1; color: "white" })");
+    QCOMPARE(names(), QStringList({u"at the corner"_s, u"in a circle"_s}));
+}
+
 void tst_PanelTree::transparentCoverDoesNotMatter()
 {
     load(R"(
         Item { width: 100; height: 50; Accessible.role: Accessible.Button; Accessible.name: "Below"
                Accessible.onPressAction: root.note("below") }
-        MouseArea { anchors.fill: parent }
+        MouseArea { width: parent.width; height: parent.height - 1 }
         Rectangle { anchors.fill: parent; color: "#80000000" }
         Rectangle { anchors.fill: parent; color: "white"; opacity: 0.5 })");
     QCOMPARE(act(u"press"_s, u"Below"_s), u"ok"_s);
     QCOMPARE(log(), QStringList{u"below"_s});
+}
+
+void tst_PanelTree::nothingBehindAModalItemIsReached()
+{
+    load(R"(
+        component Button: Item { width: 100; height: 50; Accessible.role: Accessible.Button
+                                 Accessible.onPressAction: root.note(Accessible.name) }
+        Item { id: page; anchors.fill: parent; Accessible.role: Accessible.NoRole
+            Accessible.onIncreaseAction: root.note("next")
+            Button { Accessible.name: "Behind" }
+            Button { y: 100; Accessible.name: "Play" }
+            Text { y: 200; text: "To be read" }
+            MouseArea { anchors.fill: parent; Accessible.role: Accessible.Button; Accessible.name: "Close"
+                        Accessible.onPressAction: root.note("close")
+                Button { y: 300; Accessible.name: "Inside" }
+                Button { y: 400; Accessible.name: "Play" } }
+            Button { y: 500; Accessible.name: "Above" } })");
+    QHash<QString, bool> enabled;
+    const QList<QJsonObject> all = nodes();
+    for (const QJsonObject &node : all)
+        enabled[node.value(u"name"_s).toString()] = node.value(u"enabled"_s).toBool();
+    QCOMPARE(names().count(u"Play"_s), 2);
+    QCOMPARE(enabled.value(u"Behind"_s, true), false);
+    QCOMPARE(enabled.value(u"To be read"_s, true), false);
+    QVERIFY(enabled.value(u"Inside"_s) && enabled.value(u"Close"_s) && enabled.value(u"Above"_s));
+    QCOMPARE(act(u"press"_s, u"Behind"_s), u"not-possible"_s);
+    QCOMPARE(log(), QStringList());
+    for (const QString &name : {u"Inside"_s, u"Close"_s, u"Above"_s, u"Play"_s})
+        QCOMPARE(act(u"press"_s, name), u"ok"_s);
+    QCOMPARE(act(u"press"_s, u"Play"_s, 2), u"no-such-item"_s); // the one behind is not counted
+    QCOMPARE(act(u"increase"_s, u"#page"_s), u"ok"_s); // what the modal item is a part of
+    QCOMPARE(log(), QStringList({u"Inside"_s, u"close"_s, u"Above"_s, u"Play"_s, u"next"_s}));
+}
+
+void tst_PanelTree::whatTakesNoTapsIsNotModal_data()
+{
+    QTest::addColumn<QByteArray>("area");
+
+    QTest::newRow("disabled") << QByteArray("MouseArea { anchors.fill: parent; enabled: false }");
+    QTest::newRow("in a disabled item")
+        << QByteArray("Item { anchors.fill: parent; enabled: false; MouseArea { anchors.fill: parent } }");
+    QTest::newRow("hidden") << QByteArray("MouseArea { anchors.fill: parent; visible: false }");
+    QTest::newRow("for no button") << QByteArray(
+        "MouseArea { anchors.fill: parent; acceptedButtons: Qt.NoButton }");
+    QTest::newRow("cut") << QByteArray(
+        "Item { width: 758; height: 900; clip: true; MouseArea { width: 758; height: 979 } }");
+    QTest::newRow("behind") << QByteArray("MouseArea { anchors.fill: parent; z: -1 }");
+}
+
+void tst_PanelTree::whatTakesNoTapsIsNotModal()
+{
+    QFETCH(QByteArray, area);
+    load(R"(Item { width: 100; height: 50; Accessible.role: Accessible.Button; Accessible.name: "Below"
+                   Accessible.onPressAction: root.note("below") })"
+         + area);
+    QCOMPARE(act(u"press"_s, u"Below"_s), u"ok"_s);
 }
 
 void tst_PanelTree::ownBackgroundDoesNotCover()
