@@ -9,14 +9,14 @@ MenuOverlay {
     property bool radioBtnDontCheckChecked: false ///< the row that is checked can be chosen again
 
     property rect globalArea
-    property Item focusBefore ///< has the keys' attention again when the menu goes
 
     /// Takes what it shows; `newArea` in global coordinates.
     function present(newModel, newDelegateName, newTitle, newArea) {
         model = newModel
         delegateName = newDelegateName
         title = newTitle
-        checkedRow = rowOfText(title)
+        // The title of a choice is what is chosen; of any other menu it is a name, which may be a row's by chance.
+        checkedRow = delegateName === "RadioButton" ? rowOfText(title) : -1
         globalArea = newArea
         toStart()
         findArea()
@@ -30,21 +30,22 @@ MenuOverlay {
     }
 
     function takeFocus(): void {
-        if (!activeFocus)
-            focusBefore = Window.activeFocusItem
+        focus_keeper.open()
+        focus_keeper.noteBefore()
         forceActiveFocus()
-    }
-
-    function giveFocusBack(): void {
-        if (activeFocus && focusBefore && focusBefore.visible)
-            focusBefore.forceActiveFocus()
-        focusBefore = null
     }
 
     anchors.fill: parent
     checkedCanBeChosen: radioBtnDontCheckChecked
 
     onHeightChanged: findArea()
-    onVisibleChanged: visible ? takeFocus() : giveFocusBack()
+    onVisibleChanged: visible ? takeFocus() : focus_keeper.close()
     onWidthChanged: findArea()
+
+    ModalFocus {
+        id: focus_keeper
+
+        modal: context_menu
+        onReturned: context_menu.forceActiveFocus()
+    }
 }

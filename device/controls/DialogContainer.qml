@@ -20,18 +20,8 @@ FocusScope {
     readonly property int lowerEdge: Qt.inputMethod.visible && Qt.inputMethod.keyboardRectangle.height > 0
         ? Math.min(height, Qt.inputMethod.keyboardRectangle.y) : height
 
-    property Item focusBefore ///< has the keys' attention again when the dialog goes
-
     /// A tap outside, or the key that leads back. Whoever opened the dialog hides it.
     signal close()
-
-    function isInside(item: Item): bool {
-        for (let at = item; at; at = at.parent) {
-            if (at === dialog_container)
-                return true
-        }
-        return false
-    }
 
     /// To the next thing inside that takes the keys, and from the last one to the first.
     function moveFocus(forward: bool): void {
@@ -42,25 +32,24 @@ FocusScope {
             if (!item || item === first)
                 return // all round, and nothing inside takes them
             first = first ?? item
-        } while (item === dialog_container || !isInside(item))
+        } while (item === dialog_container || !focus_keeper.isInside(item))
         item.forceActiveFocus(forward ? Qt.TabFocusReason : Qt.BacktabFocusReason)
     }
 
     function takeFocus(): void {
-        if (!visible || activeFocus)
+        if (!visible || activeFocus || !focus_keeper.isOnTop())
             return
-        const before = Window.activeFocusItem
-        if (!isInside(before))
-            focusBefore = before
+        focus_keeper.noteBefore()
         forceActiveFocus()
         if (Window.activeFocusItem === dialog_container)
             moveFocus(true)
     }
 
-    function giveFocusBack(): void {
-        if (activeFocus && focusBefore && focusBefore.visible)
-            focusBefore.forceActiveFocus()
-        focusBefore = null
+    function appear(): void {
+        if (!visible)
+            return
+        focus_keeper.open()
+        takeFocus()
     }
 
     implicitHeight: Window.height
@@ -87,11 +76,19 @@ FocusScope {
         }
     }
 
-    onVisibleChanged: visible ? takeFocus() : giveFocusBack()
+    onVisibleChanged: visible ? appear() : focus_keeper.close()
     // Focus that went to something behind comes back. Later: who closes a dialog gives the focus away first.
     onActiveFocusChanged: if (!activeFocus) Qt.callLater(takeFocus)
     // Later: whoever loads it puts it on top of the window first.
-    Component.onCompleted: Qt.callLater(takeFocus)
+    Component.onCompleted: Qt.callLater(appear)
+
+    ModalFocus {
+        id: focus_keeper
+
+        modal: dialog_container
+        // Later: whoever closes what lay over the dialog gives the focus away first.
+        onReturned: Qt.callLater(dialog_container.takeFocus)
+    }
 
     OutsideArea {
         onClose: dialog_container.close()

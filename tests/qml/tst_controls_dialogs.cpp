@@ -33,9 +33,6 @@ private slots:
     void staysAboveTheKeyboard();
     void comesBackWhenTheKeyboardGoes();
     void fitsAfterATurn();
-    void focusComesAndGoes();
-    void focusStaysInside();
-    void screenMayGiveTheFocusItself();
     void comboBoxInADialog();
     void footerTells();
     void footerWords_data();
@@ -310,54 +307,6 @@ void tst_ControlsDialogs::fitsAfterATurn()
     m_scene->window().resize(800, 500);
     QTRY_VERIFY(QRect(0, 0, 800, 500).contains(sceneRectangle(frame())));
     QTRY_COMPARE(sceneRectangle(frame()).width(), 800 - 68);
-}
-
-void tst_ControlsDialogs::focusComesAndGoes()
-{
-    make({}, twoButtons);
-    QQuickItem *behind = m_scene->item(u"behind"_s);
-    behind->forceActiveFocus();
-    for (int i = 0; i < 2; ++i) {
-        show();
-        QTRY_COMPARE(focused(), m_scene->item(u"first"_s));
-        QTest::keyClick(&m_scene->window(), Qt::Key_Return);
-        QCOMPARE(log().last(), u"first"_s);
-        show(false);
-        QCOMPARE(focused(), behind);
-    }
-}
-
-void tst_ControlsDialogs::focusStaysInside()
-{
-    make({}, twoButtons);
-    show();
-    QTRY_COMPARE(focused(), m_scene->item(u"first"_s));
-    for (Qt::Key key : {Qt::Key_Down, Qt::Key_Right, Qt::Key_Tab, Qt::Key_Up, Qt::Key_Left}) {
-        const bool atFirst = focused() == m_scene->item(u"first"_s);
-        QTest::keyClick(&m_scene->window(), key);
-        QCOMPARE(focused(), m_scene->item(atFirst ? u"second"_s : u"first"_s));
-    }
-    // Focus that is led astray comes back to where it was.
-    QQuickItem *before = focused();
-    m_scene->item(u"behind"_s)->forceActiveFocus();
-    QTRY_COMPARE(focused(), before);
-    show(false);
-    m_scene->item(u"behind"_s)->forceActiveFocus();
-    QTest::keyClick(&m_scene->window(), Qt::Key_Return);
-    QCOMPARE(log(), QStringList(u"behind"_s));
-}
-
-void tst_ControlsDialogs::screenMayGiveTheFocusItself()
-{
-    make("onVisibleChanged: if (visible) second.forceActiveFocus()",
-         "TextButton { objectName: 'first'; text: 'First' }\n"
-         "TextButton { id: second; objectName: 'second'; text: 'Second' }");
-    show();
-    QCOMPARE(focused(), m_scene->item(u"second"_s));
-    m_scene->item(u"behind"_s)->forceActiveFocus(); // as before hiding it
-    show(false);
-    QCoreApplication::processEvents();
-    QCOMPARE(focused(), m_scene->item(u"behind"_s));
 }
 
 void tst_ControlsDialogs::comboBoxInADialog()

@@ -28,6 +28,7 @@ private slots:
     void nothingBehindIsTouched();
     void checkedRow_data();
     void checkedRow();
+    void titleThatIsARowByChance();
     void uidsWithGaps();
     void place_data();
     void place();
@@ -294,6 +295,15 @@ void tst_ControlsMenus::checkedRow()
         click(sceneRectangle(row(u"Rename"_s, QAccessible::RadioButton)).center());
         QCOMPARE(chosen(), QVariantList{0});
     }
+}
+
+void tst_ControlsMenus::titleThatIsARowByChance()
+{
+    make("ImageTextButton", threeRows, "Delete"); // a playlist of that name
+    open();
+    QVERIFY(!accessible(row(u"Delete"_s))->state().checked);
+    click(sceneRectangle(row(u"Delete"_s)).center());
+    QCOMPARE(chosen(), QVariantList{2});
 }
 
 void tst_ControlsMenus::uidsWithGaps()
