@@ -1,5 +1,8 @@
 #include "file_reloader.h"
 
+#include <device.h>
+
+#include <QDir>
 #include <QFileInfo>
 #include <QFileSystemWatcher>
 
@@ -17,6 +20,15 @@ FileReloader::FileReloader(QObject *parent)
     m_settled.setSingleShot(true);
     m_settled.setInterval(settleTime);
     connect(&m_settled, &QTimer::timeout, this, &FileReloader::look);
+    // A storage that goes takes the watched folders with it, and a mount raises no event in them.
+    if (Device *device = Device::instance()) {
+        connect(&device->media, &Media::changed, this, [this] {
+            if (!m_watcher)
+                return;
+            watchAnew();
+            m_settled.start();
+        });
+    }
 }
 
 FileReloader::~FileReloader() = default;
@@ -32,6 +44,17 @@ void FileReloader::setSource(const QUrl &source)
     if (m_path.isEmpty())
         return;
     m_shown = stamp();
+    watchAnew();
+}
+
+FileReloader::Stamp FileReloader::stamp() const
+{
+    const QFileInfo file(m_path);
+    return file.isFile() ? Stamp{file.size(), file.lastModified()} : Stamp();
+}
+
+void FileReloader::watchAnew()
+{
     m_watcher = std::make_unique<QFileSystemWatcher>();
     const auto changed = [this] {
         watch();
@@ -42,29 +65,38 @@ void FileReloader::setSource(const QUrl &source)
     watch();
 }
 
-FileReloader::Stamp FileReloader::stamp() const
-{
-    const QFileInfo file(m_path);
-    return file.isFile() ? Stamp{file.size(), file.lastModified()} : Stamp();
-}
-
 void FileReloader::watch()
 {
-    // The folder tells of a file that comes or is replaced, the file of one that is written in place.
-    const QFileInfo file(m_path);
-    if (m_watcher->directories().isEmpty() && QFileInfo::exists(file.path()))
-        m_watcher->addPath(file.path());
-    if (m_watcher->files().isEmpty() && file.exists())
+    // The folder tells of a file that comes or is replaced, the file of one that is written in place. While
+    // the folder is gone, the nearest one above tells when it comes; it may have come before that one is
+    // watched.
+    for (QString folder = nearestFolder(); !m_watcher->directories().contains(folder);
+         folder = nearestFolder()) {
+        if (!m_watcher->directories().isEmpty())
+            m_watcher->removePaths(m_watcher->directories());
+        if (!m_watcher->addPath(folder))
+            break;
+    }
+    if (m_watcher->files().isEmpty() && QFileInfo::exists(m_path))
         m_watcher->addPath(m_path);
+}
+
+QString FileReloader::nearestFolder() const
+{
+    QString folder = QFileInfo(m_path).path();
+    while (!QFileInfo::exists(folder) && !QDir(folder).isRoot())
+        folder = QFileInfo(folder).path();
+    return folder;
 }
 
 void FileReloader::look()
 {
     const Stamp now = stamp();
-    if (now == m_shown || now == Stamp())
+    if (now == m_shown)
         return;
-    m_shown = now;
-    reload();
+    m_shown = now; // a file that comes back is another one, even where it looks the same
+    if (now != Stamp())
+        reload();
 }
 
 void FileReloader::reload()

@@ -14,8 +14,9 @@ class QFileSystemWatcher;
 
 namespace lindenreed::device {
 
-/// Makes an Image read its file again after the file has changed on the disk. A file that is gone leaves the
-/// last picture; sources that are no local file are let alone. Main thread.
+/// Makes an Image read its file again after the file has changed on the disk, or has come back with its
+/// folder or its storage. A file that is gone leaves the last picture; sources that are no local file are let
+/// alone. Main thread.
 class FileReloader : public QObject
 {
     Q_OBJECT
@@ -43,7 +44,9 @@ private:
     };
 
     Stamp stamp() const;
+    void watchAnew();
     void watch();
+    QString nearestFolder() const;
     void look();
     void reload();
 

@@ -51,8 +51,10 @@ void MessagePresenter::fillItem()
 
 void MessagePresenter::visibilityChanged()
 {
-    // However it was hidden: the time left must not cut the next message short.
-    if (!m_loader->isVisible())
+    // However the loader was hidden: the time left must not cut the next message short. It goes on while it
+    // is merely a parent that is hidden, for then the message comes back with it.
+    const QQuickItem *parent = m_loader->parentItem();
+    if (!m_loader->isVisible() && (!parent || parent->isVisible()))
         m_timer.stop();
 }
 

@@ -24,6 +24,7 @@ private slots:
     void secondMessageReplacesTheFirst();
     void secondMessageHasItsWholeTime();
     void hiddenMessageLeavesNoTimer();
+    void messageOfAHiddenScreenHasItsTime();
     void closing();
     void tapCloses();
     void besideTheMessageTheScreenIsInUse();
@@ -156,6 +157,15 @@ void tst_ControlsFunctions::hiddenMessageLeavesNoTimer()
     QSignalSpy visible(m_scene->item(u"loader"_s), &QQuickItem::visibleChanged);
     QVERIFY(!visible.wait(300));
     QVERIFY(shown());
+}
+
+void tst_ControlsFunctions::messageOfAHiddenScreenHasItsTime()
+{
+    open(u"Saved"_s, QString(), 200);
+    m_scene->root()->setVisible(false);
+    m_scene->root()->setVisible(true);
+    QVERIFY(shown());
+    QTRY_VERIFY(!shown());
 }
 
 void tst_ControlsFunctions::closing()
