@@ -1,6 +1,6 @@
 // The way to a folder: one crumb for each row of the model, from the top to where one stands. The nameless crumb is the
 // top, the storages. The last crumb is always in sight: where the way is too long, its middle folds to "…", which leads
-// to the nearest folder that it hides.
+// to the nearest folder that it hides, and the crumb behind the fold is cut to the room that is left.
 import QtQuick
 import com.lindenreed.controls
 
@@ -15,6 +15,8 @@ Item {
     /// Crumbs touch each other in the middle of the chevrons between them.
     readonly property int padding: gap + chevron / 2
     readonly property int sideMargin: GlobalValues.defaultListViewSideMargin - padding
+    /// A crumb is not cut narrower than a few letters.
+    readonly property int leastCut: Global.pixelsFromDesign(160) + 2 * padding
 
     property var shown: [] ///< crumbs with the members row, text, name, home, last, left and width
 
@@ -44,8 +46,13 @@ Item {
             all.push(crumb(i, false))
         }
         let crumbs = all
-        for (let hidden = 1; excess(crumbs) > 0 && hidden <= all.length - 2; ++hidden)
-            crumbs = [all[0], crumb(hidden, true)].concat(all.slice(hidden + 1))
+        for (let hidden = 0; excess(crumbs) > 0 && hidden <= all.length - 2; ++hidden) {
+            if (hidden > 0)
+                crumbs = [all[0], crumb(hidden, true)].concat(all.slice(hidden + 1))
+            const first = all[hidden + 1]
+            if (!first.last && first.width - excess(crumbs) >= leastCut)
+                first.width -= Math.max(excess(crumbs), 0)
+        }
         if (crumbs.length > 0)
             crumbs[crumbs.length - 1].width -= Math.max(excess(crumbs), 0)
         let left = sideMargin

@@ -177,7 +177,7 @@ Item {
             required property var model
 
             bold: checked && menu_panel.checkedIsBold
-            checked: hasRadioSign && index === menu_panel.checkedRow
+            checked: index === menu_panel.checkedRow
             current: ListView.isCurrentItem
             dotted: index < ListView.view.count - 1
             hasRadioSign: menu_panel.hasRadioSigns

@@ -21,7 +21,7 @@ Item {
 
     signal chosen()
 
-    Accessible.checkable: hasRadioSign
+    Accessible.checkable: hasRadioSign || checked
     Accessible.checked: checked
     Accessible.focusable: true
     Accessible.name: text

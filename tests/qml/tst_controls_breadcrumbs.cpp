@@ -54,6 +54,8 @@ private slots:
     void longWay_data();
     void longWay();
     void foldedCrumbLeadsToTheNearestHidden();
+    void crumbIsCutToTheRoom_data();
+    void crumbIsCutToTheRoom();
     void longLastNameIsElided();
     void widerAgain();
     void touchTargets();
@@ -213,6 +215,43 @@ void tst_ControlsBreadcrumbs::foldedCrumbLeadsToTheNearestHidden()
     QCOMPARE(accessibleName(crumb(1)), deep.at(4));
     pressByAccessibility(crumb(2));
     QCOMPARE(m_clicked->takeFirst(), QVariantList{5});
+}
+
+void tst_ControlsBreadcrumbs::crumbIsCutToTheRoom_data()
+{
+    QTest::addColumn<int>("width");
+    QTest::addColumn<QStringList>("expected");
+    QTest::addColumn<int>("cut");
+
+    const QStringList way{u"~"_s, u"This device"_s, u"Holidays by the sea"_s, u"A summer long ago"_s,
+                          u"Last"_s};
+    QTest::newRow("behind the fold") << 1200
+                                     << QStringList{way.at(0), u"…"_s, way.at(2), way.at(3), way.at(4)} << 2;
+    QTest::newRow("more folded") << 758 << QStringList{way.at(0), u"…"_s, way.at(3), way.at(4)} << 2;
+    QTest::newRow("nothing to fold") << 1510 << way << 1;
+    QTest::newRow("too little left") << 580 << QStringList{way.at(0), u"…"_s, way.at(4)} << -1;
+}
+
+void tst_ControlsBreadcrumbs::crumbIsCutToTheRoom()
+{
+    QFETCH(int, width);
+    QFETCH(QStringList, expected);
+    QFETCH(int, cut);
+
+    make({QString(), u"This device"_s, u"Holidays by the sea"_s, u"A summer long ago"_s, u"Last"_s}, width);
+    QTRY_COMPARE(shown(), expected);
+    for (int i = 0; i < expected.size(); ++i) {
+        const QList<QQuickItem *> children = crumb(i)->childItems();
+        const bool truncated = std::any_of(children.begin(), children.end(), [](const QQuickItem *child) {
+            return child->property("truncated").toBool();
+        });
+        QCOMPARE(truncated, i == cut);
+    }
+    if (cut >= 0) {
+        QCOMPARE(sceneRectangle(crumb(int(expected.size()) - 1)).right() + 1, width - 22); // all room is used
+        pressByAccessibility(crumb(cut));
+        QCOMPARE(m_clicked->takeFirst(), QVariantList{5 - int(expected.size()) + cut});
+    }
 }
 
 void tst_ControlsBreadcrumbs::longLastNameIsElided()

@@ -349,6 +349,8 @@ void tst_ControlsComboBox::highlight_data()
     QTest::newRow("of itself") << QByteArray() << true;
     QTest::newRow("asked for") << QByteArray("highlightSelected: true") << true;
     QTest::newRow("not wanted") << QByteArray("highlightSelected: false") << false;
+    QTest::newRow("of itself, without signs") << QByteArray("state: ''") << true;
+    QTest::newRow("not wanted, without signs") << QByteArray("state: ''; highlightSelected: false") << false;
 }
 
 void tst_ControlsComboBox::highlight()
@@ -358,8 +360,9 @@ void tst_ControlsComboBox::highlight()
 
     make("selectedUid: 1; " + properties);
     open();
-    QVERIFY(accessible(row(u"Minutes"_s))->state().checked);
-    QVERIFY(!accessible(row(u"Hours"_s))->state().checked);
+    const auto role = properties.contains("state: ") ? QAccessible::MenuItem : QAccessible::RadioButton;
+    QVERIFY(accessible(row(u"Minutes"_s, role))->state().checked);
+    QVERIFY(!accessible(row(u"Hours"_s, role))->state().checked);
     const auto isBold = [](QQuickItem *row) {
         for (QQuickItem *item : row->childItems()) {
             if (item->inherits("QQuickText"))
@@ -367,8 +370,8 @@ void tst_ControlsComboBox::highlight()
         }
         return false;
     };
-    QCOMPARE(isBold(row(u"Minutes"_s)), bold);
-    QVERIFY(!isBold(row(u"Hours"_s)));
+    QCOMPARE(isBold(row(u"Minutes"_s, role)), bold);
+    QVERIFY(!isBold(row(u"Hours"_s, role)));
 }
 
 void tst_ControlsComboBox::radioSignsAreAState()
