@@ -1,9 +1,12 @@
-// A dialog with a question and its footer.
+// A dialog with a question and its footer, in the middle or near the top.
 import QtQuick 2.12
 import com.lindenreed.controls 1.0
 
 DialogContainer {
+    property string variant
+
     anchors.fill: parent
+    state: variant === "DialogAtTop" ? "VerticalTop" : ""
     title: "Delete"
     dialogWidth: Math.min(GlobalValues.confirmationDialogWidth, width - 2 * GlobalValues.separatorSideOffset)
 

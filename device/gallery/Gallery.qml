@@ -7,9 +7,15 @@ Window {
     id: gallery
 
     readonly property var pages: [
-        "Types", "Icons", "Buttons", "Rows", "Inputs", "Lists", "ComboBoxes", "ComboBoxOpen", "MenuWithIcons",
-        "MenuWithRadioButtons", "Dialog", "Message"
+        "Types", "Icons", "Buttons", "Pressed", "Asleep", "Rows", "Inputs", "Lists", "ComboBoxes", "ComboBoxOpen",
+        "ComboBoxAbove", "MenuWithIcons", "MenuWithRadioButtons", "MenuLong", "Dialog", "DialogAtTop", "KeyboardLetters",
+        "KeyboardDigits", "Message"
     ]
+    /// Of the pages that are variants of one.
+    readonly property var files: ({
+        ComboBoxOpen: "ComboBoxes", ComboBoxAbove: "ComboBoxes", MenuWithIcons: "Menu", MenuWithRadioButtons: "Menu",
+        MenuLong: "Menu", DialogAtTop: "Dialog", KeyboardLetters: "Keyboard", KeyboardDigits: "Keyboard"
+    })
     property int page: 0
 
     function step(pages: int): void {
@@ -34,17 +40,7 @@ Window {
 
     Loader {
         anchors.fill: parent
-        source: {
-            switch (gallery.title) {
-            case "ComboBoxOpen":
-                return "ComboBoxes.qml"
-            case "MenuWithIcons":
-            case "MenuWithRadioButtons":
-                return "Menu.qml"
-            default:
-                return gallery.title + ".qml"
-            }
-        }
+        source: (gallery.files[gallery.title] ?? gallery.title) + ".qml"
         onLoaded: {
             if (item.variant !== undefined)
                 item.variant = Qt.binding(() => gallery.title)

@@ -52,8 +52,8 @@ Item {
             bottom: parent.bottom
             right: parent.right
         }
-        length: 1000
-        indicatorLength: 300
-        offset: 200
+        length: height
+        indicatorLength: height * 0.3
+        offset: height * 0.2
     }
 }

@@ -17,6 +17,17 @@ Item {
             Global.openContextMenuLoader(menu, rows, "ImageTextButton", "Garden in spring", area)
         else if (variant === "MenuWithRadioButtons")
             Global.openContextMenuLoader(menu, rows, "RadioButton", "Show in random order", area)
+        else if (variant === "MenuLong")
+            Global.openContextMenuLoader(menu, many_rows, "RadioButton", "Summer of 2013", area)
+    }
+
+    ListModel {
+        id: many_rows
+
+        Component.onCompleted: {
+            for (let year = 2000; year < 2030; ++year)
+                append({ uid_: year, text_: "Summer of " + year })
+        }
     }
 
     ListModel {
