@@ -1,10 +1,8 @@
 #include "app.h"
 
-#include "global_config.h"
 #include "image_adapter.h"
 
 #include <boardconf.h>
-#include <shared_tools/cfg_wrapper.h>
 #include <shared_tools/eink_interface.h>
 #include <slateview.h>
 
@@ -14,8 +12,6 @@
 #include <QQmlContext>
 #include <QTime>
 #include <QTimer>
-
-#include <algorithm>
 
 using namespace Qt::StringLiterals;
 
@@ -40,8 +36,8 @@ utilities::EinkPlatform *platform()
 
 App::App(QObject *parent)
     : QObject(parent)
+    , m_keyMap(readKeyMap())
 {
-    readKeyMap();
 }
 
 int App::run(QGuiApplication *)
@@ -234,23 +230,6 @@ void App::onScanCodeKey(int scanCode)
         m_slideshowModel.prevImage();
     else if (action == "@KA_menu")
         emit m_slideshowModel.openCloseMenu();
-}
-
-void App::readKeyMap()
-{
-    utilities::CfgWrapper config(globalConfigPath, 1);
-    // No device has this many keys; a damaged number must not keep the program from starting.
-    constexpr int mostKeys = 1000;
-    const int count = std::min(config.readIfExists<int>("btkeys.count").value_or(0), mostKeys);
-    for (int i = 1; i <= count; ++i) {
-        const std::string key = "btkeys.bt" + std::to_string(i);
-        if (config.read<std::string>(key + ".name", {}) == "__DELETED__")
-            continue;
-        const int scanCode = config.readIfExists<int>(key + ".scanCode").value_or(0);
-        const auto action = config.read<std::string>("tkey.bt" + std::to_string(i) + ".0", {});
-        m_keyMap.try_emplace(scanCode, action); // of two keys with one code the first counts
-    }
-    config.closeNoSave();
 }
 
 } // namespace lindenreed::picture_stand

@@ -2,6 +2,7 @@
 
 #pragma once
 
+#include "key_map.h"
 #include "playlist_model.h"
 #include "resource_image_provider.h"
 #include "settings_model.h"
@@ -9,9 +10,6 @@
 
 #include <QDateTime>
 #include <QObject>
-
-#include <map>
-#include <string>
 
 class QGuiApplication;
 
@@ -71,14 +69,13 @@ private:
     void startDateTimer();
     void onDeviceEvent(int type, int par1, int par2);
     void onScanCodeKey(int scanCode);
-    void readKeyMap();
     void connectModels();
 
     SettingsModel m_settingsModel;
     SlideshowModel m_slideshowModel;
     ResourceImageProvider m_imageProvider;
     PlaylistModel m_playlistModel;
-    std::map<int, std::string> m_keyMap; ///< scan code to action
+    const KeyMap m_keyMap; ///< behind the models: they read the configuration as well, and come first
     QString m_backView;
     QString m_currentView;
     QString m_prevView;
