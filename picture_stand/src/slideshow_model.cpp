@@ -1,5 +1,6 @@
 #include "slideshow_model.h"
 
+#include "created_date.h"
 #include "regular_file.h"
 
 #include <boardconf.h>
@@ -10,14 +11,11 @@
 #include <QFile>
 #include <QFileInfo>
 
-#include <libexif/exif-data.h>
-
 #include <algorithm>
 #include <array>
 #include <cstdlib>
 #include <ctime>
 #include <limits>
-#include <memory>
 
 using namespace Qt::StringLiterals;
 
@@ -26,23 +24,6 @@ namespace lindenreed::picture_stand {
 namespace {
 
 constexpr char timerName[] = "nextImageEvent";
-
-/// The date in the picture's EXIF data, invalid where there is none.
-QDateTime exifDateTime(const QString &path)
-{
-    if (!isRegularFile(path))
-        return {};
-    const std::unique_ptr<ExifData, void (*)(ExifData *)> data(
-        exif_data_new_from_file(QFile::encodeName(path).constData()), &exif_data_unref);
-    if (!data)
-        return {};
-    ExifEntry *entry = exif_content_get_entry(data->ifd[EXIF_IFD_EXIF], EXIF_TAG_DATE_TIME_ORIGINAL);
-    if (!entry)
-        return {};
-    std::array<char, 1024> text = {};
-    exif_entry_get_value(entry, text.data(), text.size());
-    return QDateTime::fromString(QString::fromUtf8(text.data()), Qt::ISODate);
-}
 
 } // namespace
 
@@ -64,14 +45,7 @@ QString SlideshowModel::currentImage() const
 
 QDateTime SlideshowModel::createdDateTime() const
 {
-    if (!hasCurrent())
-        return {};
-    const QString &path = m_images.at(m_index);
-    const QDateTime taken = exifDateTime(path);
-    if (taken.isValid())
-        return taken;
-    // Every file that exists has this date, so that there is always one to show.
-    return QFileInfo(path).fileTime(QFileDevice::FileAccessTime);
+    return hasCurrent() ? createdDate(m_images.at(m_index)) : QDateTime();
 }
 
 void SlideshowModel::initFromFolder(const QString &path, int interval)
