@@ -1,6 +1,7 @@
 // A picture's way through the application: the load stage from a camera's JPEG file, the request stage from
 // the cache. The references decode the whole file and scale then, and scale without tone and dither.
 
+#include "photographs.h"
 #include "rates.h"
 
 #include <facts.h>
@@ -12,28 +13,11 @@
 #include <QTemporaryDir>
 
 #include <map>
-#include <random>
 
 using namespace Qt::StringLiterals;
 using namespace lindenreed;
 
 namespace {
-
-/// Soft shapes with a camera's noise, so that decoding has to do what it does for photographs.
-QImage photograph(const QSize &size)
-{
-    QImage image(size, QImage::Format_RGB32);
-    std::mt19937 random(2);
-    for (int y = 0; y < size.height(); ++y) {
-        auto *row = reinterpret_cast<QRgb *>(image.scanLine(y));
-        for (int x = 0; x < size.width(); ++x) {
-            const int noise = int(random() % 12);
-            const int wave = (x * 7 / 50 + (y * 5 / 40) * (x / 400 + 1)) % 160;
-            row[x] = qRgb(40 + wave + noise, 60 + wave / 2 + noise, 120 - wave / 2 + noise);
-        }
-    }
-    return image;
-}
 
 /// A JPEG file of so many megapixels, made once.
 QString photographFile(int megapixels)
@@ -43,7 +27,8 @@ QString photographFile(int megapixels)
     QString &path = made[megapixels];
     if (path.isEmpty()) {
         path = folder.filePath(u"%1.jpg"_s.arg(megapixels));
-        photograph(megapixels == 12 ? QSize(4000, 3000) : QSize(6000, 4000)).save(path, "JPG", 92);
+        benchmarks::photograph(megapixels == 12 ? QSize(4000, 3000) : QSize(6000, 4000))
+            .save(path, "JPG", benchmarks::photographQuality);
     }
     return path;
 }

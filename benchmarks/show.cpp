@@ -1,0 +1,113 @@
+// Changes of the picture in a show: from the timer running out to the panel's refresh being complete. Upright
+// pictures from a camera, of 3 to 4 (12 megapixels) and 2 to 3 (24), in the cache of the file system. Warm:
+// prefetched; cold: decoded on the spot. "cpu ms" and the stages are the process's own time in ms, which a
+// busy machine leaves alone; "wait" is time by the clock, Qt's 5 ms before a frame. Date, decode, scale, tone
+// and dither are measured with the same pictures outside the change: a warm one decodes nothing, and the date
+// is read while something shows it.
+
+#include "exif_builder.h"
+#include "photographs.h"
+
+#include <benchmark/benchmark.h>
+
+#include <QBuffer>
+#include <QCoreApplication>
+#include <QDir>
+#include <QFile>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QProcess>
+#include <QTemporaryDir>
+
+#include <map>
+#include <string>
+
+using namespace Qt::StringLiterals;
+using namespace lindenreed;
+
+namespace {
+
+constexpr int changes = 12; ///< in each run
+constexpr int limitMs = 120'000;
+
+QByteArray cameraFile(const QSize &size)
+{
+    QByteArray jpeg;
+    QBuffer buffer(&jpeg);
+    benchmarks::photograph(size).save(&buffer, "JPG", benchmarks::photographQuality);
+    const std::string date
+        = app1(ExifBuilder(ByteOrder::Little)
+                   .text(ExifBuilder::First, 0x010F, std::string("Camera\0", 7))
+                   .text(ExifBuilder::Exif, 0x9003, std::string("2019:08:17 14:30:05\0", 20))
+                   .segment());
+    return jpeg.insert(2, QByteArray::fromStdString(date)); // behind the mark of the start
+}
+
+/// A folder of pictures of so many megapixels, one file under many names, made once.
+QString album(int megapixels)
+{
+    static QTemporaryDir folder;
+    static std::map<int, QString> made;
+    QString &path = made[megapixels];
+    if (path.isEmpty()) {
+        path = folder.filePath(QString::number(megapixels));
+        QDir().mkpath(path);
+        QFile file(folder.filePath(u"%1.jpg"_s.arg(megapixels)));
+        if (file.open(QIODevice::WriteOnly))
+            file.write(cameraFile(megapixels == 12 ? QSize(3000, 4000) : QSize(4000, 6000)));
+        for (int i = 0; i <= changes; ++i)
+            QFile::link(file.fileName(), path + u"/%1.jpg"_s.arg(i, 2, 10, QLatin1Char('0')));
+    }
+    return path;
+}
+
+void change(benchmark::State &state, const QString &profile, int megapixels, const QString &cache)
+{
+    const QString programs = QCoreApplication::applicationDirPath();
+    for ([[maybe_unused]] auto iteration : state) {
+        QProcess device;
+        device.setProcessChannelMode(QProcess::SeparateChannels);
+        device.start(programs + u"/../../bin/slate-run"_s,
+                     {u"--temporary"_s, u"--headless"_s, u"--profile"_s, profile, u"--"_s,
+                      programs + u"/benchmark_show_in_device"_s, album(megapixels), cache});
+        device.waitForFinished(limitMs);
+        const QJsonObject result = QJsonDocument::fromJson(device.readAllStandardOutput()).object();
+        if (result.isEmpty()) {
+            state.SkipWithError(device.readAllStandardError().constData());
+            return;
+        }
+        state.SetIterationTime(result.value("seconds"_L1).toDouble());
+        const QJsonObject stages = result.value("stages"_L1).toObject();
+        for (auto stage = stages.begin(); stage != stages.end(); ++stage)
+            state.counters[stage.key().toStdString()] = stage.value().toDouble();
+    }
+}
+
+void registerRows()
+{
+    for (const QString &profile : {u"grey-8"_s, u"colour-6"_s}) {
+        for (const int megapixels : {12, 24}) {
+            for (const QString &cache : {u"warm"_s, u"cold"_s}) {
+                const QString name = u"change/%1/megapixels:%2/%3"_s.arg(profile).arg(megapixels).arg(cache);
+                benchmark::RegisterBenchmark(
+                    name.toUtf8().constData(),
+                    [=](benchmark::State &state) { change(state, profile, megapixels, cache); })
+                    ->UseManualTime()
+                    ->Iterations(1)
+                    ->Unit(benchmark::kMillisecond);
+            }
+        }
+    }
+}
+
+} // namespace
+
+int main(int argc, char *argv[])
+{
+    const QCoreApplication application(argc, argv);
+    benchmark::Initialize(&argc, argv);
+    registerRows();
+    benchmark::RunSpecifiedBenchmarks();
+    benchmark::Shutdown();
+    return 0;
+}
