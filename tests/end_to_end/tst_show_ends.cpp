@@ -1,6 +1,7 @@
 // The ends of a show: by signals, by a launcher that is killed; what they give back and what they leave.
 
 #include "launcher_run.h"
+#include "wakeful_services.h"
 
 #include <control_client.h>
 #include <panel_file.h>
@@ -76,6 +77,8 @@ private slots:
     void cleanup();
     void signalsDuringAShow_data();
     void signalsDuringAShow();
+    void wakefulnessOfAKilledShow_data();
+    void wakefulnessOfAKilledShow();
     void killedProgram();
     void killedLauncher();
     void killedTemporaryDevice();
@@ -164,6 +167,40 @@ void tst_ShowEnds::signalsDuringAShow()
         QTRY_VERIFY(!isAlive(process));
     QCOMPARE(m_place->leftovers(), QStringList());
     QCOMPARE(m_place->run({u"--root"_s, m_root, u"--headless"_s, u"--"_s, u"true"_s}).status, 0);
+}
+
+void tst_ShowEnds::wakefulnessOfAKilledShow_data()
+{
+    QTest::addColumn<bool>("program"); // else the launcher
+    QTest::addColumn<int>("number");
+
+    QTest::newRow("program killed") << true << SIGKILL;
+    QTest::newRow("program crashed") << true << SIGSEGV;
+    QTest::newRow("launcher killed") << false << SIGKILL;
+    QTest::newRow("in order") << false << SIGTERM;
+}
+
+void tst_ShowEnds::wakefulnessOfAKilledShow()
+{
+    QFETCH(bool, program);
+    QFETCH(int, number);
+
+    const PrivateBus bus;
+    const ScreenSaver desktop(bus);
+    m_place->environment().insert(u"DBUS_SESSION_BUS_ADDRESS"_s, bus.address());
+    QProcess launcher;
+    QCOMPARE(startShow(launcher, {}), QByteArray());
+    // Asked for anew: at the start the desktop, which is this test, was waiting for the show.
+    for (const QString &command : {u"background"_s, u"foreground"_s})
+        QVERIFY(m_client->ask(command).value("ok"_L1).toBool());
+    QTRY_VERIFY(!desktop.held.isEmpty());
+
+    const QList<int> processes = family(int(launcher.processId()));
+    ::kill(program ? processes.constLast() : processes.constFirst(), number);
+    QTRY_VERIFY(desktop.held.isEmpty());
+    QTRY_COMPARE(launcher.state(), QProcess::NotRunning);
+    for (const int process : processes)
+        QTRY_VERIFY(!isAlive(process));
 }
 
 void tst_ShowEnds::killedProgram()
