@@ -18,9 +18,6 @@ for argument; do
     esac
 done
 
-# Two clones, or two presets, share what the compiler cache holds.
-export CCACHE_BASEDIR=$PWD CCACHE_NOHASHDIR=1
-
 jobs=$(nproc)
 step() { printf '\n=== %s (%s)\n' "$1" "$(date +%T)"; }
 
