@@ -273,7 +273,7 @@ void tst_exif_fields::exposureIndexForSpeed_data()
         row("speed of 0", 0, 200, 200);
         row("speed", 100, 200, 100);
         row("the greatest", -1, 65535, 65535);
-        row("too great", -1, 65536, 0);
+        row("too great", -1, 70000, 0);
         row("negative", -1, -200, 0);
         row("fraction", -1, 99.5, 99);
         row("none", -1, 0, 0);
