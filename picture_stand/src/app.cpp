@@ -1,6 +1,7 @@
 #include "app.h"
 
 #include "image_adapter.h"
+#include "storage.h"
 
 #include <boardconf.h>
 #include <shared_tools/eink_interface.h>
@@ -54,13 +55,18 @@ int App::run(QGuiApplication *)
     SetPanelType(1);
     emit screenChanged();
     m_settingsModel.loadConfig();
+    m_fontModel.loadFonts();
+    Storage::instance(); // begins the first look at the storages
     connectModels();
 
+    qmlRegisterType<StorageItemType>("com.lindenreed.picturestand", 1, 0, "StorageItemDataRoles");
+    qmlRegisterType<FontModel>("com.lindenreed.picturestand", 1, 0, "FontDataRoles");
     qmlRegisterType<SettingsModel>("com.lindenreed.picturestand", 1, 0, "SettingsDataRoles");
     qmlRegisterType<PlaylistModel>("com.lindenreed.picturestand", 1, 0, "PlaylistDataRoles");
     engine.addImageProvider(u"image_provider"_s, new ImageAdapter(&m_imageProvider));
 
     QQmlContext *context = engine.rootContext();
+    context->setContextProperty(u"FontModel"_s, &m_fontModel);
     context->setContextProperty(u"SettingsModel"_s, &m_settingsModel);
     context->setContextProperty(u"SlideshowModel"_s, &m_slideshowModel);
     context->setContextProperty(u"PlaylistModel"_s, &m_playlistModel);
@@ -212,6 +218,12 @@ void App::onDeviceEvent(int type, int par1, int /*par2*/)
     case 152: // to the background
         m_settingsModel.onBackground(m_currentView);
         m_slideshowModel.onBackground();
+        break;
+    case 161: // the card came
+    case 162: // and went
+    case 163: // USB storage came
+    case 164: // and went
+        Storage::instance().update();
         break;
     default:
         break;

@@ -2,6 +2,7 @@
 
 #pragma once
 
+#include "font_model.h"
 #include "key_map.h"
 #include "playlist_model.h"
 #include "resource_image_provider.h"
@@ -71,6 +72,7 @@ private:
     void onScanCodeKey(int scanCode);
     void connectModels();
 
+    FontModel m_fontModel;
     SettingsModel m_settingsModel;
     SlideshowModel m_slideshowModel;
     ResourceImageProvider m_imageProvider;

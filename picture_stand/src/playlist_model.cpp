@@ -1,12 +1,15 @@
 #include "playlist_model.h"
 
+#include "two_texts.h"
+
 #include <slateview.h>
 
 #include <QFile>
 
 #include <algorithm>
 #include <iterator>
-#include <optional>
+
+using lindenreed::picture_stand::withTwoTexts;
 
 namespace {
 
@@ -15,31 +18,6 @@ constexpr qsizetype messageBytes = 255; // of a buffer of 256 with its terminato
 // The words of a language table that lacks them, or has them with other placeholders.
 constexpr const char *onePictureAdded = "%s picture was added to %s";
 constexpr const char *picturesAdded = "%s pictures were added to %s";
-
-/// `format` with its two "%s" replaced and "%%" as "%"; nothing if it holds any other conversion, or more or
-/// fewer.
-std::optional<QByteArray> printed(const char *format, const QByteArray &first, const QByteArray &second)
-{
-    QByteArray result;
-    int used = 0;
-    for (const char *next = format; *next != '\0'; ++next) {
-        if (*next != '%') {
-            result += *next;
-            continue;
-        }
-        ++next;
-        if (*next == '%') {
-            result += '%';
-        } else if (*next == 's' && used < 2) {
-            result += used++ == 0 ? first : second;
-        } else {
-            return std::nullopt;
-        }
-    }
-    if (used != 2)
-        return std::nullopt;
-    return result;
-}
 
 } // namespace
 
@@ -205,9 +183,9 @@ QString PlaylistModel::getImagesAddedMessage()
     const bool one = lastAddedCount == 1;
     const char *format = one ? GetLangText("@PhotoWasAddedToPlaylist")
                              : GetLangTextPlural("@PhotosWereAddedToPlaylist", lastAddedCount);
-    std::optional<QByteArray> message = printed(format, count, title);
+    std::optional<QByteArray> message = withTwoTexts(format, count, title);
     if (!message)
-        message = printed(one ? onePictureAdded : picturesAdded, count, title);
+        message = withTwoTexts(one ? onePictureAdded : picturesAdded, count, title);
 
     // A character that the cut splits is shown as a replacement character.
     return QString::fromUtf8(message->left(messageBytes));

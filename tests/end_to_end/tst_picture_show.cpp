@@ -129,7 +129,8 @@ void tst_PictureShow::callsOfOneShow()
     QVERIFY(calls.takeAt(2).startsWith("SetHardTimerEx updateDateTimeEvent callback context "_L1));
     QCOMPARE(calls,
              (QStringList{u"setStartupFlag 1"_s, u"setEventHandler handler"_s, u"SetPanelType 1"_s,
-                          u"GetPreviousTask"_s, u"GetTaskFramebufferInfo 0"_s}));
+                          u"EnumFontsEx"_s, u"FreeFontsForSort fonts"_s, u"GetPreviousTask"_s,
+                          u"GetTaskFramebufferInfo 0"_s}));
 
     const QStringList started{u"SetAutoPowerOff 0"_s, u"SetAutoKeylock 0"_s,
                               u"ClearTimerByName nextImageEvent"_s,

@@ -60,8 +60,8 @@ void tst_AppRun::orderOfTheStart()
     QCOMPARE(tick.last().toInt() % 1000, 0);
     // The settings are loaded before anybody listens to them: no timer is touched.
     QCOMPARE(lines,
-             (QByteArrayList{"setStartupFlag 1", "setEventHandler handler", "SetPanelType 1",
-                             "GetPreviousTask", "GetTaskFramebufferInfo 0"}));
+             (QByteArrayList{"setStartupFlag 1", "setEventHandler handler", "SetPanelType 1", "EnumFontsEx",
+                             "FreeFontsForSort fonts", "GetPreviousTask", "GetTaskFramebufferInfo 0"}));
     QCOMPARE(signalsSeen, QByteArrayList{"3"}); // right after the panel
 }
 

@@ -152,9 +152,10 @@ void tst_Program::callsOfOneShow()
     QVERIFY2(calls.at(2).startsWith(tick), calls.at(2).constData());
     calls.removeIf([&tick](const QByteArray &call) { return call.startsWith(tick); });
 
-    const QByteArrayList expected
-        = QByteArrayList{"setStartupFlag 1", "setEventHandler handler", "SetPanelType 1", "GetPreviousTask",
-                         "GetTaskFramebufferInfo 0"}
+    const QByteArrayList expected = QByteArrayList{"setStartupFlag 1",        "setEventHandler handler",
+                                                   "SetPanelType 1",          "EnumFontsEx",
+                                                   "FreeFontsForSort fonts",  "GetPreviousTask",
+                                                   "GetTaskFramebufferInfo 0"}
         // Play: the button starts the show, the light of the frame comes with the view, then its row.
         + started + QByteArrayList{"SetFrontlightState 0",   "hw_set_frontlight_auto_enabled 0",
                                    "SetFrontlightColor 0",   "hw_set_frontlight_color_auto_enabled 0",

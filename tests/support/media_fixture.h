@@ -1,0 +1,80 @@
+// Storages of the device that go in and out, and how the application finds them. Needs slate_core.
+
+#pragma once
+
+#include "storage.h"
+
+#include <device.h>
+#include <slateview_testing.h>
+
+#include <QSignalSpy>
+#include <QTest>
+
+/// A device whose simulated media are out at the beginning and at the end.
+class MediaFixture
+{
+public:
+    MediaFixture() { plug(false, false); }
+    ~MediaFixture() { plug(false, false); }
+
+    static void plug(bool card, bool usb)
+    {
+        using namespace lindenreed::device;
+        Media &media = Device::instance()->media;
+        media.plug(Medium::Card, card);
+        media.plug(Medium::Usb, usb);
+        if (media.present(Medium::Card) != card || media.present(Medium::Usb) != usb)
+            qFatal("the simulated media cannot be moved");
+    }
+
+    /// The storages as they are listed now.
+    static QList<lindenreed::picture_stand::StorageItem> roots()
+    {
+        return lindenreed::picture_stand::Storage::instance().listFiles({}, {}, 3);
+    }
+
+    /// Waits for the look that the first use of the storages begins.
+    static bool settled()
+    {
+        lindenreed::picture_stand::Storage::instance();
+        return QTest::qWaitFor([] { return !roots().isEmpty(); }, 30'000);
+    }
+
+    /// Waits until so many looks have been reported since `changed` was made.
+    static bool reported(const QSignalSpy &changed, int times)
+    {
+        return QTest::qWaitFor([&] { return changed.count() >= times; }, 30'000) && changed.count() == times;
+    }
+
+    /// Lets the application look, and waits for its report.
+    static bool look()
+    {
+        using lindenreed::picture_stand::Storage;
+        Storage &storage = Storage::instance();
+        const QSignalSpy changed(&storage, &Storage::storageChanged);
+        storage.update();
+        return reported(changed, 1);
+    }
+
+    /// "name path type" of each.
+    static QStringList lines(const QList<lindenreed::picture_stand::StorageItem> &items)
+    {
+        QStringList found;
+        for (const lindenreed::picture_stand::StorageItem &item : items)
+            found.append(QStringLiteral("%1 %2 %3").arg(item.name, item.path).arg(item.type));
+        return found;
+    }
+
+    /// The calls of other threads than the main one, as "Name argument argument".
+    static QByteArrayList workerCalls()
+    {
+        QByteArrayList found;
+        for (const lindenreed::device::SdkCall &call : lindenreed::device::journal::entries()) {
+            if (!call.onMainThread)
+                found.append((QByteArrayList{call.name} + call.arguments).join(' '));
+        }
+        return found;
+    }
+
+    lindenreed::device::DeviceForTest device;
+};
