@@ -58,6 +58,7 @@ private:
     bool play() { return m_device->tap(685, 224); }
     /// Which picture is on the panel, by a walk through all of them; -1: none of them.
     int shown() const { return int(m_panels.indexOf(m_device->screenshot())); }
+    bool closeMenu() { return m_device->does(u"key"_s, {{u"name"_s, u"menu"_s}}) && m_device->idle(); }
     bool walkThroughAll();
     QStringList newCalls();
 
@@ -179,10 +180,13 @@ void tst_PictureShow::tapZones()
     // 758 x 1024: a quarter is 189.5 and 568.5, a fifth 151.6 and 204.8.
     QVERIFY(m_device->tap(569, 700));
     QCOMPARE(shown(), 1);
-    QVERIFY(m_device->tap(568, 700)); // the centre does nothing
+    QVERIFY(m_device->tap(568, 700)); // the centre asks for the menu, which lies over the picture
+    QCOMPARE(shown(), -1);
+    QVERIFY(closeMenu());
     QCOMPARE(shown(), 1);
     QVERIFY(m_device->tap(190, 700));
-    QCOMPARE(shown(), 1);
+    QCOMPARE(shown(), -1);
+    QVERIFY(closeMenu());
     QVERIFY(m_device->tap(189, 700));
     QCOMPARE(shown(), 0);
     QVERIFY(m_device->tap(152, 10)); // beside the corner: back, not out
@@ -211,8 +215,11 @@ void tst_PictureShow::tapZonesSideways()
     QVERIFY(m_device->tap(768, 500));
     QCOMPARE(shown(), 1);
     QVERIFY(m_device->tap(767, 500));
-    QCOMPARE(shown(), 1);
+    QCOMPARE(shown(), -1);
+    QVERIFY(closeMenu());
     QVERIFY(m_device->tap(257, 500));
+    QCOMPARE(shown(), -1);
+    QVERIFY(closeMenu());
     QCOMPARE(shown(), 1);
     QVERIFY(m_device->tap(256, 500));
     QCOMPARE(shown(), 0);
@@ -290,7 +297,7 @@ void tst_PictureShow::panelShowsTheDitheredPicture()
     QString error;
     const auto panel = lindenreed::remote::readPanel(u"/devroot/run/panel"_s, &error);
     QVERIFY2(panel, qUtf8Printable(error));
-    for (int y = 0; y < 1024; ++y)
+    for (int y = 0; y < 900; ++y) // below stands the date
         QVERIFY(std::equal(picture.constScanLine(y), picture.constScanLine(y) + 758,
                            panel->glass.constScanLine(y)));
     QVERIFY(QFile::remove(first));

@@ -43,7 +43,11 @@ void tst_QmlModule::description()
                         "typeinfo picture_stand.qmltypes\n"
                         "prefer :/qt/qml/com/lindenreed/picture_stand/\n"
                         "Main 1.0 qml/Main.qml\n"
+                        "SlideshowMenu 1.0 qml/SlideshowMenu.qml\n"
                         "SlideShow 1.0 qml/SlideShow.qml\n"
+                        "SettingsFrontlight 1.0 qml/SettingsFrontlight.qml\n"
+                        "RectangleCurrentDate 1.0 qml/RectangleCurrentDate.qml\n"
+                        "RectangleCreatedDate 1.0 qml/RectangleCreatedDate.qml\n"
                         "Playlists 1.0 qml/Playlists.qml\n"
                         "ExplorerFooter 1.0 qml/explorer/ExplorerFooter.qml\n"
                         "depends QtQuick\n"));
@@ -62,7 +66,11 @@ void tst_QmlModule::components_data()
     QTest::addColumn<QString>("path");
 
     QTest::newRow("Main") << u"qml/Main.qml"_s;
+    QTest::newRow("SlideshowMenu") << u"qml/SlideshowMenu.qml"_s;
     QTest::newRow("SlideShow") << u"qml/SlideShow.qml"_s;
+    QTest::newRow("SettingsFrontlight") << u"qml/SettingsFrontlight.qml"_s;
+    QTest::newRow("RectangleCurrentDate") << u"qml/RectangleCurrentDate.qml"_s;
+    QTest::newRow("RectangleCreatedDate") << u"qml/RectangleCreatedDate.qml"_s;
     QTest::newRow("Playlists") << u"qml/Playlists.qml"_s;
     QTest::newRow("ExplorerFooter") << u"qml/explorer/ExplorerFooter.qml"_s;
 }

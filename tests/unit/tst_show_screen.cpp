@@ -49,9 +49,11 @@ bool isBlack(const QImage &picture)
     return true;
 }
 
-/// Loads the screen, and waits until it is as large as the panel.
+/// Loads the screen without the dates, which have tests of their own, and waits until it is as large as the
+/// panel.
 void showIt(const RunningApp &running)
 {
+    running.settings()->setProperty("created_date_show", false);
     running.app.changeView(u"slideshow"_s);
     QTRY_COMPARE(image(running)->size().toSize(), screen);
 }
@@ -282,6 +284,10 @@ void tst_ShowScreen::withoutPictures()
                         QCOMPARE(changed.count(), 2);
                         tap(running, {379, 600});
                         QCOMPARE(changed.count(), 2);
+                        QVERIFY(running.screen()->property("menu_opened").toBool());
+                        tap(running, {379, 50});
+                        QVERIFY(!running.screen()->property("menu_opened").toBool());
+                        QVERIFY(!m_device->fire("nextImageEvent"));
                         QVERIFY(panel_view::waitUntilStill());
                         QVERIFY(isBlack(panel_view::upright()));
 
