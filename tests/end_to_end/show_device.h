@@ -95,6 +95,20 @@ public:
         return m_program.readAllStandardError();
     }
 
+    /// The lines among them that are no diagnostics of the program's own: warnings of the interface, say.
+    QByteArrayList unexpectedErrors()
+    {
+        QByteArrayList unexpected;
+        for (const QByteArray &line : errors().split('\n')) {
+            const bool known = line.startsWith("add image ") || line.startsWith("remove image ")
+                || line.startsWith("FRONTLIGHT ") || line.startsWith("4 picture_stand/")
+                || line.contains("/inhibitor.cpp:");
+            if (!known && !line.trimmed().isEmpty())
+                unexpected.append(line.trimmed());
+        }
+        return unexpected;
+    }
+
 private:
     QProcess m_program;
     std::optional<lindenreed::remote::ControlClient> m_client;
