@@ -9,6 +9,7 @@
 #include <QJsonArray>
 #include <QJsonObject>
 #include <QProcess>
+#include <QRect>
 #include <QTest>
 
 #include <optional>
@@ -85,6 +86,22 @@ public:
             .toArray();
     }
 
+    /// All that is on the screen, in reading order, however deep.
+    QList<QJsonObject> items()
+    {
+        QList<QJsonObject> all;
+        collect(ask(QStringLiteral("tree")).value(QLatin1String("tree")).toArray(), all);
+        return all;
+    }
+    /// Of one of items(), in screen pixels.
+    static QRect rectangleOf(const QJsonObject &item)
+    {
+        const QJsonObject rectangle = item.value(QLatin1String("rectangle")).toObject();
+        return {rectangle.value(QLatin1String("x")).toInt(), rectangle.value(QLatin1String("y")).toInt(),
+                rectangle.value(QLatin1String("width")).toInt(),
+                rectangle.value(QLatin1String("height")).toInt()};
+    }
+
     const QProcess &program() const { return m_program; }
     QProcess &program() { return m_program; }
 
@@ -110,6 +127,14 @@ public:
     }
 
 private:
+    static void collect(const QJsonArray &items, QList<QJsonObject> &all)
+    {
+        for (const QJsonValue &value : items) {
+            all.append(value.toObject());
+            collect(value.toObject().value(QLatin1String("children")).toArray(), all);
+        }
+    }
+
     QProcess m_program;
     std::optional<lindenreed::remote::ControlClient> m_client;
 };

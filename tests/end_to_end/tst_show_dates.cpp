@@ -12,22 +12,6 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-void collect(const QJsonArray &items, QHash<QString, QJsonObject> &byId)
-{
-    for (const QJsonValue &value : items) {
-        const QJsonObject item = value.toObject();
-        byId.insert(item.value("id"_L1).toString(), item);
-        collect(item.value("children"_L1).toArray(), byId);
-    }
-}
-
-QRect rectangleOf(const QJsonObject &item)
-{
-    const QJsonObject rectangle = item.value("rectangle"_L1).toObject();
-    return {rectangle.value("x"_L1).toInt(), rectangle.value("y"_L1).toInt(),
-            rectangle.value("width"_L1).toInt(), rectangle.value("height"_L1).toInt()};
-}
-
 bool write(const QString &path, const QByteArray &contents)
 {
     QFile file(path);
@@ -50,7 +34,7 @@ private slots:
 
 private:
     bool start(const QString &profile, const QString &language, const QStringList &settings);
-    QHash<QString, QJsonObject> items();
+    QHash<QString, QJsonObject> items(); ///< by id; of several the last
 
     std::unique_ptr<ShowDevice> m_device;
 };
@@ -70,7 +54,8 @@ void tst_ShowDates::cleanup()
 QHash<QString, QJsonObject> tst_ShowDates::items()
 {
     QHash<QString, QJsonObject> byId;
-    collect(m_device->ask(u"tree"_s).value("tree"_L1).toArray(), byId);
+    for (const QJsonObject &item : m_device->items())
+        byId.insert(item.value("id"_L1).toString(), item);
     return byId;
 }
 
@@ -89,7 +74,7 @@ bool tst_ShowDates::start(const QString &profile, const QString &language, const
     if (!stored_database::execute(statements) || !m_device->start())
         return false;
     // The play button, whatever its name is in this language, is the last in reading order.
-    const QRect play = rectangleOf(items().value(u"press_area"_s));
+    const QRect play = ShowDevice::rectangleOf(items().value(u"press_area"_s));
     return m_device->tap(play.center().x(), play.center().y());
 }
 
@@ -134,7 +119,7 @@ void tst_ShowDates::lettersStayInTheirLines()
     QList<QRect> lines;
     for (const QString &id : ids) {
         QVERIFY2(byId.contains(id), qPrintable(id));
-        lines.append(rectangleOf(byId.value(id)));
+        lines.append(ShowDevice::rectangleOf(byId.value(id)));
     }
     // Both overlays, from the right edge of the picture; the frame and its round corners left out.
     const int icon = qRound(48.0 * (profile == "grey-6"_L1 ? 212 : 300) / 300);
@@ -157,19 +142,19 @@ void tst_ShowDates::lettersStayInTheirLines()
         }
         return false;
     };
-    const int inset = dp(15);
+    const int inset = dp(30);
     for (int i = 0; i < 4; ++i) {
         bool ink = false;
         for (int y = lines.at(i).top(); y <= lines.at(i).bottom(); ++y)
             ink = ink || hasInk(y, lines.at(i).left(), lines.at(i).right());
         QVERIFY2(ink, qPrintable(ids.at(i)));
-        // Blank where one line ends and the next begins, and beside them.
-        for (const int y : {lines.at(i).top(), lines.at(i).bottom()})
+        // Blank where the line begins and after it has ended.
+        for (const int y : {lines.at(i).top(), lines.at(i).bottom() + 1})
             QVERIFY2(!hasInk(y, current.left() + inset, current.right() - inset), qPrintable(ids.at(i)));
     }
     for (int y = current.top() + inset; y < lines.at(0).top(); ++y)
         QVERIFY(!hasInk(y, current.left() + inset, current.right() - inset));
-    for (int y = lines.at(2).bottom(); y < current.bottom() - inset; ++y)
+    for (int y = lines.at(2).bottom() + 1; y < current.bottom() - inset; ++y)
         QVERIFY(!hasInk(y, current.left() + inset, current.right() - inset));
 }
 

@@ -16,21 +16,6 @@ namespace {
 
 enum State { Showing, Menu, LightPanel, BarePause, Left };
 
-void collect(const QJsonArray &items, QList<QJsonObject> &all)
-{
-    for (const QJsonValue &value : items) {
-        all.append(value.toObject());
-        collect(value.toObject().value("children"_L1).toArray(), all);
-    }
-}
-
-QRect rectangleOf(const QJsonObject &item)
-{
-    const QJsonObject rectangle = item.value("rectangle"_L1).toObject();
-    return {rectangle.value("x"_L1).toInt(), rectangle.value("y"_L1).toInt(),
-            rectangle.value("width"_L1).toInt(), rectangle.value("height"_L1).toInt()};
-}
-
 } // namespace
 
 class tst_ShowStates : public QObject
@@ -50,13 +35,14 @@ private slots:
     void lightOfThePanelIsKept();
     void menuOverTheLightPanel();
     void allFilesGone();
+    void keysAlone();
 
 private:
     bool play(const QString &profile, int orientation = 0);
     bool act(const QString &means);
     bool goTo(State state);
     QByteArray differenceFrom(State state);
-    QList<QJsonObject> items();
+    QList<QJsonObject> items() { return m_device->items(); }
     int count(const QString &name);
     QJsonObject state(const QString &part) { return m_device->state().value(part).toObject(); }
     QString lastFastUpdates();
@@ -67,6 +53,7 @@ private:
 void tst_ShowStates::init()
 {
     QFile::remove(u"/mnt/ext1/system/picture_stand.sqlite"_s);
+    QFile::remove(u"/devroot/device.json"_s);
     m_device = std::make_unique<ShowDevice>();
 }
 
@@ -74,13 +61,6 @@ void tst_ShowStates::cleanup()
 {
     QCOMPARE(m_device->unexpectedErrors(), QByteArrayList());
     m_device.reset();
-}
-
-QList<QJsonObject> tst_ShowStates::items()
-{
-    QList<QJsonObject> all;
-    collect(m_device->ask(u"tree"_s).value("tree"_L1).toArray(), all);
-    return all;
 }
 
 int tst_ShowStates::count(const QString &name)
@@ -108,7 +88,7 @@ bool tst_ShowStates::play(const QString &profile, int orientation)
     if (orientation != 3)
         size.transpose();
     return m_device->does(u"orientation"_s, {{u"value"_s, orientation}})
-        && QTest::qWaitFor([&] { return rectangleOf(items().value(0)).size() == size; });
+        && QTest::qWaitFor([&] { return ShowDevice::rectangleOf(items().value(0)).size() == size; });
 }
 
 /// "tap PLACE" touches a part of the screen, "touch NAME" the middle of an item; "press", "key" and "event"
@@ -125,10 +105,10 @@ bool tst_ShowStates::act(const QString &means)
     if (verb == "touch"_L1) {
         for (const QJsonObject &item : items()) {
             if (item.value("name"_L1).toString() == object)
-                at = rectangleOf(item).center();
+                at = ShowDevice::rectangleOf(item).center();
         }
     } else {
-        const QRect screen = rectangleOf(items().value(0));
+        const QRect screen = ShowDevice::rectangleOf(items().value(0));
         const QHash<QString, QPointF> places{{u"centre"_s, {0.5, 0.05}},
                                              {u"left"_s, {0.22, 0.05}},
                                              {u"right"_s, {0.9, 0.05}},
@@ -311,7 +291,7 @@ void tst_ShowStates::lightOfThePanelIsKept()
         int top = 1024;
         for (const QJsonObject &item : items()) {
             if (item.value("name"_L1) == "Frontlight"_L1)
-                top = rectangleOf(item).top();
+                top = ShowDevice::rectangleOf(item).top();
         }
         return 1024 - top;
     };
@@ -373,6 +353,39 @@ void tst_ShowStates::allFilesGone()
     for (const QByteArray &line : m_device->unexpectedErrors())
         QVERIFY2(line.endsWith("Failed to get image from provider: image://image_provider/"),
                  line.constData());
+}
+
+void tst_ShowStates::keysAlone()
+{
+    // A device without touch: the frame shows where the keys are.
+    const auto framed = [this](const QString &name) {
+        for (const QJsonObject &item : items()) {
+            const QRect place = ShowDevice::rectangleOf(item);
+            if (item.value("name"_L1).toString() == name)
+                return qGray(m_device->screenshot().pixel(place.center().x(), place.top())) == 255;
+        }
+        return false;
+    };
+    QVERIFY(play(u"keys-6"_s));
+    QVERIFY(act(u"key next"_s) && act(u"key prev"_s));
+    QCOMPARE(differenceFrom(Showing), QByteArray());
+    QVERIFY(act(u"key menu"_s) && m_device->idle());
+    QCOMPARE(differenceFrom(Menu), QByteArray());
+    QVERIFY(framed(u"Stop slideshow"_s) && !framed(u"Frontlight"_s));
+    QVERIFY(act(u"key back"_s));
+    QCOMPARE(differenceFrom(Showing), QByteArray());
+    QVERIFY(act(u"key menu"_s) && act(u"key down"_s) && act(u"key down"_s) && m_device->idle());
+    QVERIFY(framed(u"Frontlight"_s) && !framed(u"Stop slideshow"_s));
+    QVERIFY(act(u"key centre"_s));
+    QCOMPARE(differenceFrom(LightPanel), QByteArray());
+    QVERIFY(act(u"key centre"_s)); // on the switch
+    QVERIFY(state(u"light"_s).value("enabled"_L1).toBool());
+    QVERIFY(act(u"key back"_s));
+    QCOMPARE(differenceFrom(Showing), QByteArray());
+    QVERIFY(act(u"key menu"_s) && act(u"key centre"_s));
+    QCOMPARE(differenceFrom(Left), QByteArray());
+    const QJsonObject tap = m_device->ask(u"tap"_s, {{u"x"_s, 1}, {u"y"_s, 1}});
+    QCOMPARE(tap.value("error"_L1).toString(), u"not-supported"_s);
 }
 
 QTEST_GUILESS_MAIN(tst_ShowStates)

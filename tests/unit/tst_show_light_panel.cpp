@@ -64,6 +64,7 @@ private slots:
     void readsTheLightAgain();
     void touchesEndHere_data();
     void touchesEndHere();
+    void swipeOverThePicture();
     void atOnce();
     void keys();
     void interface();
@@ -210,6 +211,19 @@ void tst_ShowLightPanel::touchesEndHere()
         QVERIFY(panel(running)->isVisible());
         QVERIFY(!running.screen()->property("menu_opened").toBool());
         QCOMPARE(m_test->calls(), QByteArray());
+    });
+}
+
+void tst_ShowLightPanel::swipeOverThePicture()
+{
+    // A swipe steps, whatever lies over the picture elsewhere.
+    withPanel([this](RunningApp &running) {
+        QTest::mousePress(running.window, Qt::LeftButton, {}, QPoint(600, 300));
+        QTest::mouseMove(running.window, QPoint(300, 310));
+        QTest::mouseRelease(running.window, Qt::LeftButton, {}, QPoint(300, 310));
+        QCOMPARE(running.slideshow()->currentImage(), m_test->paths.at(1));
+        QVERIFY(panel(running)->isVisible());
+        QVERIFY(!m_test->device.fire("nextImageEvent")); // and paused it stays
     });
 }
 

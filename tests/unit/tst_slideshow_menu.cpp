@@ -80,6 +80,8 @@ private slots:
     void outside();
     void ordersOfCalls_data();
     void ordersOfCalls();
+    void stopLeadsBack_data();
+    void stopLeadsBack();
     void settings();
     void leavesNoTraceInTheUpdates();
     void longTextIsElided();
@@ -242,6 +244,43 @@ void tst_SlideshowMenu::ordersOfCalls()
         QCOMPARE(m_test->calls(), calls);
         QCOMPARE(isOpen(running), !open);
         QCOMPARE(running.screen()->property("frontlight_opened").toBool(), means == u"frontlight"_s);
+    });
+}
+
+void tst_SlideshowMenu::stopLeadsBack_data()
+{
+    QTest::addColumn<int>("mode");
+    QTest::addColumn<QString>("view");
+
+    QTest::newRow("an open playlist: back to it") << int(PlaylistModel::ViewMode) << u"playlist"_s;
+    QTest::newRow("the overview") << int(PlaylistModel::AllViewMode) << u"playlists"_s;
+    QTest::newRow("while adding") << int(PlaylistModel::AddMode) << u"playlists"_s;
+}
+
+void tst_SlideshowMenu::stopLeadsBack()
+{
+    QFETCH(int, mode);
+    QFETCH(QString, view);
+
+    inAShow(true, [&](RunningApp &running) {
+        const qlonglong id = running.playlists()->addItem(u"Mine"_s);
+        running.playlists()->setMode(PlaylistModel::PlaylistMode(mode));
+        running.playlists()->setActiveId(id);
+        bool open = true;
+        qlonglong activeId = 0;
+        connect(&running.app, &App::changedView, this, [&] {
+            open = isOpen(running);
+            activeId = running.playlists()->activeId();
+        });
+        m_test->device.forgetCalls();
+        pressByAccessibility(entry(running, 0));
+        QCOMPARE(running.app.currentView(), view);
+        QVERIFY(!open); // before the view changed
+        QCOMPARE(activeId, view == u"playlist"_s ? id : -1);
+        QVERIFY(m_test->device.calls({"SetAutoPowerOff"}).isEmpty()); // the menu has stopped the show
+        running.playlists()->setActiveId(-1);
+        running.playlists()->deleteItem(id);
+        running.playlists()->setMode(PlaylistModel::AllViewMode);
     });
 }
 
