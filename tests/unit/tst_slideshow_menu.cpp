@@ -75,6 +75,7 @@ private slots:
     void cleanup() { m_test.reset(); }
 
     void entriesInTheirOrder();
+    void dimsThePicture();
     void pressedEntry();
     void fingerThatSlidesAway();
     void outside();
@@ -145,6 +146,27 @@ void tst_SlideshowMenu::entriesInTheirOrder()
         QVERIFY(std::abs(2 * first.left() + widest - screen.width()) <= 2); // centred both ways
         QVERIFY(std::abs(first.top() + bottom - screen.height()) <= 2);
         QCOMPARE(sceneRectangle(menu(running)), QRect(QPoint(), screen));
+    });
+}
+
+void tst_SlideshowMenu::dimsThePicture()
+{
+    inAShow(false, [](RunningApp &running) {
+        const auto grey = [&](QPoint at) { return qGray(running.window->grabWindow().pixel(at)); };
+        running.settings()->setProperty("created_date_position", 2);
+        running.slideshow()->prevImage(); // the brightest
+        const int picture = grey({700, 50});
+        QVERIFY(picture > 0xa0);
+        QVERIFY(running.screen()->setProperty("menu_opened", true));
+        // Three tenths are left, of the date as well.
+        QVERIFY(std::abs(grey({700, 50}) - picture * 3 / 10) <= 2);
+        QImage corner = running.window->grabWindow().copy(0, 900, 300, 124);
+        for (int y = 0; y < corner.height(); ++y) {
+            for (int x = 0; x < corner.width(); ++x)
+                QVERIFY(qGray(corner.pixel(x, y)) <= 0x50); // not even its white letters shine through
+        }
+        QVERIFY(running.screen()->setProperty("menu_opened", false));
+        QCOMPARE(grey({700, 50}), picture);
     });
 }
 
