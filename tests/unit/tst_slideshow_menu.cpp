@@ -238,6 +238,7 @@ void tst_SlideshowMenu::ordersOfCalls_data()
         << false << u"centre"_s << "setFastUpdates 1\n" + stop;
     QTest::newRow("so does assistive input") << false << u"press"_s << "setFastUpdates 1\n" + stop;
     QTest::newRow("the key stops, then shows the menu") << false << u"key"_s << stop + "\nsetFastUpdates 1";
+    QTest::newRow("so does a configured key") << false << u"scan code"_s << stop + "\nsetFastUpdates 1";
     QTest::newRow("the key closes the menu, then starts") << true << u"key"_s << "setFastUpdates 0\n" + start;
     QTest::newRow("so does a tap outside") << true << u"outside"_s << "setFastUpdates 0\n" + start;
     QTest::newRow("the light needs no more than the menu's end")
@@ -251,6 +252,7 @@ void tst_SlideshowMenu::ordersOfCalls()
     QFETCH(QByteArray, calls);
 
     m_test->device.setColourMask(1); // where the quality of updates makes a difference
+    m_test->configure("btkeys.count=1\nbtkeys.bt1.scanCode=7\ntkey.bt1.0=@KA_menu\n");
     inAShow(open, [&](RunningApp &running) {
         m_test->device.forgetCalls();
         if (means == u"centre"_s)
@@ -259,6 +261,8 @@ void tst_SlideshowMenu::ordersOfCalls()
             pressByAccessibility(running.screen());
         else if (means == u"key"_s)
             m_test->device.send(25, 23);
+        else if (means == u"scan code"_s)
+            m_test->device.send(40, 7);
         else if (means == u"outside"_s)
             QTest::mouseClick(running.window, Qt::LeftButton, {}, QPoint(379, 100));
         else
