@@ -181,8 +181,9 @@ void tst_AppEvents::secondParameter()
                     [&](RunningApp &running) {
                         running.slideshow()->initFromList(m_test->paths, 30);
                         app.changeView(u"slideshow"_s);
-                        const QList<std::pair<int, int>> events{{25, 23}, {25, 24}, {25, 25}, {40, 7},
-                                                                {152, 0}, {151, 0}, {32, 1},  {32, 0}};
+                        const QList<std::pair<int, int>> events{{25, 23}, {25, 23}, {25, 24},
+                                                                {25, 25}, {40, 7},  {152, 0},
+                                                                {151, 0}, {32, 1},  {32, 0}};
                         m_test->device.send(32, 1); // the first turn of a process is like no other
                         m_test->device.send(32, 0);
                         std::optional<QByteArrayList> first;
