@@ -10,11 +10,16 @@ Rectangle {
     signal changeView(string view)
     signal back()
 
-    /// On a device without touch the keys begin at the first row.
+    /// On a device without touch the keys begin at the first row. They stay in the panel where no row can be reached.
     function focusFirst() {
+        if (!visible)
+            return
+        wrapper.forceActiveFocus()
         const first = frontlight.nextItemInFocusChain()
-        if (visible && first)
-            first.forceActiveFocus()
+        for (let item = first; item; item = item.parent) {
+            if (item === frontlight)
+                first.forceActiveFocus()
+        }
     }
 
     implicitHeight: settings_content.implicitHeight

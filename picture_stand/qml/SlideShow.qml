@@ -76,20 +76,15 @@ Item {
                     wrapper.menu_opened = false
                     SlideshowModel.stop()
                     wrapper.leave()
-                } else if (x <= App.screenWidth * 0.25) {
-                    // At the side an open light panel only closes, and the show stays paused, by intent.
-                    if (wrapper.frontlight_opened)
-                        wrapper.frontlight_opened = false
-                    else
-                        SlideshowModel.prevImage()
-                } else if (x >= App.screenWidth * 0.75) {
-                    if (wrapper.frontlight_opened)
-                        wrapper.frontlight_opened = false
-                    else
-                        SlideshowModel.nextImage()
                 } else if (wrapper.frontlight_opened) {
                     wrapper.frontlight_opened = false
-                    SlideshowModel.start()
+                    // Only the middle goes on with the show; a tap at the side leaves it paused, by intent.
+                    if (x > App.screenWidth * 0.25 && x < App.screenWidth * 0.75)
+                        SlideshowModel.start()
+                } else if (x <= App.screenWidth * 0.25) {
+                    SlideshowModel.prevImage()
+                } else if (x >= App.screenWidth * 0.75) {
+                    SlideshowModel.nextImage()
                 } else {
                     wrapper.menu_opened = true
                     SlideshowModel.stop()

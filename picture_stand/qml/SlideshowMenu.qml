@@ -73,7 +73,7 @@ Item {
                 required property string view_
                 required property string text_
 
-                implicitHeight: Global.dp((160 + 64) * 0.53)
+                height: Global.dp((160 + 64) * 0.53)
                 implicitWidth: btn.width + text_metrics.width + 2 * GlobalValues.defaultElementBorderRadius
                     + Global.dp(40 * 0.53)
                 clip: true

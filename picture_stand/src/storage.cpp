@@ -9,6 +9,7 @@
 #include <QFileInfo>
 
 #include <array>
+#include <cstdint>
 #include <mutex>
 #include <thread>
 #include <type_traits>
