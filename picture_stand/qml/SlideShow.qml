@@ -26,8 +26,22 @@ Item {
         }
     }
 
+    /// On a device without touch: what closes lets go of the keys, which go to what is seen then.
+    function focusWhatIsLeft() {
+        if (menu_opened)
+            return
+        if (frontlight_opened)
+            settings_frontlight.focusFirst()
+        else
+            wrapper.forceActiveFocus()
+    }
+
     // The menu comes and goes with this; that it is not there at first is no change.
-    onMenu_openedChanged: SlideshowModel.switchHQUpdates(!menu_opened)
+    onMenu_openedChanged: {
+        SlideshowModel.switchHQUpdates(!menu_opened)
+        focusWhatIsLeft()
+    }
+    onFrontlight_openedChanged: focusWhatIsLeft()
 
     Accessible.role: Accessible.NoRole
     Accessible.onPressAction: {

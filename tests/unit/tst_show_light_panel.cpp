@@ -67,6 +67,7 @@ private slots:
     void swipeOverThePicture();
     void atOnce();
     void keys();
+    void keysUnderAMenu();
     void interface();
 
 private:
@@ -257,6 +258,18 @@ void tst_ShowLightPanel::keys()
         QTest::keyClick(running.window, Qt::Key_Back);
         QVERIFY(!panel(running)->isVisible());
         QCOMPARE(m_test->device.calls({"SetAutoPowerOff"}).size(), 1); // as a tap on the picture
+        QVERIFY(running.screen()->hasActiveFocus()); // and no key works on what nobody sees
+    });
+}
+
+void tst_ShowLightPanel::keysUnderAMenu()
+{
+    withPanel([](RunningApp &running) {
+        emit running.slideshow()->openCloseMenu(); // the menu key
+        emit running.slideshow()->openCloseMenu();
+        QVERIFY(panel(running)->isVisible());
+        QTest::keyClick(running.window, Qt::Key_Return); // the switch again
+        QVERIFY(Device::instance()->light.enabled());
     });
 }
 

@@ -87,6 +87,7 @@ private slots:
     void leavesNoTraceInTheUpdates();
     void longTextIsElided();
     void keys();
+    void keysAfterwards();
 
 private:
     /// Calls `body` in a show of four pictures, with its menu open where that is wanted.
@@ -373,6 +374,17 @@ void tst_SlideshowMenu::keys()
         QVERIFY(entry(running, 0)->hasActiveFocus());
         QTest::keyClick(running.window, Qt::Key_Enter);
         QCOMPARE(running.app.currentView(), u"playlists"_s);
+    });
+}
+
+void tst_SlideshowMenu::keysAfterwards()
+{
+    inAShow(true, [](RunningApp &running) {
+        QTest::keyClick(running.window, Qt::Key_Back);
+        QVERIFY(!isOpen(running));
+        QTest::keyClick(running.window, Qt::Key_Return); // not on an entry that nobody sees
+        QCOMPARE(running.app.currentView(), u"slideshow"_s);
+        QVERIFY(running.screen()->hasActiveFocus());
     });
 }
 
