@@ -15,6 +15,7 @@
 
 #include <algorithm>
 #include <memory>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -56,11 +57,13 @@ private:
     std::unique_ptr<ShowDevice> m_device;
     QList<QImage> m_panels;
     qint64 m_lastCall = 0;
+    bool m_minuteTimerSeen = false;
 };
 
 void tst_PictureShow::init()
 {
     m_lastCall = 0;
+    m_minuteTimerSeen = false;
     m_device = std::make_unique<ShowDevice>();
     if (qstrcmp(QTest::currentTestFunction(), "interfaceThatCannotBeLoaded") != 0)
         QVERIFY(m_device->start());
@@ -96,6 +99,10 @@ QStringList tst_PictureShow::newCalls()
         QStringList words{call.value("name"_L1).toString()};
         for (const QJsonValue &argument : call.value("arguments"_L1).toArray())
             words.append(argument.toString());
+        // The clock of the minutes goes on whenever it has to.
+        const bool isMinute = words.contains("updateDateTimeEvent"_L1);
+        if (isMinute && std::exchange(m_minuteTimerSeen, true))
+            continue;
         lines.append(words.join(u' '));
     }
     return lines;

@@ -9,6 +9,7 @@
 
 #include <QImage>
 #include <QTest>
+#include <QTime>
 
 namespace panel_view {
 
@@ -49,6 +50,19 @@ inline bool waitUntilStill()
     return remote.ask(QStringLiteral("idle"), {{QStringLiteral("ms"), 60}}, 40'000)
         .value(QStringLiteral("ok"))
         .toBool();
+}
+
+/// refreshNumber() to count refreshes from. The clock in the status panel is one, too: it will not go on
+/// within the next seconds.
+inline quint64 countFrom()
+{
+    const auto isFarFromTheMinute = [] {
+        const int inTheMinute = QTime::currentTime().msecsSinceStartOfDay() % 60'000;
+        return inTheMinute > 300 && inTheMinute < 54'000;
+    };
+    if (!isFarFromTheMinute() && !(QTest::qWaitFor(isFarFromTheMinute, 10'000) && waitUntilStill()))
+        qFatal("the device does not come to rest");
+    return refreshNumber();
 }
 
 } // namespace panel_view

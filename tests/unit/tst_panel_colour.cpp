@@ -80,7 +80,7 @@ void tst_PanelColour::fastUpdatesAreBlackAndWhiteFirst()
         while (!event.isEmpty() && event.value(QStringLiteral("event")) != QStringLiteral("refresh"));
         return event.value(QStringLiteral("mode")).toString();
     };
-    const quint64 before = panel_view::refreshNumber();
+    const quint64 before = panel_view::countFrom();
 
     screen.setFastUpdates(true);
     window->setProperty("partColour", QColor(0x12, 0x34, 0x56));

@@ -136,7 +136,7 @@ void tst_PanelKeyboardTyping::pressedKeyIsInverted()
     const QRect key = KeyboardScene::rectangleOf(m_scene->key(u"i"_s));
     const QPoint corner = key.center() - QPoint(key.width() / 3, 0); // beside the letter
     QCOMPARE(panel_view::greyAt(corner.x(), corner.y()), 255);
-    const quint64 before = panel_view::refreshNumber();
+    const quint64 before = panel_view::countFrom();
     m_scene->remote.send(u"hold"_s, {{u"x"_s, corner.x()}, {u"y"_s, corner.y()}, {u"ms"_s, 300}});
     QTRY_COMPARE(panel_view::greyAt(corner.x(), corner.y()), 0);
     const auto header = panel_view::snapshot().header;

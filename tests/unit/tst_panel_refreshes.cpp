@@ -109,7 +109,7 @@ void tst_PanelRefreshes::init()
 
 void tst_PanelRefreshes::nothingDrawnNothingRefreshed()
 {
-    const quint64 before = panel_view::refreshNumber();
+    const quint64 before = panel_view::countFrom();
     QVERIFY(PanelRemote().ask(u"idle"_s, {{u"ms"_s, 100}}, 40'000).value(u"ok"_s).toBool());
     QCOMPARE(panel_view::refreshNumber(), before);
 }
@@ -120,7 +120,7 @@ void tst_PanelRefreshes::oneTurnIsOneRefresh()
     QVERIFY(panel_view::waitUntilStill());
     second.update(); // the first drawing after the one at showing is a whole one again
     QVERIFY(panel_view::waitUntilStill());
-    const quint64 before = panel_view::refreshNumber();
+    const quint64 before = panel_view::countFrom();
     m_window.update(QRect(10, 20, 30, 40));
     m_window.update(QRect(100, 200, 10, 10));
     second.update(QRect(0, 0, 20, 20));
@@ -141,7 +141,7 @@ void tst_PanelRefreshes::rectangleIsInPanelPixels()
 
 void tst_PanelRefreshes::numbersGoUpByOne()
 {
-    const quint64 before = panel_view::refreshNumber();
+    const quint64 before = panel_view::countFrom();
     for (quint64 i = 1; i <= 3; ++i) {
         m_window.update(QRect(0, 0, 10, 10));
         QTRY_COMPARE(panel_view::refreshNumber(), before + i);
@@ -150,7 +150,7 @@ void tst_PanelRefreshes::numbersGoUpByOne()
 
 void tst_PanelRefreshes::fullRefreshComposesAnew()
 {
-    const quint64 before = panel_view::refreshNumber();
+    const quint64 before = panel_view::countFrom();
     m_window.update(QRect(0, 0, 10, 10));
     screen().refresh(RefreshMode::Full);
     QTRY_VERIFY(panel_view::refreshNumber() > before);
@@ -161,7 +161,7 @@ void tst_PanelRefreshes::fullRefreshComposesAnew()
 
 void tst_PanelRefreshes::partialRefreshOfAnArea()
 {
-    const quint64 before = panel_view::refreshNumber();
+    const quint64 before = panel_view::countFrom();
     screen().refresh(RefreshMode::Partial, QRect(5, 6, 7, 8));
     QTRY_COMPARE(panel_view::refreshNumber(), before + 1);
     QCOMPARE(header().refreshMode, 0U);
@@ -170,7 +170,7 @@ void tst_PanelRefreshes::partialRefreshOfAnArea()
 
 void tst_PanelRefreshes::clearIsWhiteAtOnce()
 {
-    const quint64 before = panel_view::refreshNumber();
+    const quint64 before = panel_view::countFrom();
     screen().clear();
     QCOMPARE(panel_view::refreshNumber(), before + 1); // no turn of the loop was needed
     QCOMPARE(header().refreshMode, 1U);
@@ -189,7 +189,7 @@ void tst_PanelRefreshes::clearIsWhiteAtOnce()
 
 void tst_PanelRefreshes::clearWipesOutWhatWasDrawnBefore()
 {
-    const quint64 before = panel_view::refreshNumber();
+    const quint64 before = panel_view::countFrom();
     screen().refresh(RefreshMode::Partial, QRect(0, 100, 100, 100));
     screen().clear();
     QVERIFY(panel_view::waitUntilStill());
@@ -208,7 +208,7 @@ void tst_PanelRefreshes::fullRefreshBringsBackAfterClear()
 
 void tst_PanelRefreshes::updateModeFive()
 {
-    const quint64 before = panel_view::refreshNumber();
+    const quint64 before = panel_view::countFrom();
     screen().setUpdateMode(5);
     QVERIFY(panel_view::waitUntilStill());
     QCOMPARE(panel_view::refreshNumber(), before); // asks for nothing by itself
@@ -236,7 +236,7 @@ void tst_PanelRefreshes::updateModesOneAndTwoTakeItBack()
     QFETCH(int, mode);
     QFETCH(unsigned, refreshMode);
 
-    const quint64 before = panel_view::refreshNumber();
+    const quint64 before = panel_view::countFrom();
     screen().setUpdateMode(5);
     screen().setUpdateMode(mode);
     m_window.update(QRect(0, 0, 10, 10));
@@ -246,7 +246,7 @@ void tst_PanelRefreshes::updateModesOneAndTwoTakeItBack()
 
 void tst_PanelRefreshes::fastUpdatesAreForColour()
 {
-    const quint64 before = panel_view::refreshNumber();
+    const quint64 before = panel_view::countFrom();
     screen().setFastUpdates(true);
     m_window.update(QRect(0, 0, 10, 10));
     QTRY_COMPARE(panel_view::refreshNumber(), before + 1);
@@ -257,7 +257,7 @@ void tst_PanelRefreshes::fastUpdatesAreForColour()
 
 void tst_PanelRefreshes::fastMode()
 {
-    const quint64 before = panel_view::refreshNumber();
+    const quint64 before = panel_view::countFrom();
     screen().useFastMode(QRect(100, 100, 200, 200));
     QTRY_COMPARE(panel_view::greyAt(150, 150), 255); // 0x88 is nearer to white
     QCOMPARE(panel_view::greyAt(99, 150), 0x88);
@@ -283,7 +283,7 @@ void tst_PanelRefreshes::fastModeStaysWhileDrawingGoesOn()
     QElapsedTimer time;
     time.start();
     while (time.elapsed() < 600) {
-        const quint64 before = panel_view::refreshNumber();
+        const quint64 before = panel_view::countFrom();
         m_window.update(QRect(110, 65, 10, 10));
         QTRY_VERIFY(panel_view::refreshNumber() > before);
         QCOMPARE(panel_view::greyAt(250, 250), 255);
@@ -343,7 +343,7 @@ void tst_PanelRefreshes::announcements()
 {
     PanelRemote remote;
     QVERIFY(remote.ask(u"follow"_s).value(u"ok"_s).toBool());
-    const quint64 before = panel_view::refreshNumber();
+    const quint64 before = panel_view::countFrom();
     m_window.update(QRect(10, 20, 30, 40));
     const QJsonObject expected{{u"event"_s, u"refresh"_s},
                                {u"number"_s, qint64(before + 1)},
