@@ -89,6 +89,8 @@ void tst_FontModel::metaObject()
     QCOMPARE(meta.methodCount() - meta.methodOffset(), 1);
     const QMetaMethod slot = meta.method(meta.methodOffset());
     QCOMPARE(slot.methodSignature(), QByteArray("getFontFamilyByName(QString)"));
+    QCOMPARE(slot.parameterNames(), QByteArrayList{"name"});
+    QCOMPARE(slot.returnMetaType().id(), int(QMetaType::QString));
     QCOMPARE(slot.methodType(), QMetaMethod::Slot);
     QCOMPARE(slot.access(), QMetaMethod::Public);
     QCOMPARE(meta.propertyCount(), meta.propertyOffset());

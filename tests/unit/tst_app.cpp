@@ -277,13 +277,20 @@ void tst_App::metaObject()
 {
     const QMetaObject &meta = App::staticMetaObject;
     QByteArrayList methods;
-    for (int i = meta.methodOffset(); i < meta.methodCount(); ++i)
-        methods.append(meta.method(i).methodSignature());
-    QCOMPARE(methods,
-             (QByteArrayList{"screenChanged()", "currentDateChanged()", "orientationChanged()",
-                             "changedView(QString)", "backViewChanged()", "showInfoMessage(QString,QString)",
-                             "showPanel(bool)", "changeOrientation(int)", "updateScreen()", "quit()",
-                             "changeView(QString)"}));
+    for (int i = meta.methodOffset(); i < meta.methodCount(); ++i) {
+        const QMetaMethod method = meta.method(i);
+        methods.append(QByteArray(method.methodType() == QMetaMethod::Signal ? "signal " : "slot ")
+                       + method.methodSignature() + ' ' + method.parameterNames().join(','));
+        QCOMPARE(method.access(), QMetaMethod::Public);
+        QCOMPARE(method.returnMetaType().id(), int(QMetaType::Void));
+    }
+    QCOMPARE(
+        methods,
+        (QByteArrayList{"signal screenChanged() ", "signal currentDateChanged() ",
+                        "signal orientationChanged() ", "signal changedView(QString) view",
+                        "signal backViewChanged() ", "signal showInfoMessage(QString,QString) message,icon",
+                        "slot showPanel(bool) show", "slot changeOrientation(int) n", "slot updateScreen() ",
+                        "slot quit() ", "slot changeView(QString) view"}));
 
     QByteArrayList properties;
     for (int i = meta.propertyOffset(); i < meta.propertyCount(); ++i) {

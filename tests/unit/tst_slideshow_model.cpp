@@ -49,14 +49,17 @@ void tst_SlideshowModel::metaObject()
 {
     QByteArrayList methods;
     const QMetaObject &meta = SlideshowModel::staticMetaObject;
-    for (int i = meta.methodOffset(); i < meta.methodCount(); ++i)
-        methods.append(meta.method(i).methodSignature());
+    for (int i = meta.methodOffset(); i < meta.methodCount(); ++i) {
+        const QMetaMethod method = meta.method(i);
+        methods.append(method.methodSignature() + ' ' + method.parameterNames().join(','));
+    }
     QCOMPARE(methods,
-             (QByteArrayList{"current_imageChanged()", "loadToCache(QStringList,int)", "openCloseMenu()",
-                             "nextImage()", "prevImage()", "intervalChange(int)", "shuffleChange(bool)",
-                             "stop()", "start()", "onForeground()", "onBackground()", "switchHQUpdates(bool)",
-                             "getTouchDragZone()", "getTimeString(QString,QDateTime)",
-                             "initFromList(QStringList,int)"}));
+             (QByteArrayList{"current_imageChanged() ", "loadToCache(QStringList,int) ,", "openCloseMenu() ",
+                             "nextImage() ", "prevImage() ", "intervalChange(int) seconds",
+                             "shuffleChange(bool) shuffle", "stop() ", "start() ", "onForeground() ",
+                             "onBackground() ", "switchHQUpdates(bool) value", "getTouchDragZone() ",
+                             "getTimeString(QString,QDateTime) format,dateTime",
+                             "initFromList(QStringList,int) images,interval"}));
 
     for (int i = 0; i < methods.size(); ++i) {
         const QMetaMethod method = meta.method(meta.methodOffset() + i);
