@@ -22,6 +22,7 @@ private slots:
     void cleanup();
     void twoHundredTimes();
     void folderVanishes();
+    void endsDuringALook();
 
 private:
     QList<qsizetype> leftovers() const;
@@ -114,6 +115,27 @@ void tst_MediaShow::folderVanishes()
     QVERIFY(QDir().mkpath(u"/mnt/.unplugged/sd"_s));
     QVERIFY(plug(u"card"_s, true));
     QVERIFY(plug(u"card"_s, false));
+}
+
+void tst_MediaShow::endsDuringALook()
+{
+    // Nobody waits for those who look at the storages; the end of the program must not meet them badly.
+    for (int i = 0; i < 10; ++i) {
+        if (i > 0) {
+            m_device = std::make_unique<ShowDevice>();
+            QVERIFY(m_device->start());
+        }
+        QCOMPARE(m_device->unexpectedErrors(), QByteArrayList());
+        const QString medium = i % 2 == 0 ? u"card"_s : u"usb"_s;
+        QVERIFY(plug(medium, true));
+        QVERIFY(plug(medium, false));
+        QVERIFY(m_device->does(u"event"_s, {{u"type"_s, 161 + i % 4}, {u"par1"_s, 0}, {u"par2"_s, 0}}));
+        QVERIFY(m_device->does(u"quit"_s));
+        QVERIFY(m_device->program().state() == QProcess::NotRunning || m_device->program().waitForFinished());
+        QCOMPARE(m_device->program().exitStatus(), QProcess::NormalExit);
+        QCOMPARE(m_device->program().exitCode(), 0);
+        QCOMPARE(m_device->unexpectedErrors(), QByteArrayList());
+    }
 }
 
 QTEST_GUILESS_MAIN(tst_MediaShow)
