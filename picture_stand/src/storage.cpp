@@ -172,7 +172,7 @@ QList<StorageItem> Storage::pathItems(const QString &path)
         return items;
     for (const StorageItem &root : std::as_const(roots)) {
         const QDir rootFolder(root.path);
-        // Anywhere in the path, in any letter case.
+        // Anywhere in the path, in any letter case: a storage that is gone has no path and is part of each.
         if (!folder.canonicalPath().contains(rootFolder.canonicalPath(), Qt::CaseInsensitive))
             continue;
         items.append(root);
