@@ -56,10 +56,12 @@ int App::run(QGuiApplication *)
     emit screenChanged();
     m_settingsModel.loadConfig();
     m_fontModel.loadFonts();
-    Storage::instance(); // begins the first look at the storages
+    connectFolders();
+    m_folderModel.changeFolder(u"/mnt/ext1/Photo"_s);
     connectModels();
 
     qmlRegisterType<StorageItemType>("com.lindenreed.picturestand", 1, 0, "StorageItemDataRoles");
+    qmlRegisterType<FolderModel>("com.lindenreed.picturestand", 1, 0, "FolderModelModeRoles");
     qmlRegisterType<FontModel>("com.lindenreed.picturestand", 1, 0, "FontDataRoles");
     qmlRegisterType<SettingsModel>("com.lindenreed.picturestand", 1, 0, "SettingsDataRoles");
     qmlRegisterType<PlaylistModel>("com.lindenreed.picturestand", 1, 0, "PlaylistDataRoles");
@@ -69,6 +71,8 @@ int App::run(QGuiApplication *)
     context->setContextProperty(u"FontModel"_s, &m_fontModel);
     context->setContextProperty(u"SettingsModel"_s, &m_settingsModel);
     context->setContextProperty(u"SlideshowModel"_s, &m_slideshowModel);
+    context->setContextProperty(u"FolderModel"_s, &m_folderModel);
+    context->setContextProperty(u"BreadcrumbsModel"_s, &m_breadcrumbsModel);
     context->setContextProperty(u"PlaylistModel"_s, &m_playlistModel);
     context->setContextProperty(u"App"_s, this);
 
@@ -87,6 +91,16 @@ int App::run(QGuiApplication *)
     if (engine.rootObjects().isEmpty())
         return -1;
     return QGuiApplication::exec();
+}
+
+void App::connectFolders()
+{
+    connect(&m_folderModel, &FolderModel::changedFolder, &m_breadcrumbsModel,
+            &BreadcrumbsModel::changeFolder);
+    connect(&m_breadcrumbsModel, &BreadcrumbsModel::changedFolder, &m_folderModel,
+            &FolderModel::changeFolder);
+    // The first use of the storages: it begins the first look at them.
+    connect(&Storage::instance(), &Storage::storageChanged, &m_folderModel, &FolderModel::storageChanged);
 }
 
 void App::connectModels()

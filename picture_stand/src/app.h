@@ -2,6 +2,8 @@
 
 #pragma once
 
+#include "breadcrumbs_model.h"
+#include "folder_model.h"
 #include "font_model.h"
 #include "key_map.h"
 #include "playlist_model.h"
@@ -70,12 +72,15 @@ private:
     void startDateTimer();
     void onDeviceEvent(int type, int par1, int par2);
     void onScanCodeKey(int scanCode);
+    void connectFolders();
     void connectModels();
 
     FontModel m_fontModel;
     SettingsModel m_settingsModel;
     SlideshowModel m_slideshowModel;
+    FolderModel m_folderModel;
     ResourceImageProvider m_imageProvider;
+    BreadcrumbsModel m_breadcrumbsModel;
     PlaylistModel m_playlistModel;
     const KeyMap m_keyMap; ///< behind the models: they read the configuration as well, and come first
     QString m_backView;

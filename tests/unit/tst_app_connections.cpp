@@ -1,6 +1,7 @@
 // What one part of the application tells the others.
 
 #include "app_fixture.h"
+#include "folder_tree.h"
 #include "panel_application.h"
 #include "running_app.h"
 
@@ -10,6 +11,8 @@
 
 using namespace Qt::StringLiterals;
 using lindenreed::picture_stand::App;
+using lindenreed::picture_stand::BreadcrumbsModel;
+using lindenreed::picture_stand::FolderModel;
 
 class tst_AppConnections : public QObject
 {
@@ -20,6 +23,8 @@ private slots:
     void init() { m_test = std::make_unique<AppFixture>(); }
     void cleanup() { m_test.reset(); }
 
+    void foldersReachTheBreadcrumbs();
+    void breadcrumbsReachTheFolders();
     void intervalReachesTheShow();
     void shuffleReachesTheShow();
     void activePlaylistReachesTheSettings();
@@ -28,6 +33,51 @@ private slots:
 private:
     std::unique_ptr<AppFixture> m_test;
 };
+
+void tst_AppConnections::foldersReachTheBreadcrumbs()
+{
+    const FolderTree tree(u"/mnt/ext1/album"_s);
+    tree.make({u"a/b/"_s});
+    App app;
+    QCOMPARE(runApp(app,
+                    [&](RunningApp &running) {
+                        auto *folders = running.model<FolderModel>("FolderModel");
+                        auto *crumbs = running.model<BreadcrumbsModel>("BreadcrumbsModel");
+                        QTRY_COMPARE((folders->changeFolder({}), folders->rowCount()), 1);
+                        QCOMPARE(crumbs->rowCount(), 1);
+                        const QSignalSpy reset(crumbs, &BreadcrumbsModel::modelReset);
+                        folders->changeFolder(tree.path(u"a/b"_s));
+                        QCOMPARE(reset.count(), 1);
+                        QCOMPARE(crumbs->rowCount(), 5);
+                        folders->loadFromList({});
+                        QCOMPARE(reset.count(), 1);
+                        folders->restore();
+                        QCOMPARE(reset.count(), 2);
+                    }),
+             0);
+}
+
+void tst_AppConnections::breadcrumbsReachTheFolders()
+{
+    const FolderTree tree(u"/mnt/ext1/album"_s);
+    tree.make({u"a/"_s, u"b/"_s});
+    App app;
+    QCOMPARE(runApp(app,
+                    [&](RunningApp &running) {
+                        auto *folders = running.model<FolderModel>("FolderModel");
+                        auto *crumbs = running.model<BreadcrumbsModel>("BreadcrumbsModel");
+                        QTRY_COMPARE((folders->changeFolder({}), folders->rowCount()), 1);
+                        folders->changeFolder(tree.path(u"a"_s));
+                        QCOMPARE(folders->rowCount(), 0);
+                        const QSignalSpy changed(folders, &FolderModel::changedFolder);
+                        crumbs->changeFolderByIndex(2);
+                        QCOMPARE(changed.count(), 1); // and not in circles
+                        QCOMPARE(changed.constFirst().constFirst().toString(), tree.top);
+                        QCOMPARE(folders->rowCount(), 3);
+                        QCOMPARE(crumbs->rowCount(), 3);
+                    }),
+             0);
+}
 
 void tst_AppConnections::intervalReachesTheShow()
 {

@@ -2,8 +2,10 @@
 
 #include "app_fixture.h"
 #include "datastorage.h"
+#include "folder_tree.h"
 #include "panel_application.h"
 #include "running_app.h"
+#include "storage.h"
 
 #include <slateview.h>
 
@@ -15,6 +17,9 @@
 
 using namespace Qt::StringLiterals;
 using lindenreed::picture_stand::App;
+using lindenreed::picture_stand::BreadcrumbsModel;
+using lindenreed::picture_stand::FolderModel;
+using lindenreed::picture_stand::Storage;
 
 class tst_AppRun : public QObject
 {
@@ -27,6 +32,7 @@ private slots:
 
     void orderOfTheStart();
     void placeOfTheSettings();
+    void placeOfTheFirstFolder();
     void exitCode();
     void previousOrientation_data();
     void previousOrientation();
@@ -86,6 +92,35 @@ void tst_AppRun::placeOfTheSettings()
     QCOMPARE(interval, 77);
     // And before anybody listens: the show, told of an interval, would have cleared its timer.
     QVERIFY2(!calls.contains("ClearTimerByName"), calls.constData());
+}
+
+void tst_AppRun::placeOfTheFirstFolder()
+{
+    const FolderTree photos(u"/mnt/ext1/Photo"_s);
+    photos.make({u"a.jpg"_s, u"b.jpg"_s});
+    App app;
+    QList<QStringList> listed;
+    QByteArray callsBefore;
+    QByteArray callsOfAView;
+    connect(&Storage::instance(), &Storage::listFilesChanged, &app, [&](const QStringList &names) {
+        listed.append(names);
+        callsBefore = m_test->calls();
+        app.changeView(u"slideshow"_s); // nobody listens to it yet: the light stays
+        callsOfAView = m_test->calls().mid(callsBefore.size());
+        app.changeView({});
+    });
+    m_test->device.forgetCalls();
+    QCOMPARE(runApp(app,
+                    [&](RunningApp &running) {
+                        QCOMPARE(listed, QList<QStringList>({{u"a.jpg"_s, u"b.jpg"_s}}));
+                        QCOMPARE(running.model<FolderModel>("FolderModel")->rowCount(), 2);
+                        QCOMPARE(running.model<FolderModel>("FolderModel")->countFiles(), 2);
+                        // The breadcrumbs listened already.
+                        QVERIFY(running.model<BreadcrumbsModel>("BreadcrumbsModel")->rowCount() > 0);
+                    }),
+             0);
+    QVERIFY2(callsBefore.endsWith("FreeFontsForSort fonts"), callsBefore.constData());
+    QCOMPARE(callsOfAView, QByteArray());
 }
 
 void tst_AppRun::exitCode()
@@ -168,6 +203,8 @@ void tst_AppRun::contextAndTypes()
                 QVERIFY(running.settings());
                 QVERIFY(running.slideshow());
                 QVERIFY(running.playlists());
+                QVERIFY(running.model<FolderModel>("FolderModel"));
+                QVERIFY(running.model<BreadcrumbsModel>("BreadcrumbsModel"));
                 QCOMPARE(running.model<App>("App"), &app);
                 QVERIFY(qmlEngine(running.window)->imageProvider(u"image_provider"_s));
 
@@ -182,6 +219,9 @@ void tst_AppRun::contextAndTypes()
                 QCOMPARE(evaluate(types, "PlaylistDataRoles.TitleRole").toInt(), 0);
                 QCOMPARE(evaluate(types, "PlaylistDataRoles.IdRole").toInt(), 257);
                 QCOMPARE(evaluate(types, "PlaylistDataRoles.AllViewMode").toInt(), 3);
+                QCOMPARE(evaluate(types, "FolderModelModeRoles.IsSelectedRole").toInt(), 263);
+                QCOMPARE(evaluate(types, "FolderModelModeRoles.SelectionMode").toInt(), 1);
+                QCOMPARE(evaluate(types, "FolderModelModeRoles.ListViewMode").toInt(), 1);
                 QVERIFY(
                     evaluate(
                         types,
