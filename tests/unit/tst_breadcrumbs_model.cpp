@@ -28,6 +28,7 @@ private slots:
     void ways_data();
     void ways();
     void folderOnACard();
+    void storageWhosePathIsInside();
     void storageThatIsGoneIsOnEachWay();
     void resetsOnce();
     void taps();
@@ -207,6 +208,16 @@ void tst_BreadcrumbsModel::folderOnACard()
     QCOMPARE(askedFor(), QStringList({QString(), u"/mnt/ext2"_s, u"nothing"_s}));
     m_model->changeFolder(u"/mnt/ext3"_s);
     QCOMPARE(names(), QStringList({QString(), u"USB drive"_s}));
+}
+
+void tst_BreadcrumbsModel::storageWhosePathIsInside()
+{
+    m_test->tree.make({u"MNT/Ext2/"_s});
+    MediaFixture::plug(true, true);
+    QVERIFY(MediaFixture::look());
+    m_model->changeFolder(m_test->path(u"MNT/Ext2"_s)); // in any letter case, and anywhere
+    QCOMPARE(names(),
+             QStringList({QString(), u"This device"_s, u"album"_s, u"MNT"_s, u"Ext2"_s, u"SD card"_s}));
 }
 
 void tst_BreadcrumbsModel::storageThatIsGoneIsOnEachWay()

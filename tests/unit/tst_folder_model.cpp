@@ -149,6 +149,8 @@ void tst_FolderModel::countLeavesOutTheIgnored()
                                           m_test->path(u"B.JPG"_s), u"c.jpg"_s, u"/mnt/ext1/d.jpg"_s});
     m_test->model.changeFolder(m_test->tree.top);
     QCOMPARE(m_test->model.countFiles(), 3); // whole paths, letter for letter
+    m_test->model.restore();
+    QCOMPARE(m_test->model.countFiles(), 3); // they are kept
     QCOMPARE(m_test->names(), QStringList({u"a.jpg"_s, u"b.jpg"_s, u"c.jpg"_s, u"d.jpg"_s}));
 }
 

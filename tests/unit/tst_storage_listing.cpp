@@ -1,5 +1,6 @@
 // What lies in a folder, as the interface lists it.
 
+#include "folder_tree.h"
 #include "media_fixture.h"
 #include "obeyed_permissions.h"
 
@@ -17,20 +18,6 @@ namespace {
 const QString top = u"/mnt/ext1/listed"_s;
 const QStringList pictures{u"*.jpg"_s,  u"*.png"_s, u"*.bmp"_s, u"*.jpeg"_s,
                            u"*.tiff"_s, u"*.tif"_s, u"*.svg"_s};
-
-/// Folders end in a slash.
-void make(const QStringList &entries)
-{
-    for (const QString &entry : entries) {
-        const QString path = top + u'/' + entry;
-        if (entry.endsWith(u'/')) {
-            QVERIFY(QDir().mkpath(path));
-            continue;
-        }
-        QFile file(path);
-        QVERIFY(file.open(QIODevice::WriteOnly));
-    }
-}
 
 QStringList names(const QList<StorageItem> &items)
 {
@@ -76,7 +63,10 @@ private:
         return Storage::instance().listFiles(top, wanted, columns);
     }
 
+    void make(const QStringList &entries) const { m_tree->make(entries); }
+
     std::unique_ptr<MediaFixture> m_media;
+    std::unique_ptr<FolderTree> m_tree;
 };
 
 void tst_StorageListing::initTestCase()
@@ -88,12 +78,12 @@ void tst_StorageListing::initTestCase()
 void tst_StorageListing::init()
 {
     m_media = std::make_unique<MediaFixture>();
-    QVERIFY(QDir().mkpath(top));
+    m_tree = std::make_unique<FolderTree>(top);
 }
 
 void tst_StorageListing::cleanup()
 {
-    QVERIFY(QDir(top).removeRecursively());
+    m_tree.reset();
     m_media.reset();
 }
 
