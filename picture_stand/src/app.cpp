@@ -57,6 +57,7 @@ int App::run(QGuiApplication *)
     m_settingsModel.loadConfig();
     m_fontModel.loadFonts();
     connectFolders();
+    m_coverProvider.setup();
     m_folderModel.changeFolder(u"/mnt/ext1/Photo"_s);
     connectModels();
 
@@ -66,6 +67,7 @@ int App::run(QGuiApplication *)
     qmlRegisterType<SettingsModel>("com.lindenreed.picturestand", 1, 0, "SettingsDataRoles");
     qmlRegisterType<PlaylistModel>("com.lindenreed.picturestand", 1, 0, "PlaylistDataRoles");
     engine.addImageProvider(u"image_provider"_s, new ImageAdapter(&m_imageProvider));
+    engine.addImageProvider(u"cover_provider"_s, new CoverAdapter(&m_coverProvider));
 
     QQmlContext *context = engine.rootContext();
     context->setContextProperty(u"FontModel"_s, &m_fontModel);

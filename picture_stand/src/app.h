@@ -3,6 +3,7 @@
 #pragma once
 
 #include "breadcrumbs_model.h"
+#include "cover_provider.h"
 #include "folder_model.h"
 #include "font_model.h"
 #include "key_map.h"
@@ -80,6 +81,7 @@ private:
     SlideshowModel m_slideshowModel;
     FolderModel m_folderModel;
     ResourceImageProvider m_imageProvider;
+    CoverProvider m_coverProvider;
     BreadcrumbsModel m_breadcrumbsModel;
     PlaylistModel m_playlistModel;
     const KeyMap m_keyMap; ///< behind the models: they read the configuration as well, and come first

@@ -1,5 +1,7 @@
 #include "image_adapter.h"
 
+#include "cover_cache.h"
+#include "cover_provider.h"
 #include "resource_image_provider.h"
 
 #include <QFile>
@@ -27,6 +29,20 @@ QImage ImageAdapter::requestImage(const QString &id, QSize *size, const QSize &r
         return m_provider->cache()->contains(candidate) || QFile::exists(candidate);
     });
     return m_provider->requestImage(path, size, requestedSize);
+}
+
+CoverAdapter::CoverAdapter(CoverProvider *provider)
+    : m_provider(provider)
+{
+}
+
+QQuickImageResponse *CoverAdapter::requestImageResponse(const QString &id, const QSize &requestedSize)
+{
+    const QString path = fileOfImageId(id, [requestedSize](const QString &candidate) {
+        const QString key = coverKey(candidate, requestedSize.width(), requestedSize.height());
+        return QFile::exists(candidate) || CoverCache::instance().find(key).has_value();
+    });
+    return m_provider->requestImageResponse(path, requestedSize);
 }
 
 } // namespace lindenreed::picture_stand

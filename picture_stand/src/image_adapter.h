@@ -2,6 +2,7 @@
 
 #pragma once
 
+#include <QQuickAsyncImageProvider>
 #include <QQuickImageProvider>
 
 #include <functional>
@@ -13,6 +14,7 @@ namespace lindenreed::picture_stand {
 /// that was loaded ahead. A path travels as part of a URL, in which the engine keeps some characters escaped.
 QString fileOfImageId(const QString &id, const std::function<bool(const QString &)> &exists);
 
+class CoverProvider;
 class ResourceImageProvider;
 
 /// Forwards to a provider that lives elsewhere and must outlive the engine.
@@ -25,6 +27,18 @@ public:
 
 private:
     ResourceImageProvider *m_provider;
+};
+
+/// The same for thumbnails.
+class CoverAdapter : public QQuickAsyncImageProvider
+{
+public:
+    explicit CoverAdapter(CoverProvider *provider);
+
+    QQuickImageResponse *requestImageResponse(const QString &id, const QSize &requestedSize) override;
+
+private:
+    CoverProvider *m_provider;
 };
 
 } // namespace lindenreed::picture_stand

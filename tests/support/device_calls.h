@@ -16,6 +16,7 @@ inline bool isQuery(const QByteArray &name)
                                           "SvGetScreenModeInversion",
                                           "device_display_colormask",
                                           "device_display_dpi",
+                                          "device_platform",
                                           "GetLangText",
                                           "GetLangTextPlural",
                                           "GetLangTime",

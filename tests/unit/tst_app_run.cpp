@@ -1,6 +1,7 @@
 // The application as it runs: order of its start, what the screens get, two runs in one process, quitting.
 
 #include "app_fixture.h"
+#include "cover_cache.h"
 #include "datastorage.h"
 #include "folder_tree.h"
 #include "panel_application.h"
@@ -10,6 +11,7 @@
 #include <slateview.h>
 
 #include <QQmlComponent>
+#include <QQuickAsyncImageProvider>
 #include <QSignalSpy>
 #include <QTime>
 
@@ -19,6 +21,8 @@ using namespace Qt::StringLiterals;
 using lindenreed::picture_stand::App;
 using lindenreed::picture_stand::BreadcrumbsModel;
 using lindenreed::picture_stand::FolderModel;
+using lindenreed::picture_stand::CoverCache;
+using lindenreed::picture_stand::coverKey;
 using lindenreed::picture_stand::Storage;
 
 class tst_AppRun : public QObject
@@ -33,6 +37,7 @@ private slots:
     void orderOfTheStart();
     void placeOfTheSettings();
     void placeOfTheFirstFolder();
+    void placeOfTheThumbnails();
     void exitCode();
     void previousOrientation_data();
     void previousOrientation();
@@ -121,6 +126,31 @@ void tst_AppRun::placeOfTheFirstFolder()
              0);
     QVERIFY2(callsBefore.endsWith("FreeFontsForSort fonts"), callsBefore.constData());
     QCOMPARE(callsOfAView, QByteArray());
+}
+
+void tst_AppRun::placeOfTheThumbnails()
+{
+    App app;
+    m_test->device.forgetCalls();
+    QByteArrayList calls;
+    QCOMPARE(runApp(app,
+                    [&](RunningApp &running) {
+                        const QList<lindenreed::device::SdkCall> all = m_test->device.calls(
+                            {"FreeFontsForSort", "GetThemeInt", "device_platform", "GetPreviousTask"});
+                        for (const lindenreed::device::SdkCall &call : all)
+                            calls.append((QByteArrayList{call.name} + call.arguments).join(' '));
+
+                        QVERIFY(dynamic_cast<QQuickAsyncImageProvider *>(
+                            qmlEngine(running.window)->imageProvider(u"cover_provider"_s)));
+                        // And what is listed from now on is loaded ahead, by its bare name.
+                        Storage::instance().listFiles(m_test->folder.path(), {u"2.png"_s}, 0);
+                        QTRY_VERIFY(CoverCache::instance().find(coverKey(u"2.png"_s, 220, 220)));
+                    }),
+             0);
+    QCOMPARE(
+        calls,
+        (QByteArrayList{"FreeFontsForSort fonts", "GetThemeInt e3.galery_cover.width 165",
+                        "GetThemeInt e3.galery_cover.height 290", "device_platform", "GetPreviousTask"}));
 }
 
 void tst_AppRun::exitCode()

@@ -1,0 +1,91 @@
+#include "async_image_response.h"
+
+#include "cover_cache.h"
+#include "regular_file.h"
+
+#include <boardconf.h>
+#include <slateview.h>
+
+#include <QQuickTextureFactory>
+
+#include <optional>
+#include <utility>
+
+namespace lindenreed::picture_stand {
+
+namespace {
+
+/// A finished thumbnail: scaled to the box, enlarged as well; toned and, on a grey panel, dithered. Never
+/// inverted.
+QImage makeCover(const QString &path, QSize box)
+{
+    QImage picture;
+    if (isRegularFile(path))
+        picture = QImage(path, nullptr);
+    // A null picture stays one, without the message that Qt would print.
+    if (!picture.isNull())
+        picture = picture.scaled(box, Qt::KeepAspectRatio, Qt::FastTransformation);
+    const bool grey = device_display_colormask() == 0;
+    picture = std::move(picture).convertToFormat(grey ? QImage::Format_Grayscale8 : QImage::Format_RGB888);
+
+    // What cannot be shown goes through as well.
+    uchar *pixels = picture.scanLine(0);
+    const int bytesPerLine = static_cast<int>(picture.bytesPerLine());
+    adjustAreaDefault(pixels, bytesPerLine, picture.width(), picture.height());
+    if (grey)
+        QuickFloyd16Dither(pixels, bytesPerLine, 0, 0, picture.width(), picture.height());
+    return picture;
+}
+
+} // namespace
+
+AsyncImageResponse::AsyncImageResponse(const QString &id, const QSize &requestedSize)
+{
+    if (requestedSize.width() >= 1 && requestedSize.height() >= 1 && !id.isEmpty()) {
+        path = id;
+        width = requestedSize.width();
+        height = requestedSize.height();
+    }
+    setAutoDelete(false);
+}
+
+AsyncImageResponse::~AsyncImageResponse()
+{
+    const std::lock_guard lock(m_end);
+}
+
+QQuickTextureFactory *AsyncImageResponse::textureFactory() const
+{
+    QImage picture = image;
+    if (SvGetScreenModeInversion())
+        picture.invertPixels(QImage::InvertRgb);
+    return QQuickTextureFactory::textureFactoryForImage(picture);
+}
+
+QString AsyncImageResponse::errorString() const
+{
+    return error;
+}
+
+void AsyncImageResponse::cancel() { }
+
+void AsyncImageResponse::run()
+{
+    if (!path.isEmpty() && width >= 0 && height >= 0) {
+        CoverCache &cache = CoverCache::instance();
+        const QString key = coverKey(path, width, height);
+        if (std::optional<QImage> found = cache.find(key)) {
+            cache.touch(key);
+            image = *std::move(found);
+        } else {
+            // Decoding takes no lock. Another thread may be at the same file; the last one wins.
+            image = makeCover(path, {width, height});
+            cache.insert(key, image);
+        }
+    }
+    const std::lock_guard lock(m_end);
+    emit finished();
+    done = true;
+}
+
+} // namespace lindenreed::picture_stand

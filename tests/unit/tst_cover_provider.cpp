@@ -1,0 +1,503 @@
+// Thumbnail jobs on their pool: how many at once, in which order, ahead of requests, and how they end.
+
+#include "async_image_response.h"
+#include "cover_cache.h"
+#include "cover_provider.h"
+#include "held_pictures.h"
+#include "panel_application.h"
+#include "picture_fixture.h"
+#include "storage.h"
+
+#include <boardconf.h>
+#include <slateview.h>
+
+#include <QImageReader>
+#include <QQuickTextureFactory>
+#include <QSemaphore>
+#include <QSignalSpy>
+#include <QThread>
+#include <QtPlugin>
+
+#include <algorithm>
+#include <atomic>
+#include <cmath>
+#include <memory>
+#include <vector>
+
+Q_IMPORT_PLUGIN(HeldPicturePlugin)
+
+using namespace Qt::StringLiterals;
+using lindenreed::device::SdkCall;
+using lindenreed::picture_stand::AsyncImageResponse;
+using lindenreed::picture_stand::CoverCache;
+using lindenreed::picture_stand::coverKey;
+using lindenreed::picture_stand::CoverProvider;
+using lindenreed::picture_stand::Storage;
+
+namespace {
+
+constexpr QSize themeBox(220, 220); ///< of the theme that the tests have
+
+bool isCached(const QString &path, QSize box)
+{
+    return CoverCache::instance().find(coverKey(path, box.width(), box.height())).has_value();
+}
+
+QString number(int i)
+{
+    return QString::number(i);
+}
+
+/// Hears of the end of responses that are held or wait behind such.
+struct Listener
+{
+    void listenTo(QQuickImageResponse *response)
+    {
+        QObject::connect(
+            response, &QQuickImageResponse::finished, response,
+            [this] {
+                thread = QThread::currentThread();
+                ends.release();
+            },
+            Qt::DirectConnection);
+    }
+    QSemaphore ends;
+    std::atomic<QThread *> thread = nullptr; ///< of the last one
+};
+
+QImage imageOf(const QQuickImageResponse &response)
+{
+    const std::unique_ptr<QQuickTextureFactory> factory(response.textureFactory());
+    return factory ? factory->image() : QImage();
+}
+
+/// Makes this the highest memory use of the process so far; false where the system does not let one.
+bool forgetHighestMemory()
+{
+    QFile file(u"/proc/self/clear_refs"_s);
+    return file.open(QIODevice::WriteOnly) && file.write("5") == 1;
+}
+
+/// In KiB: "VmHWM" is the highest, "VmRSS" that of now.
+qint64 memory(const QByteArray &name)
+{
+    QFile file(u"/proc/self/status"_s);
+    if (!file.open(QIODevice::ReadOnly))
+        return -1;
+    for (const QByteArray &line : file.readAll().split('\n')) {
+        if (line.startsWith(name + ':'))
+            return line.simplified().split(' ').at(1).toLongLong();
+    }
+    return -1;
+}
+
+} // namespace
+
+class tst_CoverProvider : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init();
+    void cleanup();
+
+    void requestIsAnswered();
+    void finishedComesFromThePool();
+    void themeSizesAndThreads();
+    void atOnce_data();
+    void atOnce();
+    void requestsBeforePrefetch();
+    void prefetchInOrderOfTheList();
+    void prefetchTakesTheThemesSize();
+    void prefetchTakesBareNames();
+    void listingStartsPrefetch();
+    void providerThatWentHearsNothing();
+    void prefetchFillsAllPlaces();
+    void prefetchedResponsesFreeThemselves();
+    void cancelledJobFillsTheCache();
+    void twoJobsForOneKey();
+    void queuedJobsDoNotRun();
+    void deletedResponseIsForgotten();
+    void leftResponsesGoWithTheProvider();
+    void hugePictureAndFiftyRequests();
+
+private:
+    /// A finished response: nothing could run before somebody listened to its end.
+    std::unique_ptr<QQuickImageResponse> answered(CoverProvider &provider, const QString &path, QSize box);
+    /// Takes the two threads of the provider until the gate is opened.
+    void takeThreads(CoverProvider &provider);
+    QString held(int i) const { return writeHeldPicture(m_test->folder.path(), number(i)); }
+
+    std::unique_ptr<PictureFixture> m_test;
+    QList<QQuickImageResponse *> m_holders; ///< left to their provider
+    int m_holder = 1000;
+};
+
+void tst_CoverProvider::init()
+{
+    m_test = std::make_unique<PictureFixture>();
+    HeldPictures::reset();
+}
+
+void tst_CoverProvider::cleanup()
+{
+    HeldPictures::letAllPass();
+    lindenreed::device::facts().platformNumber = 0;
+    m_test.reset();
+}
+
+void tst_CoverProvider::takeThreads(CoverProvider &provider)
+{
+    HeldPictures::reset();
+    m_holders.clear();
+    for (int i = 0; i < 2; ++i)
+        m_holders.append(provider.requestImageResponse(held(++m_holder), {10, 10}));
+    QVERIFY(HeldPictures::waitUntilBegun(2));
+}
+
+std::unique_ptr<QQuickImageResponse> tst_CoverProvider::answered(CoverProvider &provider, const QString &path,
+                                                                 QSize box)
+{
+    takeThreads(provider);
+    Listener listener;
+    for (QQuickImageResponse *holder : std::as_const(m_holders))
+        listener.listenTo(holder);
+    std::unique_ptr<QQuickImageResponse> response(provider.requestImageResponse(path, box));
+    listener.listenTo(response.get());
+    HeldPictures::letAllPass();
+    if (!listener.ends.tryAcquire(3, 30'000))
+        qFatal("no answer");
+    return response;
+}
+
+void tst_CoverProvider::requestIsAnswered()
+{
+    const QString path = m_test->save(gradient({300, 100}), u"a.png"_s);
+    CoverProvider provider;
+    provider.setup();
+    const std::unique_ptr<QQuickImageResponse> response = answered(provider, path, {100, 100});
+    QVERIFY(qobject_cast<AsyncImageResponse *>(response.get()));
+    QCOMPARE(imageOf(*response).size(), QSize(100, 33));
+    QVERIFY(isCached(path, {100, 100}));
+}
+
+void tst_CoverProvider::finishedComesFromThePool()
+{
+    CoverProvider provider;
+    provider.setup();
+    const std::unique_ptr<QQuickImageResponse> response(provider.requestImageResponse(held(1), {10, 10}));
+    Listener listener;
+    listener.listenTo(response.get());
+    HeldPictures::letAllPass();
+    QVERIFY(listener.ends.tryAcquire(1, 30'000));
+    QVERIFY(listener.thread != QThread::currentThread());
+    QVERIFY(!listener.ends.tryAcquire(1, 0)); // once
+}
+
+void tst_CoverProvider::themeSizesAndThreads()
+{
+    CoverProvider provider;
+    m_test->device.forgetCalls();
+    provider.setup();
+    const QList<SdkCall> calls = m_test->device.calls({"GetThemeInt", "device_platform"});
+    QCOMPARE(calls.size(), 3);
+    QCOMPARE(calls.at(0).arguments, (QByteArrayList{"e3.galery_cover.width", "165"}));
+    QCOMPARE(calls.at(1).arguments, (QByteArrayList{"e3.galery_cover.height", "290"}));
+    QCOMPARE(calls.at(2).name, QByteArray("device_platform"));
+}
+
+void tst_CoverProvider::atOnce_data()
+{
+    QTest::addColumn<int>("platform");
+    QTest::addColumn<int>("threads");
+
+    QTest::newRow("an ordinary platform") << 0 << 2;
+    QTest::newRow("16") << 16 << 2;
+    QTest::newRow("17") << 17 << 3;
+    QTest::newRow("18") << 18 << 2;
+}
+
+void tst_CoverProvider::atOnce()
+{
+    QFETCH(int, platform);
+    QFETCH(int, threads);
+
+    lindenreed::device::facts().platformNumber = platform;
+    CoverProvider provider;
+    provider.setup();
+    std::vector<std::unique_ptr<QQuickImageResponse>> responses;
+    for (int i = 0; i < 8; ++i)
+        responses.emplace_back(provider.requestImageResponse(held(i), {10, 10}));
+    QVERIFY(HeldPictures::waitUntilBegun(threads));
+    for (int i = threads + 1; i <= 8; ++i) { // one more begins for each that ends
+        HeldPictures::letPass(1);
+        QVERIFY(HeldPictures::waitUntilBegun(i));
+    }
+    HeldPictures::letAllPass();
+    QCOMPARE(HeldPictures::most(), threads);
+    for (int i = 0; i < 8; ++i)
+        QTRY_VERIFY(isCached(m_test->folder.filePath(u"%1.held"_s.arg(i)), {10, 10}));
+}
+
+void tst_CoverProvider::requestsBeforePrefetch()
+{
+    CoverProvider provider;
+    provider.setup();
+    QStringList paths;
+    for (int i = 0; i < 5; ++i)
+        paths.append(held(i));
+    provider.prefetchCovers(paths);
+    QVERIFY(HeldPictures::waitUntilBegun(2));
+    const std::unique_ptr<QQuickImageResponse> response(provider.requestImageResponse(held(100), {10, 10}));
+    HeldPictures::letPass(1);
+    QVERIFY(HeldPictures::waitUntilBegun(3));
+    QCOMPARE(HeldPictures::begun().at(2), u"100"_s);
+    HeldPictures::letAllPass();
+    QVERIFY(HeldPictures::waitUntilBegun(6));
+}
+
+void tst_CoverProvider::prefetchInOrderOfTheList()
+{
+    CoverProvider provider;
+    provider.setup();
+    QStringList paths;
+    QStringList names;
+    for (int i : {5, 3, 9, 1, 7, 2}) {
+        paths.append(held(i));
+        names.append(number(i));
+    }
+    provider.prefetchCovers(paths);
+    QVERIFY(HeldPictures::waitUntilBegun(2));
+    for (int i = 3; i <= 6; ++i) {
+        HeldPictures::letPass(1);
+        QVERIFY(HeldPictures::waitUntilBegun(i));
+        QCOMPARE(HeldPictures::begun().mid(2), names.mid(2, i - 2)); // the first two begin together
+    }
+    HeldPictures::letAllPass();
+}
+
+void tst_CoverProvider::prefetchTakesTheThemesSize()
+{
+    const QString path = m_test->save(gradient({20, 10}), u"a.png"_s);
+    CoverProvider provider;
+    provider.setup();
+    provider.prefetchCovers({path});
+    QTRY_VERIFY(isCached(path, themeBox));
+    QCOMPARE(CoverCache::instance().find(coverKey(path, 220, 220))->size(), QSize(220, 110));
+
+    // A request of exactly this size and path finds it.
+    QVERIFY(QFile::remove(path));
+    QCOMPARE(imageOf(*answered(provider, path, themeBox)).size(), QSize(220, 110));
+}
+
+void tst_CoverProvider::prefetchTakesBareNames()
+{
+    // Names mean files of the working directory; elsewhere they leave an entry that nobody can show.
+    const QString old = QDir::currentPath();
+    QVERIFY(!m_test->save(gradient({20, 10}), u"bare.png"_s).isEmpty());
+    QVERIFY(QDir::setCurrent(m_test->folder.path()));
+    CoverProvider provider;
+    provider.setup();
+    provider.prefetchCovers({u"bare.png"_s, u"nowhere.png"_s});
+    QTRY_VERIFY(isCached(u"bare.png"_s, themeBox));
+    QTRY_VERIFY(isCached(u"nowhere.png"_s, themeBox));
+    QVERIFY(QDir::setCurrent(old));
+    QVERIFY(!CoverCache::instance().find(u"bare.png_220x220"_s)->isNull());
+    QVERIFY(CoverCache::instance().find(u"nowhere.png_220x220"_s)->isNull());
+}
+
+void tst_CoverProvider::listingStartsPrefetch()
+{
+    QVERIFY(!m_test->save(gradient({20, 10}), u"listed.png"_s).isEmpty());
+    QVERIFY(!m_test->save(gradient({20, 10}), u"listed.txt.jpg"_s).isEmpty());
+    CoverProvider provider;
+    Storage::instance().listFiles(m_test->folder.path(), {u"*.png"_s}, 0);
+    provider.setup();
+    QVERIFY(!isCached(u"listed.png"_s, themeBox)); // not before
+    Storage::instance().listFiles(m_test->folder.path(), {u"*.jpg"_s}, 0);
+    QTRY_VERIFY(isCached(u"listed.txt.jpg"_s, themeBox)); // by its bare name
+    QVERIFY(!isCached(u"listed.png"_s, themeBox));
+    QVERIFY(!isCached(m_test->folder.filePath(u"listed.txt.jpg"_s), themeBox));
+}
+
+void tst_CoverProvider::providerThatWentHearsNothing()
+{
+    QVERIFY(!m_test->save(gradient({20, 10}), u"gone.png"_s).isEmpty());
+    {
+        CoverProvider provider;
+        provider.setup();
+    }
+    Storage::instance().listFiles(m_test->folder.path(), {u"*.png"_s}, 0);
+    QVERIFY(!isCached(u"gone.png"_s, themeBox));
+}
+
+void tst_CoverProvider::prefetchFillsAllPlaces()
+{
+    const QString before = m_test->save(gradient({20, 10}), u"before.png"_s);
+    QStringList names;
+    for (int i = 0; i < 60; ++i) {
+        names.append(u"p%1.held"_s.arg(i));
+        QVERIFY(!writeHeldPicture(m_test->folder.path(), u"p%1"_s.arg(i)).isEmpty());
+    }
+    CoverProvider provider;
+    provider.setup();
+    provider.prefetchCovers({before});
+    QTRY_VERIFY(isCached(before, themeBox));
+    const QString old = QDir::currentPath();
+    QVERIFY(QDir::setCurrent(m_test->folder.path()));
+    Storage::instance().listFiles(m_test->folder.path(), {u"*.held"_s}, 0);
+    HeldPictures::letAllPass();
+    QVERIFY(HeldPictures::waitUntilBegun(60));
+    const auto kept = [&names] {
+        return std::count_if(names.cbegin(), names.cend(),
+                             [](const QString &name) { return isCached(name, themeBox); });
+    };
+    QTRY_COMPARE(kept(), 50);
+    QVERIFY(QDir::setCurrent(old));
+    QVERIFY(!isCached(before, themeBox));
+}
+
+void tst_CoverProvider::prefetchedResponsesFreeThemselves()
+{
+    // What nobody waits for keeps no thumbnail of its own: 60 of them, in a cache of 50.
+    CoverProvider provider;
+    provider.setup();
+    QStringList paths;
+    for (int i = 0; i < 60; ++i)
+        paths.append(m_test->save(gradient({20, 10}), u"%1.bmp"_s.arg(i)));
+    for (int i = 0; i < 3; ++i) {
+        provider.prefetchCovers(paths);
+        QTRY_VERIFY(isCached(paths.last(), themeBox));
+    }
+    // The leak check of the address sanitizer sees those that stay.
+}
+
+void tst_CoverProvider::cancelledJobFillsTheCache()
+{
+    CoverProvider provider;
+    provider.setup();
+    const QString path = held(1);
+    const std::unique_ptr<QQuickImageResponse> response(provider.requestImageResponse(path, {10, 10}));
+    QVERIFY(HeldPictures::waitUntilBegun(1));
+    response->cancel();
+    HeldPictures::letAllPass();
+    QTRY_VERIFY(isCached(path, {10, 10}));
+}
+
+void tst_CoverProvider::twoJobsForOneKey()
+{
+    // Neither waits for the other; both have a picture.
+    CoverProvider provider;
+    provider.setup();
+    const QString path = held(1);
+    const std::unique_ptr<QQuickImageResponse> one(provider.requestImageResponse(path, {10, 10}));
+    const std::unique_ptr<QQuickImageResponse> two(provider.requestImageResponse(path, {10, 10}));
+    QVERIFY(HeldPictures::waitUntilBegun(2));
+    QCOMPARE(HeldPictures::most(), 2);
+    Listener listener;
+    listener.listenTo(one.get());
+    listener.listenTo(two.get());
+    HeldPictures::letAllPass();
+    QVERIFY(listener.ends.tryAcquire(2, 30'000));
+    QVERIFY(!imageOf(*one).isNull() && imageOf(*one) == imageOf(*two));
+}
+
+void tst_CoverProvider::queuedJobsDoNotRun()
+{
+    QStringList paths;
+    for (int i = 0; i < 40; ++i)
+        paths.append(held(i));
+    std::unique_ptr<GateAtTheEnd> gate;
+    {
+        CoverProvider provider;
+        provider.setup();
+        provider.prefetchCovers(paths);
+        for (int i = 100; i < 110; ++i)
+            provider.requestImageResponse(held(i), {10, 10}); // goes with the provider
+        QVERIFY(HeldPictures::waitUntilBegun(2));
+        gate = std::make_unique<GateAtTheEnd>();
+        gate->ending = true;
+    }
+    gate.reset();
+    QCOMPARE(HeldPictures::begun().size(), 2);
+    for (int i = 2; i < 40; ++i)
+        QVERIFY(!isCached(paths.at(i), themeBox));
+}
+
+void tst_CoverProvider::deletedResponseIsForgotten()
+{
+    const QString path = m_test->save(gradient({20, 10}), u"a.png"_s);
+    CoverProvider provider;
+    provider.setup();
+    for (int i = 0; i < 100; ++i)
+        answered(provider, path, {10, 10}).reset(); // right in the end of its run
+}
+
+void tst_CoverProvider::leftResponsesGoWithTheProvider()
+{
+    const QString path = m_test->save(gradient({20, 10}), u"a.png"_s);
+    std::atomic<int> gone = 0;
+    {
+        CoverProvider provider;
+        provider.setup();
+        for (int i = 0; i < 20; ++i) {
+            auto *response = provider.requestImageResponse(i % 2 == 0 ? path : QString(), {10, 10});
+            connect(
+                response, &QObject::destroyed, this, [&gone] { ++gone; }, Qt::DirectConnection);
+        }
+        QTRY_VERIFY(isCached(path, {10, 10}));
+    }
+    QCOMPARE(int(gone), 20);
+}
+
+void tst_CoverProvider::hugePictureAndFiftyRequests()
+{
+    // Qt reckons four bytes a pixel: a grey picture of 100 megapixels is above its limit.
+    QString huge;
+    {
+        QImage picture(10'000, 10'000, QImage::Format_Grayscale8);
+        QVERIFY(!picture.isNull());
+        picture.fill(0x80);
+        huge = m_test->save(picture, u"huge.png"_s);
+    }
+    // The largest that is read.
+    const int side = int(std::sqrt(QImageReader::allocationLimit() * 1024. * 1024 / 4)) - 1;
+    const qint64 largeSize = qint64(side) * side * 4 / 1024; // KiB
+    QString large;
+    {
+        QImage picture(side, side, QImage::Format_RGB32);
+        QVERIFY(!picture.isNull());
+        picture.fill(Qt::darkGray);
+        large = m_test->save(picture, u"large.png"_s);
+    }
+    CoverProvider provider;
+    provider.setup();
+    takeThreads(provider);
+    QVERIFY(forgetHighestMemory());
+    const qint64 before = memory("VmRSS");
+    Listener listener;
+    std::vector<std::unique_ptr<QQuickImageResponse>> responses;
+    for (int i = 0; i < 50; ++i) {
+        QString path = m_test->save(gradient({200, 150}), u"%1.png"_s.arg(i));
+        if (i % 10 == 0)
+            path = huge;
+        else if (i % 10 < 3)
+            path = large;
+        if (path == huge)
+            QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"exceeds the current allocation limit"_s));
+        responses.emplace_back(provider.requestImageResponse(path, {100 + i, 100 + i}));
+        listener.listenTo(responses.back().get());
+    }
+    HeldPictures::letAllPass();
+    QVERIFY(listener.ends.tryAcquire(50, 240'000));
+    for (int i = 0; i < 50; ++i)
+        QCOMPARE(imageOf(*responses.at(std::size_t(i))).isNull(), i % 10 == 0);
+
+    // Two of the large ones at once, and something for the rest.
+    const qint64 grown = memory("VmHWM") - before;
+    QVERIFY2(grown < 2 * largeSize + 60 * 1024, QByteArray::number(grown).constData());
+    QVERIFY2(grown > largeSize, QByteArray::number(grown).constData()); // read whole
+}
+
+PANEL_TEST_MAIN(tst_CoverProvider)
+#include "tst_cover_provider.moc"

@@ -1,0 +1,430 @@
+// What becomes of a picture file on its way to a thumbnail, and how it is handed over.
+
+#include "async_image_response.h"
+#include "cover_cache.h"
+#include "panel_application.h"
+#include "picture_fixture.h"
+
+#include <boardconf.h>
+#include <slateview.h>
+
+#include <QQuickTextureFactory>
+#include <QSignalSpy>
+#include <QtEndian>
+
+#include <sys/stat.h>
+
+using namespace Qt::StringLiterals;
+using lindenreed::device::SdkCall;
+using lindenreed::picture_stand::AsyncImageResponse;
+using lindenreed::picture_stand::CoverCache;
+using lindenreed::picture_stand::coverKey;
+
+namespace {
+
+/// Runs it here and now; what the engine gets.
+QImage handedOver(AsyncImageResponse &response)
+{
+    const QSignalSpy finished(&response, &QQuickImageResponse::finished);
+    response.run();
+    if (finished.count() != 1 || !response.errorString().isEmpty())
+        return QImage(1, 1, QImage::Format_Mono);
+    const std::unique_ptr<QQuickTextureFactory> factory(response.textureFactory());
+    return factory ? factory->image() : QImage();
+}
+
+QImage cover(const QString &path, QSize box)
+{
+    AsyncImageResponse response(path, box);
+    return handedOver(response);
+}
+
+/// Of a PNG chunk.
+quint32 checksum(const QByteArray &bytes)
+{
+    quint32 sum = 0xffff'ffff;
+    for (const char byte : bytes) {
+        sum ^= uchar(byte);
+        for (int bit = 0; bit < 8; ++bit)
+            sum = (sum & 1) != 0 ? (sum >> 1) ^ 0xedb8'8320 : sum >> 1;
+    }
+    return ~sum;
+}
+
+std::optional<QImage> cached(const QString &path, QSize box)
+{
+    return CoverCache::instance().find(coverKey(path, box.width(), box.height()));
+}
+
+} // namespace
+
+class tst_CoverResponse : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init() { m_test = std::make_unique<PictureFixture>(); }
+    void cleanup() { m_test.reset(); }
+
+    void boxes_data();
+    void boxes();
+    void unusable_data();
+    void unusable();
+    void greyPanel();
+    void colourPanel();
+    void readWholeAndScaledBeforeItIsConverted();
+    void parametersDoNotApply();
+    void exifThumbnailAndTurnAreNotUsed();
+    void secondRequestReadsNothing();
+    void twoSizesAreTwoEntries();
+    void longPathGivesTheFirstSize();
+    void pathWithACutLetter();
+    void hitIsAUse();
+    void missIsAUse();
+    void inversionIsOfTheHandOver();
+    void cannotBeShown_data();
+    void cannotBeShown();
+    void remembersWhatCannotBeShown();
+    void headerBeyondTheLimit();
+    void cancelDoesNothing();
+    void poolKeepsItsHandsOff();
+    void metaObject();
+
+private:
+    std::unique_ptr<PictureFixture> m_test;
+};
+
+void tst_CoverResponse::boxes_data()
+{
+    QTest::addColumn<QSize>("file");
+    QTest::addColumn<QSize>("box");
+    QTest::addColumn<QSize>("shown");
+
+    QTest::newRow("enlarged") << QSize(10, 10) << QSize(100, 100) << QSize(100, 100);
+    QTest::newRow("wide") << QSize(300, 100) << QSize(100, 100) << QSize(100, 33);
+    QTest::newRow("tall") << QSize(100, 300) << QSize(100, 100) << QSize(33, 100);
+    QTest::newRow("the box itself") << QSize(100, 50) << QSize(100, 50) << QSize(100, 50);
+    QTest::newRow("one pixel") << QSize(100, 50) << QSize(1, 1) << QSize(1, 1);
+    QTest::newRow("a thread keeps a row") << QSize(3000, 1) << QSize(100, 100) << QSize(100, 1);
+}
+
+void tst_CoverResponse::boxes()
+{
+    QFETCH(QSize, file);
+    QFETCH(QSize, box);
+    QFETCH(QSize, shown);
+
+    const QString path = m_test->save(gradient(file), u"a.png"_s);
+    QCOMPARE(cover(path, box).size(), shown);
+    QCOMPARE(cached(path, box)->size(), shown);
+}
+
+void tst_CoverResponse::unusable_data()
+{
+    QTest::addColumn<bool>("named");
+    QTest::addColumn<QSize>("box");
+
+    QTest::newRow("no id") << false << QSize(10, 10);
+    QTest::newRow("no width") << true << QSize(0, 10);
+    QTest::newRow("no height") << true << QSize(10, 0);
+    QTest::newRow("half a box") << true << QSize(10, -1);
+    QTest::newRow("no box") << true << QSize();
+}
+
+void tst_CoverResponse::unusable()
+{
+    QFETCH(bool, named);
+    QFETCH(QSize, box);
+
+    const QString path = named ? m_test->save(gradient({20, 20}), u"a.png"_s) : QString();
+    m_test->device.forgetCalls();
+    QVERIFY(cover(path, box).isNull()); // and finished() came
+    QVERIFY(!cached(path, box)); // it is no failure to remember
+    QVERIFY(!CoverCache::instance().find(coverKey(path, -1, -1)));
+    QVERIFY(m_test->device.calls({"adjustAreaDefault", "QuickFloyd16Dither"}).isEmpty());
+}
+
+void tst_CoverResponse::greyPanel()
+{
+    const QImage original = gradient({300, 200});
+    const QString path = m_test->save(original, u"a.png"_s);
+    m_test->device.forgetCalls();
+    const QImage shown = cover(path, {150, 150});
+
+    const QList<SdkCall> calls = m_test->device.calls(
+        {"adjustAreaDefault", "adjustAreaWithBrightnessContrastGamma", "QuickFloyd16Dither"});
+    QCOMPARE(calls.size(), 2);
+    QCOMPARE(calls.at(0).name, QByteArray("adjustAreaDefault"));
+    QCOMPARE(calls.at(0).arguments, (QByteArrayList{"152", "150", "100"}));
+    QCOMPARE(calls.at(1).name, QByteArray("QuickFloyd16Dither"));
+    QCOMPARE(calls.at(1).arguments, (QByteArrayList{"152", "0", "0", "150", "100"}));
+
+    QImage expected = original.scaled(150, 150, Qt::KeepAspectRatio, Qt::FastTransformation);
+    adjustAreaDefault(expected.scanLine(0), int(expected.bytesPerLine()), 150, 100);
+    QuickFloyd16Dither(expected.scanLine(0), int(expected.bytesPerLine()), 0, 0, 150, 100);
+    QCOMPARE(*cached(path, {150, 150}), expected); // the finished form is what is kept
+    QCOMPARE(cached(path, {150, 150})->format(), QImage::Format_Grayscale8);
+    QCOMPARE(shown.convertToFormat(QImage::Format_Grayscale8), expected);
+}
+
+void tst_CoverResponse::colourPanel()
+{
+    m_test->device.setColourMask(1);
+    QImage colours(90, 60, QImage::Format_RGB888);
+    for (int y = 0; y < 60; ++y) {
+        for (int x = 0; x < 90; ++x)
+            colours.setPixel(x, y, qRgb(x * 2, y * 4, 200));
+    }
+    const QString path = m_test->save(colours, u"a.png"_s);
+    m_test->device.forgetCalls();
+    QVERIFY(!cover(path, {45, 45}).isNull());
+
+    const QList<SdkCall> calls = m_test->device.calls(
+        {"adjustAreaDefault", "adjustAreaWithBrightnessContrastGamma", "QuickFloyd16Dither"});
+    QCOMPARE(calls.size(), 1);
+    QCOMPARE(calls.first().name, QByteArray("adjustAreaDefault"));
+    QImage expected = QImage(path)
+                          .scaled(45, 45, Qt::KeepAspectRatio, Qt::FastTransformation)
+                          .convertToFormat(QImage::Format_RGB888);
+    adjustAreaDefault(expected.scanLine(0), int(expected.bytesPerLine()), 45, 30);
+    QCOMPARE(*cached(path, {45, 45}), expected);
+    QCOMPARE(cached(path, {45, 45})->format(), QImage::Format_RGB888);
+}
+
+void tst_CoverResponse::readWholeAndScaledBeforeItIsConverted()
+{
+    // A JPEG that was reduced while decoding, or smoothly, would have other greys; a picture with transparent
+    // pixels others again if it were converted first.
+    QImage photo(400, 400, QImage::Format_RGB32);
+    for (int y = 0; y < 400; ++y) {
+        for (int x = 0; x < 400; ++x)
+            photo.setPixel(x, y, (x / 3 + y / 5) % 2 == 0 ? qRgb(x % 256, 10, y % 256) : qRgb(240, 250, 220));
+    }
+    for (const QString &name : {u"a.jpg"_s, u"a.bmp"_s, u"a.tiff"_s}) {
+        const QString path = m_test->save(photo, name);
+        QVERIFY2(!path.isEmpty(), qPrintable(name));
+        cover(path, {50, 50});
+        QImage expected = QImage(path)
+                              .scaled(50, 50, Qt::KeepAspectRatio, Qt::FastTransformation)
+                              .convertToFormat(QImage::Format_Grayscale8);
+        adjustAreaDefault(expected.scanLine(0), int(expected.bytesPerLine()), 50, 50);
+        QuickFloyd16Dither(expected.scanLine(0), int(expected.bytesPerLine()), 0, 0, 50, 50);
+        QCOMPARE(*cached(path, {50, 50}), expected);
+    }
+}
+
+void tst_CoverResponse::parametersDoNotApply()
+{
+    const QString path = m_test->save(gradient({64, 64}), u"a.png"_s);
+    cover(path, {32, 32});
+    m_test->configure("picviewer_brightness=300\npicviewer_contrast=10\npicviewer_gamma=10\n");
+    const QString copy = m_test->folder.filePath(u"b.png"_s);
+    QVERIFY(QFile::copy(path, copy));
+    cover(copy, {32, 32});
+    QCOMPARE(*cached(copy, {32, 32}), *cached(path, {32, 32}));
+}
+
+void tst_CoverResponse::exifThumbnailAndTurnAreNotUsed()
+{
+    // A JPEG whose EXIF says "turned by 90 degrees": pixels are shown as stored.
+    const QString plain = m_test->save(gradient({60, 30}), u"plain.jpg"_s);
+    QFile file(plain);
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    QByteArray bytes = file.readAll();
+    const QByteArray exif("\xff\xe1\x00\x22"
+                          "Exif\0\0II*\0\x08\0\0\0\x01\0\x12\x01\x03\0\x01\0\0\0\x06\0\0\0\0\0\0\0",
+                          36);
+    bytes.insert(2, exif);
+    const QString turned = m_test->folder.filePath(u"turned.jpg"_s);
+    QFile out(turned);
+    QVERIFY(out.open(QIODevice::WriteOnly) && out.write(bytes) == bytes.size());
+    out.close();
+    cover(plain, {30, 30});
+    cover(turned, {30, 30});
+    QCOMPARE(cached(turned, {30, 30})->size(), QSize(30, 15));
+    QCOMPARE(*cached(turned, {30, 30}), *cached(plain, {30, 30}));
+}
+
+void tst_CoverResponse::secondRequestReadsNothing()
+{
+    const QString path = m_test->save(gradient({64, 64}), u"a.png"_s);
+    const QImage first = cover(path, {32, 32});
+    QVERIFY(QFile::remove(path));
+    m_test->device.forgetCalls();
+    QCOMPARE(cover(path, {32, 32}), first);
+    QVERIFY(m_test->device.calls({"adjustAreaDefault", "QuickFloyd16Dither"}).isEmpty());
+}
+
+void tst_CoverResponse::twoSizesAreTwoEntries()
+{
+    const QString path = m_test->save(gradient({64, 64}), u"a.png"_s);
+    QCOMPARE(cover(path, {32, 32}).size(), QSize(32, 32));
+    QCOMPARE(cover(path, {16, 16}).size(), QSize(16, 16));
+    QVERIFY(cached(path, {32, 32}) && cached(path, {16, 16}));
+}
+
+void tst_CoverResponse::longPathGivesTheFirstSize()
+{
+    const QString path = m_test->save(gradient({64, 64}), QString(70, u'n') + u".png"_s);
+    QVERIFY(path.size() >= 70);
+    QCOMPARE(cover(path, {32, 32}).size(), QSize(32, 32));
+    QCOMPARE(cover(path, {16, 16}).size(), QSize(32, 32));
+    // Another file, of which the name does not tell the first 62 bytes apart.
+    QCOMPARE(cover(path + u"x"_s, {16, 16}).size(), QSize(32, 32));
+}
+
+void tst_CoverResponse::pathWithACutLetter()
+{
+    const QString start = m_test->folder.path() + u'/';
+    const QString filler(61 - start.toUtf8().size(), u'n');
+    const QString first = m_test->save(gradient({40, 20}), filler + u"ü.png"_s);
+    const QString second = m_test->save(gradient({20, 20}), filler + u"ö.png"_s);
+    QCOMPARE(cover(first, {10, 10}).size(), QSize(10, 5));
+    QCOMPARE(cover(second, {10, 10}).size(), QSize(10, 5)); // the first one's
+}
+
+void tst_CoverResponse::hitIsAUse()
+{
+    const QString path = m_test->save(gradient({8, 8}), u"a.png"_s);
+    cover(path, {1, 1});
+    for (int i = 2; i <= 50; ++i)
+        cover(path, {i, i});
+    cover(path, {1, 1});
+    cover(path, {51, 51});
+    QVERIFY(cached(path, {1, 1}));
+    QVERIFY(!cached(path, {2, 2}));
+    QVERIFY(cached(path, {3, 3}));
+}
+
+void tst_CoverResponse::missIsAUse()
+{
+    // Fifty-one files that are not there: their entries count like any other.
+    const QString path = m_test->save(gradient({8, 8}), u"a.png"_s);
+    cover(path, {4, 4});
+    for (int i = 0; i < 50; ++i) {
+        QVERIFY(cached(path, {4, 4}));
+        cover(m_test->folder.filePath(QString::number(i)), {4, 4});
+    }
+    QVERIFY(!cached(path, {4, 4}));
+}
+
+void tst_CoverResponse::inversionIsOfTheHandOver()
+{
+    const QString path = m_test->save(gradient({64, 64}), u"a.png"_s);
+    AsyncImageResponse response(path, {32, 32});
+    lindenreed::device::facts().inverted = true;
+    const QImage inverted = handedOver(response);
+    const QImage kept = *cached(path, {32, 32});
+    QImage expected = kept.convertToFormat(inverted.format());
+    expected.invertPixels(QImage::InvertRgb);
+    QCOMPARE(inverted, expected);
+
+    // The same response, and the same entry, after the screen was switched; and again.
+    lindenreed::device::facts().inverted = false;
+    QCOMPARE(std::unique_ptr<QQuickTextureFactory>(response.textureFactory())->image(),
+             kept.convertToFormat(inverted.format()));
+    QVERIFY(QFile::remove(path));
+    QCOMPARE(cover(path, {32, 32}), kept.convertToFormat(inverted.format()));
+    lindenreed::device::facts().inverted = true;
+    QCOMPARE(cover(path, {32, 32}), inverted);
+    QCOMPARE(*cached(path, {32, 32}), kept);
+}
+
+void tst_CoverResponse::cannotBeShown_data()
+{
+    QTest::addColumn<QByteArray>("kind");
+
+    for (const char *kind : {"missing", "empty", "text", "fifo", "device", "folder", "resource"})
+        QTest::newRow(kind) << QByteArray(kind);
+}
+
+void tst_CoverResponse::cannotBeShown()
+{
+    QFETCH(QByteArray, kind);
+
+    QString path = m_test->folder.filePath(u"a.png"_s);
+    const auto write = [&path](const QByteArray &contents) {
+        QFile file(path);
+        return file.open(QIODevice::WriteOnly) && file.write(contents) == contents.size();
+    };
+    if (kind == "empty")
+        QVERIFY(write({}));
+    else if (kind == "text")
+        QVERIFY(write("no picture at all\n"));
+    else if (kind == "fifo")
+        QCOMPARE(mkfifo(QFile::encodeName(path).constData(), 0600), 0); // opening it would wait for ever
+    else if (kind == "device")
+        QVERIFY(QFile::link(u"/dev/zero"_s, path)); // reading it would never end
+    else if (kind == "folder")
+        QVERIFY(QDir().mkdir(path));
+    else if (kind == "resource")
+        path = u":/qt-project.org/imports/nothing.png"_s;
+
+    // A null picture without an error, through all operations.
+    m_test->device.forgetCalls();
+    m_test->log.forget();
+    QVERIFY(cover(path, {32, 32}).isNull());
+    const QList<SdkCall> calls = m_test->device.calls({"adjustAreaDefault", "QuickFloyd16Dither"});
+    QCOMPARE(calls.size(), 2);
+    QCOMPARE(calls.at(0).arguments, (QByteArrayList{"0", "0", "0"}));
+    QCOMPARE(calls.at(1).arguments, (QByteArrayList{"0", "0", "0", "0", "0"}));
+    QVERIFY(cached(path, {32, 32}));
+    QCOMPARE(m_test->log.text(), QByteArray());
+}
+
+void tst_CoverResponse::remembersWhatCannotBeShown()
+{
+    const QString path = m_test->folder.filePath(u"late.png"_s);
+    QVERIFY(cover(path, {32, 32}).isNull());
+    QVERIFY(gradient({8, 8}).save(path));
+    QVERIFY(cover(path, {32, 32}).isNull());
+    for (int i = 1; i <= 50; ++i) // until its place is taken
+        cover(path, {i, 1});
+    QVERIFY(!cover(path, {32, 32}).isNull());
+}
+
+void tst_CoverResponse::headerBeyondTheLimit()
+{
+    // Width and height of 60000 in the first chunk of a PNG, which has a checksum.
+    const QString path = m_test->save(gradient({200, 150}), u"a.png"_s);
+    QFile file(path);
+    QVERIFY(file.open(QIODevice::ReadWrite));
+    QByteArray bytes = file.readAll();
+    bytes.replace(16, 8, QByteArray("\0\0\xea\x60\0\0\xea\x60", 8));
+    const quint32 sum = qToBigEndian(checksum(bytes.mid(12, 17)));
+    bytes.replace(29, 4, QByteArray(reinterpret_cast<const char *>(&sum), 4));
+    QVERIFY(file.seek(0) && file.write(bytes) == bytes.size());
+    file.close();
+    QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"exceeds the current allocation limit"_s));
+    QVERIFY(cover(path, {32, 32}).isNull());
+    QVERIFY(cached(path, {32, 32})->isNull());
+}
+
+void tst_CoverResponse::cancelDoesNothing()
+{
+    const QString path = m_test->save(gradient({64, 64}), u"a.png"_s);
+    AsyncImageResponse response(path, {32, 32});
+    response.cancel();
+    QCOMPARE(handedOver(response).size(), QSize(32, 32));
+    QVERIFY(cached(path, {32, 32}));
+    response.cancel();
+    QVERIFY(std::unique_ptr<QQuickTextureFactory>(response.textureFactory()));
+}
+
+void tst_CoverResponse::poolKeepsItsHandsOff()
+{
+    AsyncImageResponse response(m_test->save(gradient({64, 64}), u"a.png"_s), {32, 32});
+    QVERIFY(!response.autoDelete());
+    QCOMPARE(response.errorString(), QString());
+}
+
+void tst_CoverResponse::metaObject()
+{
+    const QMetaObject &meta = AsyncImageResponse::staticMetaObject;
+    QCOMPARE(meta.methodCount() - meta.methodOffset(), 1);
+    QCOMPARE(meta.method(meta.methodOffset()).methodSignature(), QByteArray("cancel()"));
+    QCOMPARE(QByteArray(meta.className()), QByteArray("lindenreed::picture_stand::AsyncImageResponse"));
+}
+
+PANEL_TEST_MAIN(tst_CoverResponse)
+#include "tst_cover_response.moc"
