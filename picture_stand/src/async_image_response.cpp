@@ -47,6 +47,7 @@ AsyncImageResponse::AsyncImageResponse(const QString &id, const QSize &requested
         height = requestedSize.height();
     }
     setAutoDelete(false);
+    m_usable = !path.isEmpty();
 }
 
 AsyncImageResponse::~AsyncImageResponse()
@@ -71,7 +72,7 @@ void AsyncImageResponse::cancel() { }
 
 void AsyncImageResponse::run()
 {
-    if (!path.isEmpty() && width >= 0 && height >= 0) {
+    if (m_usable) {
         CoverCache &cache = CoverCache::instance();
         const QString key = coverKey(path, width, height);
         if (std::optional<QImage> found = cache.find(key)) {

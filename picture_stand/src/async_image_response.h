@@ -8,6 +8,7 @@
 #include <QSize>
 #include <QString>
 
+#include <atomic>
 #include <mutex>
 
 namespace lindenreed::picture_stand {
@@ -46,6 +47,8 @@ private:
     QImage image;
     QString error; ///< always empty
     bool done = false; ///< behind m_end
+    /// Path and box are there to be read. Written last and read first: hands all of this to the run's thread.
+    std::atomic<bool> m_usable = false;
     std::mutex m_end; ///< held while the run ends: whoever hears of that may delete this at once
 };
 

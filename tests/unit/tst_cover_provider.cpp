@@ -3,6 +3,7 @@
 #include "async_image_response.h"
 #include "cover_cache.h"
 #include "cover_provider.h"
+#include "cover_requests.h"
 #include "held_pictures.h"
 #include "panel_application.h"
 #include "picture_fixture.h"
@@ -11,16 +12,12 @@
 #include <boardconf.h>
 #include <slateview.h>
 
-#include <QImageReader>
 #include <QQuickTextureFactory>
-#include <QSemaphore>
 #include <QSignalSpy>
 #include <QThread>
 #include <QtPlugin>
 
 #include <algorithm>
-#include <atomic>
-#include <cmath>
 #include <memory>
 #include <vector>
 
@@ -46,49 +43,6 @@ bool isCached(const QString &path, QSize box)
 QString number(int i)
 {
     return QString::number(i);
-}
-
-/// Hears of the end of responses that are held or wait behind such.
-struct Listener
-{
-    void listenTo(QQuickImageResponse *response)
-    {
-        QObject::connect(
-            response, &QQuickImageResponse::finished, response,
-            [this] {
-                thread = QThread::currentThread();
-                ends.release();
-            },
-            Qt::DirectConnection);
-    }
-    QSemaphore ends;
-    std::atomic<QThread *> thread = nullptr; ///< of the last one
-};
-
-QImage imageOf(const QQuickImageResponse &response)
-{
-    const std::unique_ptr<QQuickTextureFactory> factory(response.textureFactory());
-    return factory ? factory->image() : QImage();
-}
-
-/// Makes this the highest memory use of the process so far; false where the system does not let one.
-bool forgetHighestMemory()
-{
-    QFile file(u"/proc/self/clear_refs"_s);
-    return file.open(QIODevice::WriteOnly) && file.write("5") == 1;
-}
-
-/// In KiB: "VmHWM" is the highest, "VmRSS" that of now.
-qint64 memory(const QByteArray &name)
-{
-    QFile file(u"/proc/self/status"_s);
-    if (!file.open(QIODevice::ReadOnly))
-        return -1;
-    for (const QByteArray &line : file.readAll().split('\n')) {
-        if (line.startsWith(name + ':'))
-            return line.simplified().split(' ').at(1).toLongLong();
-    }
-    return -1;
 }
 
 } // namespace
@@ -119,18 +73,13 @@ private slots:
     void queuedJobsDoNotRun();
     void deletedResponseIsForgotten();
     void leftResponsesGoWithTheProvider();
-    void hugePictureAndFiftyRequests();
 
 private:
     /// A finished response: nothing could run before somebody listened to its end.
     std::unique_ptr<QQuickImageResponse> answered(CoverProvider &provider, const QString &path, QSize box);
-    /// Takes the two threads of the provider until the gate is opened.
-    void takeThreads(CoverProvider &provider);
     QString held(int i) const { return writeHeldPicture(m_test->folder.path(), number(i)); }
 
     std::unique_ptr<PictureFixture> m_test;
-    QList<QQuickImageResponse *> m_holders; ///< left to their provider
-    int m_holder = 1000;
 };
 
 void tst_CoverProvider::init()
@@ -146,21 +95,11 @@ void tst_CoverProvider::cleanup()
     m_test.reset();
 }
 
-void tst_CoverProvider::takeThreads(CoverProvider &provider)
-{
-    HeldPictures::reset();
-    m_holders.clear();
-    for (int i = 0; i < 2; ++i)
-        m_holders.append(provider.requestImageResponse(held(++m_holder), {10, 10}));
-    QVERIFY(HeldPictures::waitUntilBegun(2));
-}
-
 std::unique_ptr<QQuickImageResponse> tst_CoverProvider::answered(CoverProvider &provider, const QString &path,
                                                                  QSize box)
 {
-    takeThreads(provider);
     Listener listener;
-    for (QQuickImageResponse *holder : std::as_const(m_holders))
+    for (QQuickImageResponse *holder : takeThreads(provider, m_test->folder.path()))
         listener.listenTo(holder);
     std::unique_ptr<QQuickImageResponse> response(provider.requestImageResponse(path, box));
     listener.listenTo(response.get());
@@ -448,55 +387,6 @@ void tst_CoverProvider::leftResponsesGoWithTheProvider()
         QTRY_VERIFY(isCached(path, {10, 10}));
     }
     QCOMPARE(int(gone), 20);
-}
-
-void tst_CoverProvider::hugePictureAndFiftyRequests()
-{
-    // Qt reckons four bytes a pixel: a grey picture of 100 megapixels is above its limit.
-    QString huge;
-    {
-        QImage picture(10'000, 10'000, QImage::Format_Grayscale8);
-        QVERIFY(!picture.isNull());
-        picture.fill(0x80);
-        huge = m_test->save(picture, u"huge.png"_s);
-    }
-    // The largest that is read.
-    const int side = int(std::sqrt(QImageReader::allocationLimit() * 1024. * 1024 / 4)) - 1;
-    const qint64 largeSize = qint64(side) * side * 4 / 1024; // KiB
-    QString large;
-    {
-        QImage picture(side, side, QImage::Format_RGB32);
-        QVERIFY(!picture.isNull());
-        picture.fill(Qt::darkGray);
-        large = m_test->save(picture, u"large.png"_s);
-    }
-    CoverProvider provider;
-    provider.setup();
-    takeThreads(provider);
-    QVERIFY(forgetHighestMemory());
-    const qint64 before = memory("VmRSS");
-    Listener listener;
-    std::vector<std::unique_ptr<QQuickImageResponse>> responses;
-    for (int i = 0; i < 50; ++i) {
-        QString path = m_test->save(gradient({200, 150}), u"%1.png"_s.arg(i));
-        if (i % 10 == 0)
-            path = huge;
-        else if (i % 10 < 3)
-            path = large;
-        if (path == huge)
-            QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"exceeds the current allocation limit"_s));
-        responses.emplace_back(provider.requestImageResponse(path, {100 + i, 100 + i}));
-        listener.listenTo(responses.back().get());
-    }
-    HeldPictures::letAllPass();
-    QVERIFY(listener.ends.tryAcquire(50, 240'000));
-    for (int i = 0; i < 50; ++i)
-        QCOMPARE(imageOf(*responses.at(std::size_t(i))).isNull(), i % 10 == 0);
-
-    // Two of the large ones at once, and something for the rest.
-    const qint64 grown = memory("VmHWM") - before;
-    QVERIFY2(grown < 2 * largeSize + 60 * 1024, QByteArray::number(grown).constData());
-    QVERIFY2(grown > largeSize, QByteArray::number(grown).constData()); // read whole
 }
 
 PANEL_TEST_MAIN(tst_CoverProvider)
