@@ -41,6 +41,13 @@ void findEventLoop()
     haveEventLoop = true;
 }
 
+/// Until the worker that posted has let go of the lock. Qt's own lock is one that ThreadSanitizer does not
+/// see.
+void waitForWorker()
+{
+    const std::lock_guard lock(eventLoopMutex);
+}
+
 bool alwaysMounted()
 {
     return true;
@@ -126,8 +133,11 @@ void Storage::update()
         const std::lock_guard lock(eventLoopMutex);
         if (!haveEventLoop)
             return;
-        QMetaObject::invokeMethod(
-            this, [this, found = std::move(found)]() mutable { takeRoots(found); }, Qt::QueuedConnection);
+        auto takeOver = [this, found = std::move(found)]() mutable {
+            waitForWorker();
+            takeRoots(found);
+        };
+        QMetaObject::invokeMethod(this, std::move(takeOver), Qt::QueuedConnection);
     }).detach();
 }
 

@@ -20,9 +20,9 @@
 using namespace Qt::StringLiterals;
 using lindenreed::picture_stand::App;
 using lindenreed::picture_stand::BreadcrumbsModel;
-using lindenreed::picture_stand::FolderModel;
 using lindenreed::picture_stand::CoverCache;
 using lindenreed::picture_stand::coverKey;
+using lindenreed::picture_stand::FolderModel;
 using lindenreed::picture_stand::Storage;
 
 class tst_AppRun : public QObject
