@@ -71,6 +71,7 @@ void tst_PanelColour::fastUpdatesAreBlackAndWhiteFirst()
         Rectangle { id: part; x: 100; y: 100; width: 50; height: 50; color: "#fe8001" } })");
     QVERIFY(panel_view::waitUntilStill());
     Screen &screen = Device::instance()->screen;
+    const quint64 before = panel_view::countFrom();
     PanelRemote remote;
     QVERIFY(remote.ask(QStringLiteral("follow")).value(QStringLiteral("ok")).toBool());
     const auto nextRefresh = [&remote] {
@@ -80,7 +81,6 @@ void tst_PanelColour::fastUpdatesAreBlackAndWhiteFirst()
         while (!event.isEmpty() && event.value(QStringLiteral("event")) != QStringLiteral("refresh"));
         return event.value(QStringLiteral("mode")).toString();
     };
-    const quint64 before = panel_view::countFrom();
 
     screen.setFastUpdates(true);
     window->setProperty("partColour", QColor(0x12, 0x34, 0x56));

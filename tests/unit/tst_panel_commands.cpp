@@ -246,8 +246,8 @@ void tst_PanelCommands::idleWaitsForDrawing()
     QCOMPARE(code(m_remote->ask(u"idle"_s, {{u"ms"_s, 200}}, 40'000)), u"ok"_s);
     QCOMPARE(window->property("ticks").toInt(), 20);
     // The last tick stands on the panel: a full refresh now would bring nothing new.
-    const QImage seen = panel_view::upright();
     const quint64 before = panel_view::countFrom();
+    const QImage seen = panel_view::upright();
     Device::instance()->screen.refresh(lindenreed::device::RefreshMode::Full);
     QTRY_COMPARE(panel_view::refreshNumber(), before + 1);
     QCOMPARE(panel_view::upright(), seen);
