@@ -33,4 +33,7 @@ function(slate_precompiled_test target)
     endif()
     target_link_libraries(${target} PRIVATE Qt6::Gui Qt6::Network)
     target_precompile_headers(${target} REUSE_FROM ${headers})
+    # An empty file, as a rule: a test's .moc is included by the test itself.
+    set_source_files_properties(${CMAKE_CURRENT_BINARY_DIR}/${target}_autogen/mocs_compilation.cpp
+        PROPERTIES SKIP_PRECOMPILE_HEADERS ON)
 endfunction()
