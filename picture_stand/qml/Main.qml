@@ -19,6 +19,16 @@ Window {
             SlideshowModel.switchHQUpdates(false)
             App.updateScreen()
             main_loader.sourceComponent = playlists
+        } else if (view === "playlist") {
+            App.showPanel(true)
+            SlideshowModel.switchHQUpdates(false)
+            App.updateScreen()
+            main_loader.sourceComponent = playlist
+        } else if (view === "select_photos") {
+            App.showPanel(true)
+            SlideshowModel.switchHQUpdates(false)
+            App.updateScreen()
+            main_loader.sourceComponent = select_photos
         }
     }
 
@@ -92,5 +102,17 @@ Window {
         Playlists {
             onChangeView: view => App.changeView(view)
         }
+    }
+
+    Component {
+        id: select_photos
+
+        SelectPhotos {}
+    }
+
+    Component {
+        id: playlist
+
+        Playlist {}
     }
 }

@@ -1,5 +1,6 @@
-// All playlists, each with its number of pictures and a play button.
+// All playlists, each with its first pictures, their number and a play button.
 import QtQuick 2.12
+import QtQuick.Window 2.12
 import com.lindenreed.controls 1.0
 import com.lindenreed.controls 2.0 as LRControls2
 import com.lindenreed.picture_stand 1.0
@@ -10,6 +11,30 @@ Item {
     id: wrapper
 
     signal changeView(string view)
+
+    function openPlaylist(id) {
+        PlaylistModel.activeId = id
+        PlaylistModel.mode = PlaylistDataRoles.ViewMode
+        FolderModel.mode = FolderModelModeRoles.NormalMode
+        FolderModel.clearListIgnoreSelection()
+        FolderModel.loadFromList(PlaylistModel.getImagesById(PlaylistModel.activeId))
+        changeView("playlist")
+    }
+
+    /// Of the row whose menu is open.
+    function addPhotos() {
+        PlaylistModel.mode = PlaylistDataRoles.AddMode
+        FolderModel.mode = FolderModelModeRoles.SelectionMode
+        FolderModel.setListIgnoreSelection(PlaylistModel.getImagesById(PlaylistModel.activeId))
+        FolderModel.restore()
+        changeView("select_photos")
+    }
+
+    /// Without a question: no file goes with a playlist.
+    function deletePlaylist() {
+        PlaylistModel.deleteItem(PlaylistModel.activeId)
+        PlaylistModel.activeId = -1
+    }
 
     function focusGrid() {
         if (visible)
@@ -36,7 +61,38 @@ Item {
         title: qsTr("@picture_stand")
         closeIcon: "image://resource/home"
         closePressedIcon: "image://resource/home_inv"
+        rightButtonsOffset: Global.dp(20 * 0.53)
         onClose: App.quit()
+
+        BitmapButton {
+            icon: "image://resource/desktop_app_settings"
+            pressedIcon: "image://resource/desktop_app_settings_f"
+            Accessible.name: qsTr("@SlideshowSettings")
+            onAction: {
+                App.backView = "playlists"
+                App.changeView("settings_slideshow")
+            }
+        }
+    }
+
+    ListModel {
+        id: playlistMenu
+
+        ListElement {
+            uid_: 0
+            text_: qsTr("@Rename")
+            image_: "edit_word"
+        }
+        ListElement {
+            uid_: 1
+            text_: qsTr("@AddPhotosToPlaylist")
+            image_: "plus_add"
+        }
+        ListElement {
+            uid_: 2
+            text_: qsTr("@Delete")
+            image_: "trash"
+        }
     }
 
     GridView {
@@ -58,6 +114,8 @@ Item {
         model: PlaylistModel
         pressDelay: GlobalValues.listPressDelay
         visible: PlaylistModel.count > 0
+
+        Keys.onPressed: event => explorer_footer.pressed(event)
 
         onMovementStarted: {
             const corner = grid.mapToGlobal(0, 0)
@@ -81,23 +139,62 @@ Item {
             width: grid.cellWidth // qmllint disable unqualified
             height: grid.cellHeight // qmllint disable unqualified
 
-            Column {
-                id: texts
+            Keys.onEnterPressed: wrapper.openPlaylist(playlist_id)
+            Keys.onReturnPressed: wrapper.openPlaylist(playlist_id)
+            Keys.onRightPressed: play_button.forceActiveFocus()
+
+            Item {
+                id: covers
+
+                readonly property int cell: Global.dp(109 * 0.5333)
+                readonly property int corner: Global.dp(10 * 0.5333)
 
                 anchors {
                     left: parent.left
                     leftMargin: Global.dp(12 * 0.5333)
+                    verticalCenter: parent.verticalCenter
+                }
+                height: width
+                width: Global.dp(220 * 0.5333)
+
+                Repeater {
+                    model: 4
+
+                    RoundedImage {
+                        required property int index
+
+                        height: covers.cell
+                        width: covers.cell
+                        x: index % 2 === 0 ? 0 : covers.width - width
+                        y: index < 2 ? 0 : covers.height - height
+                        radius_top_left: index === 0 ? covers.corner : 0
+                        radius_top_right: index === 1 ? covers.corner : 0
+                        radius_bottom_left: index === 2 ? covers.corner : 0
+                        radius_bottom_right: index === 3 ? covers.corner : 0
+                        source: "image://cover_provider/" + PlaylistModel.getImage(row.playlist_id, index)
+                    }
+                }
+            }
+
+            Column {
+                id: texts
+
+                anchors {
+                    left: covers.right
+                    leftMargin: Global.dp(30 * 0.5333)
                     right: column_separator.left
                     rightMargin: Global.dp(24 * 0.5333)
                     verticalCenter: parent.verticalCenter
                 }
 
-                Accessible.role: Accessible.StaticText
+                Accessible.role: Accessible.Button
                 Accessible.name: qsTr(row.title) + ". " + row.count_exists // a title may hold "%2"
+                Accessible.onPressAction: wrapper.openPlaylist(row.playlist_id)
 
                 StyledText {
                     width: parent.width
                     elide: Text.ElideRight
+                    maximumLineCount: 1
                     styledFont: FontStyles.BodyBold
                     text: qsTr(row.title)
                     Accessible.ignored: true
@@ -122,6 +219,39 @@ Item {
                 vertical: true
             }
 
+            // Where the keys stand; the finger needs no such sign.
+            Rectangle {
+                anchors {
+                    fill: click_area
+                    topMargin: GlobalValues.defaultFocusedElementBorderThickness
+                    bottomMargin: GlobalValues.defaultFocusedElementBorderThickness
+                }
+                border.color: "black"
+                border.width: GlobalValues.defaultFocusedElementBorderThickness
+                color: "transparent"
+                radius: GlobalValues.listElementHoverFrameBorderRadius
+                visible: row.activeFocus && !DeviceInfoProvider.isTouchDevice
+            }
+
+            Item {
+                id: click_area
+
+                anchors {
+                    fill: parent
+                    rightMargin: Global.dp(102 * 0.5333)
+                }
+
+                MouseAreaDelegate {
+                    onClicked: wrapper.openPlaylist(row.playlist_id)
+                    onPressAndHold: {
+                        grid.currentIndex = row.index
+                        const corner = row.mapToGlobal(0, 0)
+                        Global.openContextMenuLoader(context_menu, playlistMenu, "ImageTextButton", "",
+                                                     Qt.rect(corner.x, corner.y, row.width, row.height))
+                    }
+                }
+            }
+
             Item {
                 id: play_column
 
@@ -135,6 +265,10 @@ Item {
                 enabled: PlaylistModel.hasExistsImage(row.playlist_id)
 
                 BitmapButton {
+                    id: play_button
+
+                    Keys.onLeftPressed: row.forceActiveFocus()
+
                     anchors.fill: parent
                     icon: "image://resource/audio_book_play"
                     disabledIcon: "image://resource/audio_book_play_disabled"
@@ -189,5 +323,40 @@ Item {
             right: parent.right
         }
         grid: grid
+    }
+    LoaderNoSleep {
+        id: context_menu
+
+        anchors.fill: parent
+        parent: wrapper.Window.contentItem
+        visible: false
+        onVisibleChanged: {
+            if (visible && status === Loader.Null)
+                sourceComponent = context_menu_inner
+            else if (!visible && status === Loader.Ready)
+                wrapper.focusGrid()
+        }
+    }
+
+    Component {
+        id: context_menu_inner
+
+        ContextMenu {
+            onChoosed: uid => {
+                const row = PlaylistModel.index(grid.currentIndex, 0)
+                PlaylistModel.activeId = PlaylistModel.data(row, PlaylistDataRoles.IdRole)
+                if (uid === 0)
+                    explorer_footer.openEdit(PlaylistModel.data(row, PlaylistDataRoles.TitleRole))
+                else if (uid === 1)
+                    wrapper.addPhotos()
+                else if (uid === 2)
+                    wrapper.deletePlaylist()
+                context_menu.visible = false
+            }
+            onClose: {
+                context_menu.visible = false
+                PlaylistModel.activeId = -1
+            }
+        }
     }
 }

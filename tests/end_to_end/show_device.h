@@ -2,6 +2,8 @@
 
 #pragma once
 
+#include "first_show.h"
+
 #include <control_client.h>
 
 #include <QCoreApplication>
@@ -77,6 +79,8 @@ public:
     {
         return does(QStringLiteral("press"), {{QStringLiteral("name"), name}}) && idle();
     }
+    /// Starts the first playlist's show.
+    bool play() { return startFirstShow(*m_client); }
     QImage screenshot() const { return m_client->screenshot(); }
     QJsonObject state() { return ask(QStringLiteral("state")); }
     QJsonArray journal()

@@ -55,7 +55,7 @@ void tst_ControlFaults::initTestCase()
 {
     m_device = std::make_unique<ShowDevice>();
     QVERIFY(m_device->start());
-    QVERIFY(m_device->press(u"Start playback"_s));
+    QVERIFY(m_device->play());
     m_device->errors();
 }
 

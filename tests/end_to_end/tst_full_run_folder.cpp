@@ -1,5 +1,6 @@
 // A runtime folder in memory that has no room, from the start or later.
 
+#include "first_show.h"
 #include "launcher_run.h"
 
 #include <control_client.h>
@@ -111,7 +112,7 @@ void tst_FullRunFolder::noRoomForThePanel()
     auto client = connectTo();
     QVERIFY(client);
     QVERIFY(client->ask(u"idle"_s).value("ok"_L1).toBool());
-    QVERIFY(client->ask(u"press"_s, {{u"name"_s, u"Start playback"_s}}).value("ok"_L1).toBool());
+    QVERIFY(startFirstShow(*client));
     QVERIFY(client->ask(u"idle"_s).value("ok"_L1).toBool());
     QVERIFY(client->ask(u"fire"_s, {{u"name"_s, u"nextImageEvent"_s}}).value("ok"_L1).toBool());
     QString error;
@@ -152,7 +153,7 @@ void tst_FullRunFolder::fullLater()
     QVERIFY(filler.open(QIODevice::WriteOnly | QIODevice::Unbuffered));
     while (filler.write(QByteArray(4096, 'x')) == 4096) { }
 
-    QVERIFY(client->ask(u"press"_s, {{u"name"_s, u"Start playback"_s}}).value("ok"_L1).toBool());
+    QVERIFY(startFirstShow(*client));
     QVERIFY(client->ask(u"idle"_s).value("ok"_L1).toBool());
     const QImage first = client->screenshot();
     QVERIFY(!first.isNull());

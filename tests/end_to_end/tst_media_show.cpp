@@ -42,7 +42,7 @@ void tst_MediaShow::init()
     QVERIFY(QDir().mkpath(u"/mnt/.unplugged/sd"_s) && QDir().mkpath(u"/mnt/.unplugged/usb"_s));
     QFile::copy(u"/mnt/ext1/Photo/01.jpg"_s, u"/mnt/.unplugged/sd/card.jpg"_s);
     QVERIFY(m_device->start());
-    QVERIFY(m_device->press(u"Start playback"_s));
+    QVERIFY(m_device->play());
 }
 
 void tst_MediaShow::cleanup()

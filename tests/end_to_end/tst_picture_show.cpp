@@ -47,7 +47,6 @@ private slots:
     void interfaceThatCannotBeLoaded();
 
 private:
-    bool play() { return m_device->tap(685, 224); }
     /// Which picture is on the panel, by a walk through all of them; -1: none of them.
     int shown() const { return int(m_panels.indexOf(m_device->screenshot())); }
     bool closeMenu() { return m_device->does(u"key"_s, {{u"name"_s, u"menu"_s}}) && m_device->idle(); }
@@ -134,7 +133,7 @@ void tst_PictureShow::callsOfOneShow()
                               u"SetHardTimerEx nextImageEvent callback context 30000"_s};
     const QStringList stopped{u"SetAutoPowerOff 1"_s, u"SetAutoKeylock 1"_s,
                               u"ClearTimerByName nextImageEvent"_s};
-    QVERIFY(play());
+    QVERIFY(m_device->play());
     calls = newCalls();
     // The button starts the show; the light of the frame, the panel and the second start come with the view.
     const QStringList expected = started
@@ -160,7 +159,7 @@ void tst_PictureShow::callsOfOneShow()
 
 void tst_PictureShow::everyPictureOnce()
 {
-    QVERIFY(play());
+    QVERIFY(m_device->play());
     QVERIFY(walkThroughAll());
     for (int i = 0; i < pictures; ++i)
         QCOMPARE(m_panels.indexOf(m_panels.at(i)), i); // ten different ones
@@ -171,7 +170,7 @@ void tst_PictureShow::everyPictureOnce()
 
 void tst_PictureShow::tapZones()
 {
-    QVERIFY(play());
+    QVERIFY(m_device->play());
     QVERIFY(walkThroughAll());
     // 758 x 1024: a quarter is 189.5 and 568.5, a fifth 151.6 and 204.8.
     QVERIFY(m_device->tap(569, 700));
@@ -199,7 +198,7 @@ void tst_PictureShow::tapZones()
 
 void tst_PictureShow::tapZonesSideways()
 {
-    QVERIFY(play());
+    QVERIFY(m_device->play());
     QVERIFY(m_device->does(u"orientation"_s, {{u"value"_s, 1}}));
     QVERIFY(m_device->idle());
     QTRY_COMPARE(m_device->screenshot().size(), QSize(1024, 758));
@@ -226,7 +225,7 @@ void tst_PictureShow::tapZonesSideways()
 
 void tst_PictureShow::swipes()
 {
-    QVERIFY(play());
+    QVERIFY(m_device->play());
     QVERIFY(walkThroughAll());
     QVERIFY(m_device->drag(600, 500, 300, 520)); // to the left: forward
     QCOMPARE(shown(), 1);
@@ -249,7 +248,7 @@ void tst_PictureShow::swipes()
 
 void tst_PictureShow::accessibleSteps()
 {
-    QVERIFY(play());
+    QVERIFY(m_device->play());
     QVERIFY(walkThroughAll());
     QVERIFY(m_device->does(u"increase"_s, {{u"name"_s, u"#wrapper"_s}}) && m_device->idle());
     QCOMPARE(shown(), 1);
@@ -260,7 +259,7 @@ void tst_PictureShow::accessibleSteps()
 void tst_PictureShow::cornerReturnsToTheOverview()
 {
     const QImage before = m_device->screenshot();
-    QVERIFY(play());
+    QVERIFY(m_device->play());
     QVERIFY(m_device->screenshot() != before);
     QVERIFY(m_device->tap(0, 0));
     const QRect belowTheClock(0, 45, 758, 979);
@@ -287,7 +286,7 @@ void tst_PictureShow::panelShowsTheDitheredPicture()
     const QString first = u"/mnt/ext1/Photo/01.jpg"_s;
     QVERIFY(QFile::rename(first, first + u".kept"_s));
     QVERIFY(picture.save(first, "PNG"));
-    QVERIFY(play());
+    QVERIFY(m_device->play());
 
     QuickFloyd16Dither(picture.scanLine(0), int(picture.bytesPerLine()), 0, 0, 758, 1024);
     QString error;
@@ -302,7 +301,7 @@ void tst_PictureShow::panelShowsTheDitheredPicture()
 
 void tst_PictureShow::thousandPictureChanges()
 {
-    QVERIFY(play());
+    QVERIFY(m_device->play());
     const QString folder = u"/proc/%1/"_s.arg(m_device->program().processId());
     const auto counts = [&] {
         const QDir::Filters all = QDir::AllEntries | QDir::System | QDir::NoDotAndDotDot;

@@ -84,18 +84,21 @@ void tst_Show::leavesItsPictures()
     QCOMPARE(end.status, 0);
 
     QByteArray paths;
-    const QStringList names{u"playlists.png"_s, u"01.png"_s, u"02.png"_s,
-                            u"03.png"_s,        u"04.png"_s, u"05.png"_s};
-    for (qsizetype index = 0; index < names.size(); ++index) {
-        paths += QFile::encodeName(out(names.at(index))) + '\n';
-        const QImage picture(out(names.at(index)));
+    // The panel gets darker with each press and each fire; the first picture comes after the third press.
+    const QList<std::pair<QString, int>> pictures{
+        {u"playlists.png"_s, 0}, {u"first_run.png"_s, 2}, {u"01.png"_s, 3}, {u"02.png"_s, 4},
+        {u"03.png"_s, 5},        {u"04.png"_s, 6},        {u"05.png"_s, 7}};
+    for (const auto &[name, shown] : pictures) {
+        paths += QFile::encodeName(out(name)) + '\n';
+        const QImage picture(out(name));
         QCOMPARE(picture.size(), QSize(60, 80));
-        QCOMPARE(qGray(picture.pixel(30, 40)), int(255 - 17 * index));
+        QCOMPARE(qGray(picture.pixel(30, 40)), 255 - 17 * shown);
     }
     QCOMPARE(end.output, paths);
 
-    // The button by its text, then four times the next picture; waiting before each look.
-    QByteArray asked = "state\nidle\npress Start playback\nidle\n";
+    // The buttons by their texts, then four times the next picture; waiting before each look.
+    QByteArray asked
+        = "state\nidle\npress Start playback\nidle\npress Continue\nidle\npress Start playback\nidle\n";
     for (int picture = 2; picture <= 5; ++picture)
         asked += "fire nextImageEvent\nidle\n";
     QCOMPARE(fileContent(out(u"show.log"_s)), asked + "quit\n");

@@ -1,5 +1,6 @@
 // The ends of a show: by signals, by a launcher that is killed; what they give back and what they leave.
 
+#include "first_show.h"
 #include "launcher_run.h"
 #include "wakeful_services.h"
 
@@ -132,8 +133,8 @@ QByteArray tst_ShowEnds::startShow(QProcess &launcher, const QStringList &option
     const PanelHeader *header = m_panel->header();
     if (!header || header->brightness != 40 || (header->flags & lightOn) == 0)
         return "the device's own light is not on";
-    if (const QByteArray reason = refusal(u"press"_s, {{u"name"_s, u"Start playback"_s}}); !reason.isEmpty())
-        return reason;
+    if (!startFirstShow(*m_client))
+        return "the show does not start";
     if (const QByteArray reason = refusal(u"idle"_s, {}); !reason.isEmpty())
         return reason;
     if (header->brightness != 0 || (header->flags & lightOn) != 0)

@@ -51,7 +51,6 @@ private:
     {
         return m_device->does(u"event"_s, {{u"type"_s, type}, {u"par1"_s, par1}}) && m_device->idle();
     }
-    bool play() { return m_device->press(u"Start playback"_s); }
     bool isOverview() { return panelType() == 1; }
     int panelType() { return m_device->state().value("panel"_L1).toObject().value("type"_L1).toInt(); }
     bool isAwake()
@@ -108,7 +107,7 @@ QStringList tst_ShowKeys::newCalls()
 
 void tst_ShowKeys::runningShow()
 {
-    QVERIFY(play());
+    QVERIFY(m_device->play());
     newCalls();
     const QImage first = panel();
     const QStringList forward{stepped, armed, awake};
@@ -153,7 +152,7 @@ void tst_ShowKeys::intervalStartsAnew()
         }
         return -1;
     };
-    QVERIFY(play());
+    QVERIFY(m_device->play());
     for (const QString &name : {u"next"_s, u"prev"_s}) {
         int before = 0;
         QTRY_VERIFY((before = remaining()) < 29'900);
@@ -164,7 +163,7 @@ void tst_ShowKeys::intervalStartsAnew()
 
 void tst_ShowKeys::showInTheBackground()
 {
-    QVERIFY(play());
+    QVERIFY(m_device->play());
     const QImage first = panel();
     QVERIFY(m_device->does(u"background"_s));
     newCalls();
@@ -184,7 +183,7 @@ void tst_ShowKeys::showInTheBackground()
 
 void tst_ShowKeys::overviewAfterAShow()
 {
-    QVERIFY(play());
+    QVERIFY(m_device->play());
     QVERIFY(m_device->tap(10, 10));
     QVERIFY(isOverview());
     const QImage overview = panel();
@@ -221,7 +220,7 @@ void tst_ShowKeys::overviewBeforeAnyShow()
     QCOMPARE(panel(), overview);
 
     // The first show begins at its first picture all the same.
-    QVERIFY(play());
+    QVERIFY(m_device->play());
     const QImage first = panel();
     QVERIFY(key(u"next"_s));
     QVERIFY(panel() != first);
@@ -232,7 +231,7 @@ void tst_ShowKeys::overviewBeforeAnyShow()
 void tst_ShowKeys::bindingsAreThoseOfTheStart()
 {
     const QString path = u"/mnt/ext1/system/config/global.cfg"_s;
-    QVERIFY(play());
+    QVERIFY(m_device->play());
     const QImage first = panel();
     QVERIFY(QFile::rename(path, path + u".kept"_s));
     QVERIFY(scanCode(nextCode));

@@ -79,7 +79,7 @@ bool tst_ShowStates::play(const QString &profile, int orientation)
     if (!record.open(QIODevice::WriteOnly) || record.write("{\"profile\":\"" + profile.toUtf8() + "\"}") < 0)
         return false;
     record.close();
-    if (!m_device->start() || !m_device->press(u"Start playback"_s))
+    if (!m_device->start() || !m_device->play())
         return false;
     if (orientation == 0)
         return true;
@@ -308,7 +308,7 @@ void tst_ShowStates::lightOfThePanelIsKept()
     QCOMPARE(brightness(), 5);
     QVERIFY(act(u"tap corner"_s));
     QCOMPARE(brightness(), 40);
-    QVERIFY(m_device->press(u"Start playback"_s));
+    QVERIFY(m_device->play());
     QCOMPARE(brightness(), 5);
 }
 
@@ -332,7 +332,7 @@ void tst_ShowStates::allFilesGone()
 {
     QVERIFY(m_device->start());
     QVERIFY(QDir().rename(u"/mnt/ext1/Photo"_s, u"/mnt/ext1/Photo.kept"_s));
-    const bool pressed = m_device->press(u"Start playback"_s);
+    const bool pressed = m_device->play();
     QVERIFY(QDir().rename(u"/mnt/ext1/Photo.kept"_s, u"/mnt/ext1/Photo"_s));
     QVERIFY(pressed);
     QCOMPARE(differenceFrom(BarePause), QByteArray()); // nothing to start

@@ -1,5 +1,6 @@
 // A window that stops reading, during a show: the device goes on and does not grow.
 
+#include "first_show.h"
 #include "growth_limit.h"
 #include "launched_device.h"
 
@@ -60,7 +61,7 @@ void tst_StoppedWindow::deviceGoesOn()
     QTRY_VERIFY((window = findDescendant(device.launcher.processId(), "slate-window")) > 0);
     const qint64 program = findDescendant(device.launcher.processId(), "picture_stand");
     QVERIFY(program > 0);
-    QVERIFY(device.does(u"tap"_s, {{u"x"_s, 685}, {u"y"_s, 224}})); // plays
+    QVERIFY(startFirstShow(*device.client));
     QVERIFY(device.does(u"idle"_s));
 
     const auto change = [&](int times) {

@@ -1,5 +1,6 @@
 // The picture frame as one task among others: how it starts after another one, and how it gives way to one.
 
+#include "first_show.h"
 #include "launcher_run.h"
 
 #include <control_client.h>
@@ -105,7 +106,7 @@ void tst_TaskSwitch::backgroundAndForeground()
     QProcess launcher;
     QVERIFY(start(launcher, {}));
     const QJsonObject ownLight = state(u"light"_s);
-    QVERIFY(does(u"press"_s, {{u"name"_s, u"Start playback"_s}}));
+    QVERIFY(startFirstShow(*m_client));
     QVERIFY(does(u"idle"_s));
     const QJsonObject showLight = state(u"light"_s);
     QVERIFY(showLight != ownLight);

@@ -154,6 +154,8 @@ void tst_AppConnections::footer()
                         QVERIFY(footer->property("grid").value<QObject *>());
                         QCOMPARE(footer->property("grid").value<QObject *>(), running.itemWith("cellHeight"));
 
+                        running.settings()->setProperty("isFirstRun", false);
+                        running.settings()->saveConfig(u"is_first_run"_s);
                         // Nothing to show: nothing happens.
                         const qlonglong id = running.playlists()->addItem(u"Empty"_s);
                         running.playlists()->setActiveId(id);

@@ -105,7 +105,7 @@ void tst_AppViews::unknownView()
                     [&](RunningApp &running) {
                         const QQuickItem *before = running.screen();
                         m_test->device.forgetCalls();
-                        app.changeView(u"playlist"_s);
+                        app.changeView(u"playlist "_s);
                         app.changeView(u"Playlists"_s);
                         QCOMPARE(m_test->calls(), QByteArray());
                         QCOMPARE(running.screen(), before);
@@ -229,9 +229,10 @@ void tst_AppViews::infoMessage()
     App app;
     QCOMPARE(runApp(app,
                     [&](RunningApp &running) {
-                        const QList<QQuickItem *> loaders = running.window->contentItem()->childItems();
-                        QCOMPARE(loaders.size(), 2);
-                        QQuickItem *message = loaders.at(1);
+                        // Behind the loader of the screens; what a screen puts into the window comes after
+                        // it.
+                        QQuickItem *message = running.window->contentItem()->childItems().value(1);
+                        QVERIFY(message);
                         QVERIFY(!message->isVisible());
                         QVERIFY(!message->property("item").value<QObject *>());
 

@@ -125,6 +125,8 @@ qlonglong tst_PlaylistsScreen::onlyPlaylist(const RunningApp &running, const QSt
     PlaylistModel *playlists = running.playlists();
     while (playlists->count() > 0)
         playlists->deleteItem(playlists->data(playlists->index(0), PlaylistModel::IdRole).toLongLong());
+    running.settings()->setProperty("isFirstRun", false);
+    running.settings()->saveConfig(u"is_first_run"_s);
     const qlonglong id = addPlaylist(running, pictures);
     // Until the window has its size the list has none, and no rows.
     if (!QTest::qWaitFor([&] { return running.screen()->height() == ScreenHeight() - PanelHeight(); }))

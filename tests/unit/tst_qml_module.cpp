@@ -49,7 +49,21 @@ void tst_QmlModule::description()
                         "RectangleCurrentDate 1.0 qml/RectangleCurrentDate.qml\n"
                         "RectangleCreatedDate 1.0 qml/RectangleCreatedDate.qml\n"
                         "Playlists 1.0 qml/Playlists.qml\n"
+                        "RoundedImage 1.0 qml/RoundedImage.qml\n"
+                        "SelectPhotos 1.0 qml/SelectPhotos.qml\n"
+                        "Playlist 1.0 qml/Playlist.qml\n"
+                        "GridFolderDelegate 1.0 qml/explorer/GridFolderDelegate.qml\n"
+                        "GridImageDelegate 1.0 qml/explorer/GridImageDelegate.qml\n"
+                        "GridInternalDelegate 1.0 qml/explorer/GridInternalDelegate.qml\n"
+                        "ExplorerGridView 1.0 qml/explorer/ExplorerGridView.qml\n"
+                        "GridEmptyDelegate 1.0 qml/explorer/GridEmptyDelegate.qml\n"
                         "ExplorerFooter 1.0 qml/explorer/ExplorerFooter.qml\n"
+                        "GridSDCardDelegate 1.0 qml/explorer/GridSDCardDelegate.qml\n"
+                        "GridOTGDelegate 1.0 qml/explorer/GridOTGDelegate.qml\n"
+                        "CheckBoxTransparent 1.0 qml/explorer/CheckBoxTransparent.qml\n"
+                        "ExplorerListView 1.0 qml/explorer/ExplorerListView.qml\n"
+                        "ExplorerLoadingImage 1.0 qml/explorer/ExplorerLoadingImage.qml\n"
+                        "MouseAreaDelegate 1.0 qml/explorer/MouseAreaDelegate.qml\n"
                         "depends QtQuick\n"));
 }
 
@@ -72,7 +86,21 @@ void tst_QmlModule::components_data()
     QTest::newRow("RectangleCurrentDate") << u"qml/RectangleCurrentDate.qml"_s;
     QTest::newRow("RectangleCreatedDate") << u"qml/RectangleCreatedDate.qml"_s;
     QTest::newRow("Playlists") << u"qml/Playlists.qml"_s;
+    QTest::newRow("RoundedImage") << u"qml/RoundedImage.qml"_s;
+    QTest::newRow("SelectPhotos") << u"qml/SelectPhotos.qml"_s;
+    QTest::newRow("Playlist") << u"qml/Playlist.qml"_s;
+    QTest::newRow("GridFolderDelegate") << u"qml/explorer/GridFolderDelegate.qml"_s;
+    QTest::newRow("GridImageDelegate") << u"qml/explorer/GridImageDelegate.qml"_s;
+    QTest::newRow("GridInternalDelegate") << u"qml/explorer/GridInternalDelegate.qml"_s;
+    QTest::newRow("ExplorerGridView") << u"qml/explorer/ExplorerGridView.qml"_s;
+    QTest::newRow("GridEmptyDelegate") << u"qml/explorer/GridEmptyDelegate.qml"_s;
     QTest::newRow("ExplorerFooter") << u"qml/explorer/ExplorerFooter.qml"_s;
+    QTest::newRow("GridSDCardDelegate") << u"qml/explorer/GridSDCardDelegate.qml"_s;
+    QTest::newRow("GridOTGDelegate") << u"qml/explorer/GridOTGDelegate.qml"_s;
+    QTest::newRow("CheckBoxTransparent") << u"qml/explorer/CheckBoxTransparent.qml"_s;
+    QTest::newRow("ExplorerListView") << u"qml/explorer/ExplorerListView.qml"_s;
+    QTest::newRow("ExplorerLoadingImage") << u"qml/explorer/ExplorerLoadingImage.qml"_s;
+    QTest::newRow("MouseAreaDelegate") << u"qml/explorer/MouseAreaDelegate.qml"_s;
 }
 
 void tst_QmlModule::components()
@@ -109,9 +137,9 @@ void tst_QmlModule::moduleIsRegistered()
     QQmlEngine engine;
     engine.addImportPath(u"qrc:/qt/qml"_s);
     QQmlComponent component(&engine);
-    component.setData("import " + imported + "\nExplorerFooter {}", QUrl(u"qrc:/test.qml"_s));
-    const std::unique_ptr<QObject> footer(component.create());
-    QVERIFY2(bool(footer) == known, qUtf8Printable(component.errorString()));
+    component.setData("import " + imported + "\nMouseAreaDelegate {}", QUrl(u"qrc:/test.qml"_s));
+    const std::unique_ptr<QObject> item(component.create());
+    QVERIFY2(bool(item) == known, qUtf8Printable(component.errorString()));
 }
 
 QTEST_GUILESS_MAIN(tst_QmlModule)

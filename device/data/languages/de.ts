@@ -56,6 +56,11 @@
         <translation>%s frei&#xa;von %s</translation>
     </message>
     <message>
+        <source>@Back</source>
+        <extracomment>Leaves a playlist; read aloud</extracomment>
+        <translation>Zurück</translation>
+    </message>
+    <message>
         <source>@Bold</source>
         <translation>Fett</translation>
     </message>
@@ -278,6 +283,16 @@
     <message>
         <source>@SetCustomInterval</source>
         <translation>Anzeigedauer festlegen</translation>
+    </message>
+    <message>
+        <source>@ShowAsGrid</source>
+        <extracomment>Shows the pictures of a playlist as a grid; read aloud</extracomment>
+        <translation>Als Raster zeigen</translation>
+    </message>
+    <message>
+        <source>@ShowAsList</source>
+        <extracomment>Shows the pictures of a playlist as a list; read aloud</extracomment>
+        <translation>Als Liste zeigen</translation>
     </message>
     <message>
         <source>@ShowPhotoCreatedDate</source>

@@ -60,6 +60,11 @@
         <translation>%s free&#xa;of %s</translation>
     </message>
     <message>
+        <source>@Back</source>
+        <extracomment>Leaves a playlist; read aloud</extracomment>
+        <translation>Back</translation>
+    </message>
+    <message>
         <source>@Bold</source>
         <translation>Bold</translation>
     </message>
@@ -305,6 +310,16 @@
     <message>
         <source>@SetCustomInterval</source>
         <translation>Set custom interval</translation>
+    </message>
+    <message>
+        <source>@ShowAsGrid</source>
+        <extracomment>Shows the pictures of a playlist as a grid; read aloud</extracomment>
+        <translation>Show as grid</translation>
+    </message>
+    <message>
+        <source>@ShowAsList</source>
+        <extracomment>Shows the pictures of a playlist as a list; read aloud</extracomment>
+        <translation>Show as list</translation>
     </message>
     <message>
         <source>@ShowPhotoCreatedDate</source>

@@ -56,6 +56,11 @@
         <translation>%s libres&#xa;de %s</translation>
     </message>
     <message>
+        <source>@Back</source>
+        <extracomment>Leaves a playlist; read aloud</extracomment>
+        <translation>Atrás</translation>
+    </message>
+    <message>
         <source>@Bold</source>
         <translation>Negrita</translation>
     </message>
@@ -278,6 +283,16 @@
     <message>
         <source>@SetCustomInterval</source>
         <translation>Definir duración</translation>
+    </message>
+    <message>
+        <source>@ShowAsGrid</source>
+        <extracomment>Shows the pictures of a playlist as a grid; read aloud</extracomment>
+        <translation>Mostrar como cuadrícula</translation>
+    </message>
+    <message>
+        <source>@ShowAsList</source>
+        <extracomment>Shows the pictures of a playlist as a list; read aloud</extracomment>
+        <translation>Mostrar como lista</translation>
     </message>
     <message>
         <source>@ShowPhotoCreatedDate</source>

@@ -56,6 +56,11 @@
         <translation>%s libres&#xa;sur %s</translation>
     </message>
     <message>
+        <source>@Back</source>
+        <extracomment>Leaves a playlist; read aloud</extracomment>
+        <translation>Retour</translation>
+    </message>
+    <message>
         <source>@Bold</source>
         <translation>Gras</translation>
     </message>
@@ -278,6 +283,16 @@
     <message>
         <source>@SetCustomInterval</source>
         <translation>Définir la durée</translation>
+    </message>
+    <message>
+        <source>@ShowAsGrid</source>
+        <extracomment>Shows the pictures of a playlist as a grid; read aloud</extracomment>
+        <translation>Afficher en grille</translation>
+    </message>
+    <message>
+        <source>@ShowAsList</source>
+        <extracomment>Shows the pictures of a playlist as a list; read aloud</extracomment>
+        <translation>Afficher en liste</translation>
     </message>
     <message>
         <source>@ShowPhotoCreatedDate</source>

@@ -56,6 +56,11 @@
         <translation>%s liberi&#xa;su %s</translation>
     </message>
     <message>
+        <source>@Back</source>
+        <extracomment>Leaves a playlist; read aloud</extracomment>
+        <translation>Indietro</translation>
+    </message>
+    <message>
         <source>@Bold</source>
         <translation>Grassetto</translation>
     </message>
@@ -278,6 +283,16 @@
     <message>
         <source>@SetCustomInterval</source>
         <translation>Imposta durata</translation>
+    </message>
+    <message>
+        <source>@ShowAsGrid</source>
+        <extracomment>Shows the pictures of a playlist as a grid; read aloud</extracomment>
+        <translation>Mostra come griglia</translation>
+    </message>
+    <message>
+        <source>@ShowAsList</source>
+        <extracomment>Shows the pictures of a playlist as a list; read aloud</extracomment>
+        <translation>Mostra come elenco</translation>
     </message>
     <message>
         <source>@ShowPhotoCreatedDate</source>

@@ -56,6 +56,11 @@
         <translation>空き %s&#xa;全体 %s</translation>
     </message>
     <message>
+        <source>@Back</source>
+        <extracomment>Leaves a playlist; read aloud</extracomment>
+        <translation>戻る</translation>
+    </message>
+    <message>
         <source>@Bold</source>
         <translation>太字</translation>
     </message>
@@ -274,6 +279,16 @@
     <message>
         <source>@SetCustomInterval</source>
         <translation>間隔を設定</translation>
+    </message>
+    <message>
+        <source>@ShowAsGrid</source>
+        <extracomment>Shows the pictures of a playlist as a grid; read aloud</extracomment>
+        <translation>グリッド表示</translation>
+    </message>
+    <message>
+        <source>@ShowAsList</source>
+        <extracomment>Shows the pictures of a playlist as a list; read aloud</extracomment>
+        <translation>リスト表示</translation>
     </message>
     <message>
         <source>@ShowPhotoCreatedDate</source>

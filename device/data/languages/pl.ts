@@ -56,6 +56,11 @@
         <translation>%s wolne&#xa;z %s</translation>
     </message>
     <message>
+        <source>@Back</source>
+        <extracomment>Leaves a playlist; read aloud</extracomment>
+        <translation>Wstecz</translation>
+    </message>
+    <message>
         <source>@Bold</source>
         <translation>Pogrubiona</translation>
     </message>
@@ -282,6 +287,16 @@
     <message>
         <source>@SetCustomInterval</source>
         <translation>Ustaw czas wyświetlania</translation>
+    </message>
+    <message>
+        <source>@ShowAsGrid</source>
+        <extracomment>Shows the pictures of a playlist as a grid; read aloud</extracomment>
+        <translation>Pokaż jako siatkę</translation>
+    </message>
+    <message>
+        <source>@ShowAsList</source>
+        <extracomment>Shows the pictures of a playlist as a list; read aloud</extracomment>
+        <translation>Pokaż jako listę</translation>
     </message>
     <message>
         <source>@ShowPhotoCreatedDate</source>

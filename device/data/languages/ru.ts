@@ -56,6 +56,11 @@
         <translation>Своб. %s&#xa;из %s</translation>
     </message>
     <message>
+        <source>@Back</source>
+        <extracomment>Leaves a playlist; read aloud</extracomment>
+        <translation>Назад</translation>
+    </message>
+    <message>
         <source>@Bold</source>
         <translation>Жирный</translation>
     </message>
@@ -282,6 +287,16 @@
     <message>
         <source>@SetCustomInterval</source>
         <translation>Задать интервал</translation>
+    </message>
+    <message>
+        <source>@ShowAsGrid</source>
+        <extracomment>Shows the pictures of a playlist as a grid; read aloud</extracomment>
+        <translation>Показать сеткой</translation>
+    </message>
+    <message>
+        <source>@ShowAsList</source>
+        <extracomment>Shows the pictures of a playlist as a list; read aloud</extracomment>
+        <translation>Показать списком</translation>
     </message>
     <message>
         <source>@ShowPhotoCreatedDate</source>

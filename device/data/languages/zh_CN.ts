@@ -56,6 +56,11 @@
         <translation>可用 %s&#xa;共 %s</translation>
     </message>
     <message>
+        <source>@Back</source>
+        <extracomment>Leaves a playlist; read aloud</extracomment>
+        <translation>返回</translation>
+    </message>
+    <message>
         <source>@Bold</source>
         <translation>粗体</translation>
     </message>
@@ -274,6 +279,16 @@
     <message>
         <source>@SetCustomInterval</source>
         <translation>自定义间隔</translation>
+    </message>
+    <message>
+        <source>@ShowAsGrid</source>
+        <extracomment>Shows the pictures of a playlist as a grid; read aloud</extracomment>
+        <translation>以网格显示</translation>
+    </message>
+    <message>
+        <source>@ShowAsList</source>
+        <extracomment>Shows the pictures of a playlist as a list; read aloud</extracomment>
+        <translation>以列表显示</translation>
     </message>
     <message>
         <source>@ShowPhotoCreatedDate</source>

@@ -1,0 +1,218 @@
+// Pictures one to a row, with name and kind, under the scroll aids and the big button.
+import QtQuick 2.12
+import QtQuick.Window 2.12
+import com.lindenreed.controls 1.0
+import com.lindenreed.picture_stand 1.0
+import com.lindenreed.picturestand 1.0
+
+Item {
+    id: wrapper
+
+    property int sideMargin: Global.dp(48 * 0.5333)
+    property int gridMargin: Global.dp(24 * 0.5333)
+
+    onActiveFocusChanged: {
+        if (activeFocus)
+            grid.forceActiveFocus()
+    }
+
+    ListModel {
+        id: imageMenu
+
+        ListElement {
+            uid_: 0
+            text_: qsTr("@SelectMultiple")
+            image_: "checkbox_on"
+        }
+        ListElement {
+            uid_: 1
+            text_: qsTr("@Delete")
+            image_: "trash"
+        }
+    }
+
+    GridView {
+        id: grid
+
+        anchors {
+            fill: parent
+            leftMargin: wrapper.sideMargin
+            rightMargin: wrapper.sideMargin
+            bottomMargin: wrapper.gridMargin
+        }
+        activeFocusOnTab: true
+        cellHeight: Global.dp(268 * 0.5333)
+        cellWidth: width
+        clip: true
+        keyNavigationEnabled: true
+        model: FolderModel
+        pressDelay: GlobalValues.listPressDelay
+
+        Keys.onPressed: event => footer.pressed(event)
+
+        onMovementStarted: {
+            const corner = grid.mapToGlobal(0, 0)
+            DeviceInfoProvider.enterA2onFlick(corner.x, corner.y, DeviceInfoProvider.screenWidth, grid.height)
+        }
+
+        // The last row can scroll clear of the button at the foot.
+        footer: Rectangle {
+            height: GlobalValues.scrollListButtonsHeight
+            width: grid.width
+        }
+
+        delegate: Item {
+            id: row
+
+            function activate() {
+                if (FolderModel.mode === FolderModelModeRoles.SelectionMode)
+                    FolderModel.selectFile(path, !selected)
+                else
+                    PlaylistModel.openImage(path)
+            }
+
+            height: grid.cellHeight
+            width: grid.cellWidth
+
+            Keys.onEnterPressed: activate()
+            Keys.onReturnPressed: activate()
+
+            Accessible.name: name
+            Accessible.role: Accessible.ListItem
+            Accessible.onPressAction: activate()
+
+            Rectangle {
+                id: frame
+
+                anchors {
+                    top: parent.top
+                    topMargin: Global.dp(24 * 0.53)
+                    left: parent.left
+                }
+                border.color: "black"
+                border.width: Global.dp(1 * 0.53)
+                height: width
+                width: Global.dp(221 * 0.53)
+
+                AutoReloadImage {
+                    id: image
+
+                    anchors {
+                        fill: parent
+                        margins: frame.border.width
+                    }
+                    fillMode: Image.PreserveAspectCrop
+                    source: "image://cover_provider/" + path
+                    sourceSize: Qt.size(width, height)
+                    Accessible.ignored: true
+                }
+
+                ExplorerLoadingImage {
+                    anchors.fill: image
+                    visible: image.status !== Image.Ready
+                }
+
+                CheckBoxTransparent {
+                    anchors.fill: image
+                    isSelected: selected
+                    visible: FolderModel.mode === FolderModelModeRoles.SelectionMode
+                }
+            }
+
+            StyledText {
+                anchors {
+                    top: frame.top
+                    left: frame.right
+                    leftMargin: Global.dp(10 * 0.53)
+                }
+                elide: Text.ElideRight
+                lineHeight: GlobalValues.fontLargeBodyLineHeight
+                lineHeightMode: Text.FixedHeight
+                styledFont: FontStyles.BodyLBold
+                text: name
+                width: grid.cellWidth - frame.width - 2 * Global.dp(10 * 0.533)
+                Accessible.ignored: true
+            }
+
+            StyledText {
+                anchors {
+                    bottom: frame.bottom
+                    left: frame.right
+                    leftMargin: Global.dp(10 * 0.53)
+                }
+                font.capitalization: Font.AllUppercase
+                styledFont: FontStyles.BodyS
+                text: FolderModel.getExtension(path)
+                Accessible.ignored: true
+            }
+
+            // Where the keys stand; the finger needs no such sign.
+            Rectangle {
+                anchors.fill: parent
+                border.color: "black"
+                border.width: GlobalValues.defaultFocusedElementBorderThickness
+                color: "transparent"
+                radius: GlobalValues.listElementHoverFrameBorderRadius
+                visible: !DeviceInfoProvider.isTouchDevice && grid.currentIndex === index
+            }
+
+            DottedSeparator {
+                anchors {
+                    bottom: parent.bottom
+                    left: parent.left
+                    right: parent.right
+                }
+            }
+
+            MouseAreaDelegate {
+                onClicked: row.activate()
+                onPressAndHold: {
+                    if (FolderModel.mode === FolderModelModeRoles.SelectionMode)
+                        return
+                    const corner = image.mapToGlobal(0, 0)
+                    Global.openContextMenuLoader(context_menu, imageMenu, "ImageTextButton", "",
+                                                 Qt.rect(corner.x, corner.y, image.width, image.height))
+                    context_menu.item.forceActiveFocus()
+                }
+            }
+
+            LoaderNoSleep {
+                id: context_menu
+
+                anchors.fill: parent
+                parent: row.Window.contentItem
+                visible: false
+                onVisibleChanged: {
+                    if (visible && status === Loader.Null)
+                        sourceComponent = context_menu_inner
+                    else if (!visible && status === Loader.Ready)
+                        row.forceActiveFocus()
+                }
+            }
+
+            Component {
+                id: context_menu_inner
+
+                ContextMenu {
+                    onChoosed: uid => {
+                        if (uid === 0) {
+                            FolderModel.mode = FolderModelModeRoles.SelectionMode
+                        } else if (uid === 1) {
+                            PlaylistModel.deleteImage(PlaylistModel.activeId, path)
+                            FolderModel.loadFromList(PlaylistModel.getImagesById(PlaylistModel.activeId))
+                        }
+                        context_menu.visible = false
+                    }
+                    onClose: context_menu.visible = false
+                }
+            }
+        }
+    }
+
+    ExplorerFooter {
+        id: footer
+
+        anchors.fill: parent
+        grid: grid
+    }
+}
