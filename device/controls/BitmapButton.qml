@@ -10,6 +10,12 @@ PressArea {
     property url disabledIcon
     property int iconSize: 0 ///< pixels each way; 0: the icon's natural size
 
+    readonly property int room: Math.floor(Math.min(width, height))
+    /// Square, as the ground of the pressed button is: in a header it clears the title and the line below.
+    readonly property int frameSize: Math.min(Global.pixelsFromDesign(112), room)
+    readonly property int frameLeft: Math.round((width - frameSize) / 2)
+    readonly property int frameTop: Math.round((height - frameSize) / 2)
+
     signal action()
 
     function shownIcon(): url {
@@ -22,6 +28,10 @@ PressArea {
         return String(icon).replace("image://resource/", "image://resource_inv/")
     }
 
+    focusElement.anchors.bottomMargin: height - frameTop - frameSize
+    focusElement.anchors.leftMargin: frameLeft
+    focusElement.anchors.rightMargin: width - frameLeft - frameSize
+    focusElement.anchors.topMargin: frameTop
     implicitHeight: Global.pixelsFromDesign(112)
     implicitWidth: Global.pixelsFromDesign(136)
 
@@ -32,7 +42,7 @@ PressArea {
         height: width
         radius: GlobalValues.defaultElementBorderRadius
         visible: bitmap_button.pressed
-        width: Math.min(Global.pixelsFromDesign(104), Math.floor(bitmap_button.width), Math.floor(bitmap_button.height))
+        width: Math.min(Global.pixelsFromDesign(104), bitmap_button.room)
         x: Math.round((bitmap_button.width - width) / 2)
         y: Math.round((bitmap_button.height - height) / 2)
     }

@@ -20,6 +20,9 @@ Item {
         property bool leftmost: false
         property alias styledFont: label.styledFont
 
+        // Clear of the lines around it.
+        focusElement.anchors.margins: Global.pixelsFromDesign(8)
+
         Accessible.name: title
 
         EdgeFrame {

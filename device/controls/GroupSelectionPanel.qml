@@ -63,6 +63,8 @@ Item {
         anchors.right: parent.right
         anchors.rightMargin: GlobalValues.defaultListViewSideMargin - padding
         enabled: !group_selection_panel.use_disabled || group_selection_panel.items_count > 0
+        focusElement.anchors.bottomMargin: Global.pixelsFromDesign(4) // clear of the line
+        focusElement.anchors.topMargin: Global.pixelsFromDesign(4)
         // The line below is not the target's.
         height: group_selection_panel.height - GlobalValues.defaultSolidSeparatorThickness
         width: all_title.width + box.width + 3 * padding

@@ -91,7 +91,9 @@ Item {
         visible: menu_row.dotted && !touch.containsPress
     }
 
+    // Clear of the panel's line and of the dots above and below.
     FocusFrame {
+        anchors.margins: Global.pixelsFromDesign(8)
         focused: menu_row.current
         target: menu_row
     }

@@ -20,6 +20,9 @@ PressArea {
             next.forceActiveFocus(forward ? Qt.TabFocusReason : Qt.BacktabFocusReason)
     }
 
+    focusElement.anchors.leftMargin: inset
+    focusElement.anchors.rightMargin: inset
+
     Keys.onDownPressed: passFocus(true)
     Keys.onUpPressed: passFocus(false)
 

@@ -15,6 +15,8 @@ PressArea {
 
     signal clicked()
 
+    focusElement.visibleParts: visibleBorders
+
     onActivated: clicked()
 
     EdgeFrame {
