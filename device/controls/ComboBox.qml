@@ -72,7 +72,7 @@ PressArea {
         anchors.fill: parent
         anchors.leftMargin: -combo_box.overhang
         anchors.rightMargin: -combo_box.overhang
-        border.color: combo_box.ink
+        border.color: combo_box.pressed ? GlobalValues.defaultBorderColor : combo_box.ink
         border.width: combo_box.show_border ? GlobalValues.minimalLineThickness : 0
         color: combo_box.pressed ? GlobalValues.defaultBorderColor : GlobalValues.defaultBackgroundColor
         radius: GlobalValues.defaultElementBorderRadius

@@ -179,7 +179,9 @@ Item {
             bold: checked && menu_panel.checkedIsBold
             checked: index === menu_panel.checkedRow
             current: ListView.isCurrentItem
+            // Between two rows: there are none below the last one, nor below the last one in sight.
             dotted: index < ListView.view.count - 1
+                && y + height < ListView.view.contentY + ListView.view.height
             hasRadioSign: menu_panel.hasRadioSigns
             height: menu_panel.rowHeight
             icon: menu_panel.hasIcons ? model.image_ ?? "" : ""

@@ -21,6 +21,8 @@ Item {
 
     signal chosen()
 
+    z: touch.containsPress ? 1 : 0
+
     Accessible.checkable: hasRadioSign || checked
     Accessible.checked: checked
     Accessible.focusable: true
@@ -28,8 +30,10 @@ Item {
     Accessible.role: hasRadioSign ? Accessible.RadioButton : Accessible.MenuItem
     Accessible.onPressAction: chosen()
 
+    // While it is black it covers the dots of the row above as well: they would fray its edge.
     Rectangle {
         anchors.fill: parent
+        anchors.topMargin: touch.containsPress ? -dots.height : 0
         color: menu_row.ground
     }
 
@@ -83,6 +87,8 @@ Item {
     }
 
     DottedSeparator {
+        id: dots
+
         anchors.bottom: parent.bottom
         anchors.left: parent.left
         anchors.leftMargin: menu_row.sidePadding

@@ -1,5 +1,6 @@
 // Dotted lines.
 
+#include "accessible_items.h"
 #include "controls_scene.h"
 #include "panel_application.h"
 
@@ -14,8 +15,12 @@ private slots:
     void dots_data();
     void dots();
     void followsItsColour();
+    void betweenTheRowsInSight();
 
 private:
+    /// Whether there is a dotted line below the row of a menu.
+    bool isDotted(const QString &row);
+
     std::unique_ptr<QmlScene> m_scene;
 };
 
@@ -74,6 +79,35 @@ void tst_ControlsSeparators::followsItsColour()
     m_scene->item(u"line"_s)->setProperty("vertical", true);
     QCOMPARE(m_scene->item(u"line"_s)->implicitWidth(), 1.0);
     QCOMPARE(m_scene->item(u"line"_s)->implicitHeight(), 0.0);
+}
+
+bool tst_ControlsSeparators::isDotted(const QString &row)
+{
+    QQuickItem *item = findAccessible(m_scene->window().contentItem(), QAccessible::MenuItem, row);
+    if (!item)
+        return false;
+    const QRect place = sceneRectangle(item);
+    const QImage picture = m_scene->window().grabWindow().convertToFormat(QImage::Format_Grayscale8);
+    return !ink(picture.copy(place.left(), place.bottom(), place.width(), 1)).isEmpty();
+}
+
+void tst_ControlsSeparators::betweenTheRowsInSight()
+{
+    m_scene = controlsScene("ListModel { id: rows; Component.onCompleted: { for (let i = 0; i < 12; ++i)\n"
+                            "append({uid_: i, text_: 'Row ' + i}) } }\n"
+                            "ComboBox { objectName: 'box'; menuItems: rows; selectedUid: 6; focus: true }");
+    QVERIFY(QMetaObject::invokeMethod(m_scene->item(u"box"_s), "open"));
+    m_scene->window().grabWindow(); // lays the rows out
+    QVERIFY(isDotted(u"Row 0"_s));
+    QVERIFY(isDotted(u"Row 5"_s));
+    QVERIFY2(!isDotted(u"Row 6"_s), "the last of seven, above the menu's own line");
+    m_scene->key(Qt::Key_Down);
+    QVERIFY(isDotted(u"Row 6"_s));
+    QVERIFY(!isDotted(u"Row 7"_s));
+    for (int row = 7; row < 11; ++row)
+        m_scene->key(Qt::Key_Down);
+    QVERIFY(isDotted(u"Row 10"_s));
+    QVERIFY2(!isDotted(u"Row 11"_s), "the last of all");
 }
 
 PANEL_TEST_MAIN(tst_ControlsSeparators)
