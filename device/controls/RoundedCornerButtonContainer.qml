@@ -31,7 +31,8 @@ PressArea {
         id: ground
 
         anchors.fill: parent
-        border.color: GlobalValues.defaultBorderColor
+        border.color: button_container.enabled ? GlobalValues.defaultBorderColor
+            : GlobalValues.defaultDisabledTextColor
         border.width: GlobalValues.minimalLineThickness
         color: button_container.hovered ? button_container.hoveredColor : button_container.backgroundColor
         radius: GlobalValues.defaultElementBorderRadius

@@ -32,6 +32,7 @@ private slots:
     void footerBorders();
     void footerHovered();
     void footerDisabled();
+    void linesOfADisabledFooter();
     void footerKeepsItsMat();
 
 private:
@@ -251,6 +252,19 @@ void tst_ControlsButtons::footerDisabled()
     QTest::mouseRelease(&m_scene->window(), Qt::LeftButton, {}, m_scene->middle(u"button"_s));
     pressByAccessibility(button());
     QCOMPARE(clicked.count(), 0);
+}
+
+void tst_ControlsButtons::linesOfADisabledFooter()
+{
+    make("RoundedCornerButtonContainer { objectName: 'button'; width: 300; height: 90; enabled: false }\n"
+         "RoundedCornerButtonContainer { objectName: 'chosen'; y: 200; width: 300; height: 90; enabled: "
+         "false\n"
+         "border.color: GlobalValues.defaultSolidseparatorColor }");
+    QCOMPARE(m_scene->picture(u"button"_s).pixelColor(150, 0), QColor(0xAA, 0xAA, 0xAA));
+    QCOMPARE(m_scene->picture(u"chosen"_s).pixelColor(150, 0),
+             QColor(0x55, 0x55, 0x55)); // the screen's own colour
+    button()->setEnabled(true);
+    QCOMPARE(m_scene->picture(u"button"_s).pixelColor(150, 0), QColor(Qt::black));
 }
 
 void tst_ControlsButtons::footerKeepsItsMat()
