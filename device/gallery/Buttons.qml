@@ -14,7 +14,7 @@ Item {
             left: parent.left
             right: parent.right
         }
-        title: "A title that is too long for its header"
+        title: "A title that is too long for its header, however wide that is"
         closeIcon: "image://resource/home"
         closePressedIcon: "image://resource/home_inv"
 

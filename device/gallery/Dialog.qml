@@ -22,7 +22,7 @@ DialogContainer {
             width: parent.width - 2 * x
             wrapMode: Text.Wrap
             styledFont: FontStyles.BodyL
-            text: "Delete the playlist “Garden in spring”? Its pictures stay where they are."
+            text: "Delete “Garden in spring”? Its pictures stay where they are."
         }
     }
     DialogFooter {

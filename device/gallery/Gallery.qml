@@ -7,14 +7,14 @@ Window {
     id: gallery
 
     readonly property var pages: [
-        "Types", "Icons", "Buttons", "Pressed", "Asleep", "Rows", "Inputs", "Lists", "ComboBoxes", "ComboBoxOpen",
-        "ComboBoxAbove", "MenuWithIcons", "MenuWithRadioButtons", "MenuLong", "Dialog", "DialogAtTop", "KeyboardLetters",
-        "KeyboardDigits", "Message"
+        "Types", "Icons", "Buttons", "Pressed", "Focused", "Asleep", "Rows", "Inputs", "Lists", "ComboBoxes",
+        "ComboBoxOpen", "ComboBoxAbove", "MenuWithIcons", "MenuWithRadioButtons", "MenuLong", "Dialog", "DialogAtTop",
+        "KeyboardLetters", "KeyboardDigits", "Message"
     ]
     /// Of the pages that are variants of one.
     readonly property var files: ({
-        ComboBoxOpen: "ComboBoxes", ComboBoxAbove: "ComboBoxes", MenuWithIcons: "Menu", MenuWithRadioButtons: "Menu",
-        MenuLong: "Menu", DialogAtTop: "Dialog", KeyboardLetters: "Keyboard", KeyboardDigits: "Keyboard"
+        Focused: "Pressed", ComboBoxOpen: "ComboBoxes", ComboBoxAbove: "ComboBoxes", MenuWithIcons: "Menu",
+        MenuWithRadioButtons: "Menu", MenuLong: "Menu", DialogAtTop: "Dialog", KeyboardLetters: "Keyboard", KeyboardDigits: "Keyboard"
     })
     property int page: 0
 
@@ -36,6 +36,13 @@ Window {
     Shortcut {
         sequence: "PgUp"
         onActivated: gallery.step(-1)
+    }
+
+    // A mat is not seen on paper.
+    Rectangle {
+        anchors.fill: parent
+        color: GlobalValues.defaultSolidseparatorColor
+        visible: ["Dialog", "DialogAtTop", "Message"].includes(gallery.title)
     }
 
     Loader {

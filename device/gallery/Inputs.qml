@@ -23,8 +23,8 @@ Item {
         // The frames are the screens' own.
         Repeater {
             model: [
-                { text: "Grandmother’s album", length: 840 },
-                { text: "12345", length: 150 }
+                { text: "Grandmother’s album", length: 840, style: FontStyles.BodyL, place: TextInput.AlignLeft },
+                { text: "12345", length: 150, style: FontStyles.Heading5, place: TextInput.AlignHCenter }
             ]
 
             Rectangle {
@@ -39,6 +39,8 @@ Item {
 
                 AdvancedTextInput {
                     anchors.fill: parent
+                    horizontalAlignment: frame.modelData.place
+                    styledFont: frame.modelData.style
                     text: frame.modelData.text
                 }
             }

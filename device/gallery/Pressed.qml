@@ -1,4 +1,5 @@
-// What a finger is on. There is only one finger: each control is held for a moment, and its picture is put over it.
+// What a finger is on, or what has the keys' attention. There is one finger and one focus: each control has it for a
+// moment, and its picture is put over it.
 import QtQuick 2.12
 import com.lindenreed.controls 1.0
 import com.lindenreed.controls 2.0 as Controls2
@@ -7,8 +8,25 @@ import device_gallery 1.0
 Item {
     id: page
 
-    function hold(): void {
-        pictures.clear()
+    property string variant
+
+    function show(item: Item, picture: url): void {
+        const corner = item.mapToItem(page, 0, 0)
+        pictures.append({ cornerX: corner.x, cornerY: corner.y, picture: String(picture) })
+    }
+
+    function focusAll(): void {
+        const seen = []
+        let item = page.nextItemInFocusChain(true)
+        while (item && !seen.includes(item)) {
+            seen.push(item)
+            item.forceActiveFocus(Qt.TabFocusReason)
+            show(item, Finger.pictureOf(item))
+            item = item.nextItemInFocusChain(true)
+        }
+    }
+
+    function holdAll(): void {
         const middle = item => Qt.point(item.width / 2, item.height / 2)
         for (const held of [
             { item: header, point: Qt.point(Global.pixelsFromDesign(80), header.height / 2) },
@@ -20,16 +38,21 @@ Item {
             { item: combo_box, point: middle(combo_box) },
             { item: dialog_footer, point: Qt.point(dialog_footer.width * 3 / 4, dialog_footer.height / 2) },
             { item: footer_button, point: middle(footer_button) }
-        ]) {
-            const corner = held.item.mapToItem(page, 0, 0)
-            const source = Finger.pictureOfHeld(held.item, held.point)
-            pictures.append({ cornerX: corner.x, cornerY: corner.y, picture: String(source) })
-        }
+        ])
+            show(held.item, Finger.pictureOfHeld(held.item, held.point))
+    }
+
+    function takePictures(): void {
+        pictures.clear()
+        if (variant === "Focused")
+            focusAll()
+        else
+            holdAll()
     }
 
     anchors.fill: parent
-    onHeightChanged: Qt.callLater(hold)
-    Component.onCompleted: Qt.callLater(hold)
+    onHeightChanged: Qt.callLater(takePictures)
+    onVariantChanged: Qt.callLater(takePictures)
 
     ListModel { id: pictures }
 
@@ -41,7 +64,7 @@ Item {
             id: header
 
             width: parent.width
-            title: "Pressed"
+            title: page.variant
             closeIcon: "image://resource/home"
             closePressedIcon: "image://resource/home_inv"
         }

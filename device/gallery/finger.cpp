@@ -20,21 +20,27 @@ void send(QQuickWindow *window, QEvent::Type type, const QPointF &point, Qt::Mou
 
 } // namespace
 
+QUrl Finger::pictureOf(QQuickItem *item) const
+{
+    if (!item || !item->window())
+        return {};
+    const QRectF rectangle = item->mapRectToScene(QRectF(QPointF(), item->size()));
+    const QImage picture = item->window()->grabWindow().copy(rectangle.toAlignedRect());
+    QByteArray bytes;
+    QBuffer buffer(&bytes);
+    picture.save(&buffer, "PNG");
+    return QUrl(u"data:image/png;base64,"_s + QString::fromLatin1(bytes.toBase64()));
+}
+
 QUrl Finger::pictureOfHeld(QQuickItem *item, const QPointF &point) const
 {
     QQuickWindow *window = item ? item->window() : nullptr;
     if (!window)
         return {};
-    const QPointF place = item->mapToScene(point);
-    const QRectF rectangle = item->mapRectToScene(QRectF(QPointF(), item->size()));
-    send(window, QEvent::MouseButtonPress, place, Qt::LeftButton, Qt::LeftButton);
-    const QImage picture = window->grabWindow().copy(rectangle.toAlignedRect());
+    send(window, QEvent::MouseButtonPress, item->mapToScene(point), Qt::LeftButton, Qt::LeftButton);
+    const QUrl picture = pictureOf(item);
     const QPointF beside(-1000, -1000);
     send(window, QEvent::MouseMove, beside, Qt::NoButton, Qt::LeftButton);
     send(window, QEvent::MouseButtonRelease, beside, Qt::LeftButton, Qt::NoButton);
-
-    QByteArray bytes;
-    QBuffer buffer(&bytes);
-    picture.save(&buffer, "PNG");
-    return QUrl(u"data:image/png;base64,"_s + QString::fromLatin1(bytes.toBase64()));
+    return picture;
 }

@@ -14,6 +14,9 @@ class Finger : public QObject
     Q_OBJECT
 
 public:
+    /// `item` as it looks now. Empty for an item without a window.
+    Q_INVOKABLE QUrl pictureOf(QQuickItem *item) const;
+
     /// `item` as it looks while a finger is on it at `point`, in its own coordinates. The finger moves away
     /// before it is lifted, so that nothing is activated. Empty for an item without a window.
     Q_INVOKABLE QUrl pictureOfHeld(QQuickItem *item, const QPointF &point) const;
