@@ -27,6 +27,8 @@ private slots:
     void darkIcons();
     void greys_data();
     void greys();
+    void linesOfWholePixels_data();
+    void linesOfWholePixels();
     void requestedSize_data();
     void requestedSize();
     void unknown_data();
@@ -226,6 +228,54 @@ void tst_ControlsIcons::greys()
         }
     }
     QCOMPARE(image.pixel(0, 0), 0U);
+}
+
+void tst_ControlsIcons::linesOfWholePixels_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<Qt::Orientation>("across"); // the way that is gone, straight across the lines
+    QTest::addColumn<int>("at");
+    QTest::addColumn<int>("lines");
+
+    QTest::newRow("house") << u"home"_s << Qt::Horizontal << 38 << 2;
+    QTest::newRow("bin") << u"trash"_s << Qt::Vertical << 36 << 3;
+    QTest::newRow("calendar") << u"desktop_app_calendar"_s << Qt::Vertical << 36 << 3;
+    QTest::newRow("frame") << u"display_mode"_s << Qt::Vertical << 17 << 2;
+    QTest::newRow("camera") << u"photo_created_date"_s << Qt::Vertical << 17 << 2;
+    QTest::newRow("squares") << u"bookstore_change_view_to_thumbnails"_s << Qt::Horizontal << 20 << 4;
+    QTest::newRow("battery") << u"battery_warning"_s << Qt::Vertical << 20 << 2;
+    QTest::newRow("this device") << u"e3_detail_internal_memory"_s << Qt::Vertical << 72 << 4;
+    QTest::newRow("card") << u"e3_detail_sd_card"_s << Qt::Vertical << 90 << 2;
+    QTest::newRow("folder") << u"e3_filter_folders"_s << Qt::Vertical << 100 << 3;
+    QTest::newRow("device") << u"ci_device_email"_s << Qt::Vertical << 67 << 5;
+    QTest::newRow("corner") << u"positioning_top_left"_s << Qt::Horizontal << 60 << 2;
+}
+
+void tst_ControlsIcons::linesOfWholePixels()
+{
+    QFETCH(QString, name);
+    QFETCH(Qt::Orientation, across);
+    QFETCH(int, at);
+    QFETCH(int, lines);
+
+    facts().dpi = 300;
+    const QImage image = icon(name);
+    const int length = across == Qt::Horizontal ? image.width() : image.height();
+    QList<int> runs; // of ink, in pixels
+    int previous = 0;
+    for (int i = 0; i < length; ++i) {
+        const int alpha = qAlpha(across == Qt::Horizontal ? image.pixel(i, at) : image.pixel(at, i));
+        if (alpha < 16) {
+            previous = 0;
+            continue;
+        }
+        QVERIFY2(alpha > 239, "a grey edge");
+        if (previous == 0)
+            runs.append(0);
+        ++runs.last();
+        previous = alpha;
+    }
+    QCOMPARE(runs, QList<int>(lines, 6));
 }
 
 void tst_ControlsIcons::requestedSize_data()
