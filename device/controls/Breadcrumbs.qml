@@ -159,7 +159,8 @@ Item {
                     styledFont: shown_crumb.modelData.last ? FontStyles.BodySBold : FontStyles.BodyS
                     text: shown_crumb.modelData.text
                     width: Math.min(Math.ceil(implicitWidth), shown_crumb.width - 2 * breadcrumbs.padding)
-                    x: Math.round((shown_crumb.width - width) / 2)
+                    // By its letters: what is cut may leave part of a letter's width.
+                    x: Math.round((shown_crumb.width - contentWidth) / 2)
                     y: Math.round((shown_crumb.height - height) / 2)
                     Accessible.ignored: true
                 }
