@@ -32,6 +32,15 @@ CommandWord choice(const QString &member, const QStringList &choices)
     return {.label = choices.join(u'|'), .member = member, .kind = WordKind::Choice, .choices = choices};
 }
 
+/// A device has no other events. Programs drop what they do not know, so a slip would never show.
+CommandWord eventType()
+{
+    return {.label = u"TYPE"_s,
+            .member = u"type"_s,
+            .kind = WordKind::Number,
+            .choices = {u"25"_s, u"32"_s, u"40"_s, u"151"_s, u"152"_s, u"161"_s, u"162"_s, u"163"_s, u"164"_s}};
+}
+
 CommandWord yesOrNo(const QString &member, const QStringList &words)
 {
     return {.label = words.join(u'|'), .member = member, .kind = WordKind::Switch, .choices = words};
@@ -76,8 +85,8 @@ QList<Command> makeCommands()
                  {u"menu"_s, u"prev"_s, u"next"_s, u"page-up"_s, u"page-down"_s, u"left"_s, u"right"_s,
                   u"up"_s, u"down"_s, u"centre"_s, u"back"_s})}},
         {u"event"_s,
-         u"any device event"_s,
-         {integer(u"TYPE"_s, u"type"_s), integer(u"P1"_s, u"par1"_s), integer(u"P2"_s, u"par2"_s)}},
+         u"an event of the device: 25, 32, 40, 151, 152, 161 to 164"_s,
+         {eventType(), integer(u"P1"_s, u"par1"_s), integer(u"P2"_s, u"par2"_s)}},
         {u"type"_s, u"text for the field that has the focus"_s, {text(u"TEXT"_s, u"text"_s)}},
         {u"timers"_s, u"the timers that are pending"_s, {}},
         {u"fire"_s, u"let a timer run out now"_s, {text(u"NAME"_s, u"name"_s)}},
@@ -142,6 +151,11 @@ QString readWord(const CommandWord &expected, const QString &word, QJsonObject *
         if (!expected.choices.contains(word))
             return u"\"%1\" is not one of %2"_s.arg(word, expected.choices.join(u", "_s));
         members->insert(expected.member, word);
+        return {};
+    case WordKind::Number:
+        if (!expected.choices.contains(word))
+            return u"\"%1\" is not one of %2"_s.arg(word, expected.choices.join(u", "_s));
+        members->insert(expected.member, word.toInt());
         return {};
     case WordKind::Switch:
         if (!expected.choices.contains(word))
@@ -217,6 +231,13 @@ std::optional<QJsonObject> readWords(const Command &command, const QStringList &
             return refuse(complaint);
     }
 
+    QStringList keywords;
+    for (const CommandWord &word : command.words)
+        keywords << word.keyword;
+    keywords.removeAll(QString());
+    if (given.isEmpty() && members.isEmpty() && !keywords.isEmpty())
+        return refuse(u"one of %1 is missing"_s.arg(keywords.join(u", "_s)));
+
     while (!given.isEmpty()) {
         const QString keyword = given.takeFirst();
         const auto expected
@@ -224,10 +245,6 @@ std::optional<QJsonObject> readWords(const Command &command, const QStringList &
                   return !word.keyword.isEmpty() && word.keyword == keyword;
               });
         if (expected == command.words.end()) {
-            QStringList keywords;
-            for (const CommandWord &word : command.words)
-                keywords << word.keyword;
-            keywords.removeAll(QString());
             return refuse(keywords.isEmpty()
                               ? u"\"%1\" is one word too many"_s.arg(keyword)
                               : u"\"%1\" is not one of %2"_s.arg(keyword, keywords.join(u", "_s)));

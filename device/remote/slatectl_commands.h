@@ -15,6 +15,7 @@ enum class WordKind {
     Integer, ///< `low` to `high`
     Text, ///< anything but nothing
     Choice, ///< one of `choices`
+    Number, ///< one of `choices`, which are numbers
     Switch, ///< the first of two `choices` for yes, the second for no
     NameOrId, ///< NAME, or #ID
     PngFile, ///< a file name without a suffix that promises another format
@@ -26,7 +27,9 @@ struct CommandWord
     QString member; ///< on the wire; empty: for the client alone
     WordKind kind = WordKind::Text;
     bool optional = false; ///< where it is left out, those after it that have no keyword are out as well
-    QString keyword = {}; ///< where there is one, it stands before the word, and such pairs come in any order
+    /// Where there is one, it stands before the word. Such pairs come in any order; a command that has nothing
+    /// else needs one of them.
+    QString keyword = {};
     qint64 low = 0;
     qint64 high = 0;
     QStringList choices = {};

@@ -130,6 +130,9 @@ void tst_Slatectl::usage_data()
     QTest::newRow("no key") << QStringList{u"key"_s};
     QTest::newRow("unknown key") << QStringList{u"key"_s, u"home"_s};
     QTest::newRow("event with one number") << QStringList{u"event"_s, u"25"_s};
+    QTest::newRow("event that no device has") << QStringList{u"event"_s, u"999"_s, u"0"_s, u"0"_s};
+    QTest::newRow("event by a word") << QStringList{u"event"_s, u"key"_s, u"23"_s, u"0"_s};
+    QTest::newRow("light of nothing") << QStringList{u"light"_s};
     QTest::newRow("no text") << QStringList{u"type"_s};
     QTest::newRow("empty text") << QStringList{u"type"_s, u""_s};
     QTest::newRow("two texts") << QStringList{u"type"_s, u"a"_s, u"b"_s};
@@ -176,6 +179,11 @@ void tst_Slatectl::wrongWordIsNamed()
     QVERIFY(run({u"light"_s, u"foo"_s, u"3"_s})
                 .errors.startsWith(
                     "slatectl: light: \"foo\" is not one of brightness, color, auto, color-auto, enabled ("));
+    QVERIFY(run({u"light"_s})
+                .errors.startsWith(
+                    "slatectl: light: one of brightness, color, auto, color-auto, enabled is missing ("));
+    QVERIFY(run({u"event"_s, u"999"_s, u"0"_s, u"0"_s})
+                .errors.startsWith("slatectl: event: \"999\" is not one of 25, 32, 40, 151, "));
     QVERIFY(run({u"screenshot"_s, u"x.jpg"_s}).errors.contains("\"x.jpg\" does not end in .png"));
     QVERIFY(run({u"state"_s, u"now"_s}).errors.contains("\"now\" is one word too many"));
 }
@@ -242,12 +250,15 @@ void tst_Slatectl::requests_data()
          {"menu", "prev", "next", "page-up", "page-down", "left", "right", "up", "down", "centre", "back"})
         row(QByteArray("key ") + key, QByteArray(R"({"do":"key","name":")") + key + R"("})");
     row("event 25 23 0", R"({"do":"event","par1":23,"par2":0,"type":25})");
+    for (const char *type : {"32", "40", "151", "152", "161", "162", "163", "164"}) {
+        row(QByteArray("event ") + type + " 1 2",
+            QByteArray(R"({"do":"event","par1":1,"par2":2,"type":)") + type + '}');
+    }
     row("type Grüße", R"({"do":"type","text":"Grüße"})");
     row("type --help", R"({"do":"type","text":"--help"})");
     row("press --root 2", R"({"do":"press","n":2,"name":"--root"})");
     row("timers", R"({"do":"timers"})");
     row("fire nextImageEvent", R"({"do":"fire","name":"nextImageEvent"})");
-    row("light", R"({"do":"light"})");
     row("light brightness 40 auto on", R"({"auto":true,"brightness":40,"do":"light"})");
     row("light enabled off color-auto on color 100",
         R"({"color":100,"color_auto":true,"do":"light","enabled":false})");
