@@ -31,6 +31,8 @@ Composition::Composition(Panel &panel, const Screen &screen, const Light &light)
     m_drawingPatience.setSingleShot(true);
     m_drawingPatience.setInterval(drawingPatience);
     connect(&m_drawingPatience, &QTimer::timeout, this, &Composition::post);
+    m_clearedPatience.setSingleShot(true);
+    m_clearedPatience.setInterval(clearedPatience);
 
     connect(&screen, &Screen::geometryChanged, this, &Composition::followGeometry);
     connect(&screen, &Screen::inversionChanged, this, &Composition::followInversion);
@@ -164,6 +166,8 @@ void Composition::clear()
     m_fastArea = QRect();
     m_cover = QImage();
     m_statusPanelWiped = true;
+    m_cleared = wholeScreen();
+    m_clearedPatience.start();
 
     m_panel.begin();
     takeStateOfScreen();
@@ -254,6 +258,9 @@ void Composition::compose()
         m_fastRest.start();
     }
     QRegion rest = std::exchange(m_damage, QRegion());
+    m_cleared = (m_cleared - rest) & wholeScreen();
+    if (m_cleared.isEmpty())
+        m_clearedPatience.stop();
     const QRect bounds = rest.boundingRect();
 
     m_panel.begin();

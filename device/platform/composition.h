@@ -29,6 +29,9 @@ public:
     static constexpr std::chrono::milliseconds fastModeRest{250};
     /// How long a window that has another geometry may keep the panel waiting for its drawing.
     static constexpr std::chrono::milliseconds drawingPatience{500};
+    /// How long a cleared panel counts as one that is about to be drawn: twice what a program takes that turns
+    /// its screen. One that stays white for good is at rest as well.
+    static constexpr std::chrono::milliseconds clearedPatience{1000};
 
     /// All three must outlive it.
     Composition(Panel &panel, const Screen &screen, const Light &light);
@@ -50,7 +53,10 @@ public:
 
     void damage(const QRegion &region); ///< screen pixels that have to be composed anew
     /// A refresh is still to come.
-    bool isPending() const { return m_composePosted || !m_damage.isEmpty() || m_fastRest.isActive(); }
+    bool isPending() const
+    {
+        return m_composePosted || !m_damage.isEmpty() || m_fastRest.isActive() || m_clearedPatience.isActive();
+    }
     void setFingerDown(bool down); ///< the fast mode stays while a finger is on the panel
 
 signals:
@@ -85,6 +91,8 @@ private:
     QRect m_fastArea; ///< empty: no fast mode
     QTimer m_fastRest;
     QTimer m_drawingPatience;
+    QRegion m_cleared; ///< white, whatever lies there, until it is drawn anew
+    QTimer m_clearedPatience; ///< stops when nothing is left of it
     bool m_coverIsNew = false; ///< the full refresh that comes is its own
     bool m_fullWanted = false; ///< the refresh that comes is a full one
     bool m_nextDrawingFull = false;

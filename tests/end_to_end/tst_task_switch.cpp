@@ -7,6 +7,7 @@
 #include <run_folder.h>
 
 #include <QDir>
+#include <QImage>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -27,6 +28,7 @@ private slots:
     void init();
     void orientationOfThePreviousTask_data();
     void orientationOfThePreviousTask();
+    void firstTurnEvent();
     void backgroundAndForeground();
     void machineThatIsTheDevice();
 
@@ -97,6 +99,26 @@ void tst_TaskSwitch::orientationOfThePreviousTask()
     }
     QCOMPARE(seen, QStringList{told});
     QCOMPARE(state(u"screen"_s).value("orientation"_L1).toInt(), orientation);
+    QVERIFY(does(u"quit"_s));
+    QCOMPARE(LauncherPlace::end(launcher).status, 0);
+}
+
+// How the task before it left the screen is not known, so the first turn clears the panel, wherever it leads.
+void tst_TaskSwitch::firstTurnEvent()
+{
+    QProcess launcher;
+    QVERIFY(start(launcher, {}));
+    const QImage overview = m_client->screenshot().copy(0, 60, 758, 964); // without the clock
+    QVERIFY(does(u"orientation"_s, {{u"value"_s, 0}}));
+    QVERIFY(does(u"idle"_s, {{u"ms"_s, 60}}));
+    QCOMPARE(m_client->screenshot().copy(0, 60, 758, 964), overview);
+    QStringList cleared;
+    const QJsonArray calls = m_client->ask(u"journal"_s).value("calls"_L1).toArray();
+    for (const QJsonValue &call : calls) {
+        if (call.toObject().value("name"_L1) == "ClearScreen"_L1)
+            cleared.append(call.toObject().value("thread"_L1).toString());
+    }
+    QCOMPARE(cleared, QStringList{u"main"_s});
     QVERIFY(does(u"quit"_s));
     QCOMPARE(LauncherPlace::end(launcher).status, 0);
 }

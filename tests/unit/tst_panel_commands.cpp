@@ -53,6 +53,7 @@ private slots:
     void opened();
     void idleWhenNothingHappens();
     void idleWaitsForDrawing();
+    void idleWaitsForAClearedPanel();
     void idleWaitsForThreads();
     void idleGivesUp();
     void badArguments_data();
@@ -251,6 +252,24 @@ void tst_PanelCommands::idleWaitsForDrawing()
     Device::instance()->screen.refresh(lindenreed::device::RefreshMode::Full);
     QTRY_COMPARE(panel_view::refreshNumber(), before + 1);
     QCOMPARE(panel_view::upright(), seen);
+}
+
+void tst_PanelCommands::idleWaitsForAClearedPanel()
+{
+    using lindenreed::device::RefreshMode;
+    QQmlEngine engine;
+    const auto window = loadWindow(engine, R"(Window { visible: true; color: "#888888" })");
+    QVERIFY(panel_view::waitUntilStill());
+    auto &screen = Device::instance()->screen;
+    screen.clear();
+    // As the frame does when it turns its screen.
+    QTimer::singleShot(500, window.get(), [&screen] { screen.refresh(RefreshMode::Full); });
+    QCOMPARE(code(m_remote->ask(u"idle"_s, {{u"ms"_s, 60}}, 40'000)), u"ok"_s);
+    QCOMPARE(panel_view::greyAt(100, 1000), 0x88);
+
+    screen.clear(); // for good
+    QCOMPARE(code(m_remote->ask(u"idle"_s, {{u"ms"_s, 60}}, 40'000)), u"ok"_s);
+    QCOMPARE(panel_view::greyAt(100, 1000), 255);
 }
 
 void tst_PanelCommands::idleWaitsForThreads()
