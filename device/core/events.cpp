@@ -15,11 +15,8 @@ void Events::setHandler(Handler handler)
 int Events::send(int type, int par1, int par2)
 {
     Q_ASSERT(QThread::currentThread() == thread());
-    if (type == event::foreground || type == event::background) {
-        const bool inForeground = type == event::foreground;
-        if (std::exchange(m_inForeground, inForeground) != inForeground)
-            emit inForegroundChanged();
-    }
+    if (type == event::foreground || type == event::background)
+        setInForeground(type == event::foreground);
     // The handler may replace itself while it runs: it lives until its call has returned.
     const std::shared_ptr<const Handler> handler = m_handler;
     return handler ? (*handler)(type, par1, par2) : 0;
@@ -29,6 +26,18 @@ void Events::post(int type, int par1, int par2)
 {
     QMetaObject::invokeMethod(
         this, [this, type, par1, par2] { send(type, par1, par2); }, Qt::QueuedConnection);
+}
+
+void Events::reset()
+{
+    setHandler({});
+    setInForeground(true);
+}
+
+void Events::setInForeground(bool inForeground)
+{
+    if (std::exchange(m_inForeground, inForeground) != inForeground)
+        emit inForegroundChanged();
 }
 
 } // namespace lindenreed::device

@@ -41,10 +41,14 @@ public:
     /// What the last of the events 151 and 152 said; true before the first.
     bool inForeground() const { return m_inForeground; }
 
+    void reset(); ///< as after the start
+
 signals:
     void inForegroundChanged();
 
 private:
+    void setInForeground(bool inForeground);
+
     std::shared_ptr<const Handler> m_handler;
     bool m_inForeground = true;
 };

@@ -137,6 +137,19 @@ void Composition::damage(const QRegion &region)
     post();
 }
 
+bool Composition::isPending() const
+{
+    return !isHeld()
+        && (m_composePosted || !m_damage.isEmpty() || m_fastRest.isActive() || m_clearedPatience.isActive());
+}
+
+void Composition::setInForeground(bool inForeground)
+{
+    m_inForeground = inForeground;
+    if (inForeground)
+        refresh(RefreshMode::Full, wholeScreen());
+}
+
 void Composition::setFingerDown(bool down)
 {
     m_fingerDown = down;
@@ -160,6 +173,8 @@ void Composition::followInversion()
 
 void Composition::clear()
 {
+    if (!m_inForeground)
+        return;
     // What was drawn before is wiped out with the rest.
     m_damage = QRegion();
     m_fullWanted = false;
@@ -232,7 +247,7 @@ void Composition::takeStateOfScreen()
 
 void Composition::compose()
 {
-    if (m_damage.isEmpty())
+    if (m_damage.isEmpty() || isHeld())
         return;
     if (isDrawingAwaited())
         return; // what a window showed before has no place on this screen; its drawing comes, or the time

@@ -53,10 +53,10 @@ public:
 
     void damage(const QRegion &region); ///< screen pixels that have to be composed anew
     /// A refresh is still to come.
-    bool isPending() const
-    {
-        return m_composePosted || !m_damage.isEmpty() || m_fastRest.isActive() || m_clearedPatience.isActive();
-    }
+    bool isPending() const;
+    /// In the background the panel belongs to another task: nothing reaches it but a cover. The way back is a
+    /// full refresh.
+    void setInForeground(bool inForeground);
     void setFingerDown(bool down); ///< the fast mode stays while a finger is on the panel
 
 signals:
@@ -80,6 +80,7 @@ private:
     void compose();
     void copy(const Surface &surface, const QRegion &region);
     void takeStateOfScreen();
+    bool isHeld() const { return !m_inForeground && !m_coverIsNew; }
 
     Panel &m_panel;
     const Screen &m_screen;
@@ -99,6 +100,7 @@ private:
     bool m_fastIsOver = false; ///< the refresh that comes brings all levels back
     bool m_statusPanelWiped = false; ///< it comes back with the next drawing
     bool m_fingerDown = false;
+    bool m_inForeground = true;
     bool m_composePosted = false;
 };
 

@@ -88,6 +88,8 @@ void Integration::initialize()
     QWindowSystemInterface::handleScreenAdded(m_screen, true);
     QObject::connect(&device.screen, &Screen::geometryChanged, m_composition.get(),
                      [this] { m_screen->followGeometry(); });
+    QObject::connect(&device.events, &Events::inForegroundChanged, m_composition.get(),
+                     [this, &device] { m_composition->setInForeground(device.events.inForeground()); });
 
     m_inputContext = std::make_unique<InputContext>(device);
     m_remoteControl = std::make_unique<RemoteControl>(device, *m_panel, *m_composition, *m_statusPanel,

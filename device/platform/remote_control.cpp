@@ -91,6 +91,14 @@ bool RemoteControl::somethingIsUnderWay() const
                        [](const PlatformWindow *window) { return window->hasPendingUpdateRequest(); });
 }
 
+bool RemoteControl::refuseInBackground(const remote::Reply &reply) const
+{
+    if (m_device.events.inForeground())
+        return false;
+    reply.fail(u"not-possible"_s, u"The application is in the background."_s);
+    return true;
+}
+
 void RemoteControl::afterThisTurn(const remote::Reply &reply)
 {
     // What was posted before is delivered before.

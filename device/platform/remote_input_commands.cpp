@@ -27,8 +27,15 @@ void RemoteControl::addInputCommands()
             reply.fail(u"not-supported"_s, u"The profile %1 has no touch."_s.arg(m_device.profile.name));
             return;
         }
-        gesture.abandoned = [reply] { return reply.clientGone(); };
-        gesture.done = [reply] { reply(); };
+        if (refuseInBackground(reply))
+            return;
+        // One that waits behind others, or is under way, ends where another task comes to the front.
+        gesture.abandoned
+            = [this, reply] { return reply.clientGone() || !m_device.events.inForeground(); };
+        gesture.done = [this, reply] {
+            if (!refuseInBackground(reply))
+                reply();
+        };
         m_finger.perform(std::move(gesture));
     };
 
@@ -55,7 +62,7 @@ void RemoteControl::addInputCommands()
     m_server.add(u"key"_s, {u"name"_s}, [this](const QJsonObject &request, const Reply &reply) {
         Arguments arguments(request);
         const std::optional<keys::Key> key = keys::named(arguments.word(u"name"_s, keys::names()));
-        if (arguments.refuse(reply))
+        if (arguments.refuse(reply) || refuseInBackground(reply))
             return;
         if (key->deviceCode)
             m_device.events.post(event::key, *key->deviceCode, 0);
@@ -67,10 +74,10 @@ void RemoteControl::addInputCommands()
         }
         afterThisTurn(reply);
     });
-    m_server.add(u"type"_s, {u"text"_s}, [](const QJsonObject &request, const Reply &reply) {
+    m_server.add(u"type"_s, {u"text"_s}, [this](const QJsonObject &request, const Reply &reply) {
         Arguments arguments(request);
         const QString text = arguments.text(u"text"_s);
-        if (arguments.refuse(reply))
+        if (arguments.refuse(reply) || refuseInBackground(reply))
             return;
         if (keys::type(text))
             reply();

@@ -28,7 +28,7 @@ void RemoteControl::addItemCommands()
                 Arguments arguments(request);
                 const QString which = arguments.text(u"name"_s);
                 const int number = arguments.integerOr(u"n"_s, 1, std::numeric_limits<int>::max(), 1);
-                if (arguments.refuse(reply))
+                if (arguments.refuse(reply) || refuseInBackground(reply))
                     return;
                 const bool byId = which.size() > 1 && which.startsWith(u'#');
                 const ItemChoice choice{byId ? QString() : which, byId ? which.mid(1) : QString(), number};

@@ -130,6 +130,10 @@ void tst_Events::foregroundAndBackground()
     events.send(event::foreground, 0, 0);
     QVERIFY(events.inForeground());
     QCOMPARE(changes, 2);
+    events.send(event::background, 0, 0);
+    events.reset();
+    QVERIFY(events.inForeground());
+    QCOMPARE(changes, 4);
 }
 
 QTEST_GUILESS_MAIN(tst_Events)

@@ -15,7 +15,7 @@ namespace {
 void reset(Device &device)
 {
     device.timers.clearAll();
-    device.events.setHandler({});
+    device.events.reset();
     device.viewer.forget();
     device.light.reset();
     device.power.reset();
