@@ -6,6 +6,7 @@
 #include "platform_window.h"
 #include "status_panel.h"
 
+#include <QGuiApplication>
 #include <QJSValue>
 #include <QJsonObject>
 #include <QQuickWindow>
@@ -62,6 +63,7 @@ public:
     {
         m_origin = rectangle.topLeft();
         m_window = rectangle & m_screen;
+        m_focus = &window == QGuiApplication::focusWindow() ? window.activeFocusItem() : nullptr;
         m_covers.push_back({nullptr, m_window});
         std::vector<TreeNode> nodes;
         visit(window.contentItem(), m_window, 1.0, nodes);
@@ -133,13 +135,20 @@ private:
         const QList<QQuickItem *> items = childClip.isEmpty() ? QList<QQuickItem *>() : paintOrder(item);
         for (QQuickItem *child : items)
             visit(child, childClip, opacity, node ? node->children : siblings);
-        if (node)
-            siblings.push_back(std::move(*node));
+        if (!node)
+            return;
+        // The focus is told once, where it is nearest.
+        if (m_focus && (item == m_focus || item->isAncestorOf(m_focus))) {
+            node->focused = true;
+            m_focus = nullptr;
+        }
+        siblings.push_back(std::move(*node));
     }
 
     QRect m_screen;
     QRect m_window; ///< the one that is walked through now
     QPoint m_origin;
+    const QQuickItem *m_focus = nullptr; ///< not told yet, of that window
     std::vector<Cover> m_covers;
     std::vector<Cover> m_modals; ///< mouse areas that are as large as their window
     QHash<const QQuickItem *, Below> m_below;
@@ -168,6 +177,7 @@ TreeNode describeKeyboard(KeyboardWindow &keyboard)
         child.name = key.name();
         child.id = key.id();
         child.rectangle = key.rectangle.translated(node.rectangle.topLeft());
+        child.focused = keyboard.isFramed(i);
         if (key.action == KeyAction::Shift)
             child.checked = keyboard.view().shifted;
         child.press = [&keyboard, i] { keyboard.press(i); };
@@ -235,6 +245,8 @@ QJsonArray toJson(const std::vector<TreeNode> &nodes)
             object.insert(u"id"_s, node.id);
         if (!node.value.isEmpty())
             object.insert(u"value"_s, node.value);
+        if (node.focused)
+            object.insert(u"focused"_s, true);
         if (node.checked)
             object.insert(u"checked"_s, *node.checked);
         if (!children.isEmpty())

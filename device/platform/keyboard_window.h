@@ -28,6 +28,7 @@ public:
     {
         return m_place;
     } ///< screen pixels; ahead of geometry(), which follows in the event loop
+    bool isFramed(qsizetype index) const { return index == m_framed; } ///< by the arrow keys
     void press(qsizetype index); ///< presses and releases a key of keys() by its index
 
     /// For a device without touch: the arrow keys move a frame over the keys and the return key presses the

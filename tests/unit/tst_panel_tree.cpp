@@ -55,6 +55,7 @@ private slots:
     void windowAboveCovers();
     void idInsideAndOutside();
     void checkedAndValue();
+    void focused();
     void styledTextIsPlain();
     void statusPanelIsListed();
     void press_data();
@@ -313,6 +314,40 @@ void tst_PanelTree::checkedAndValue()
     QCOMPARE(all.at(3).value(u"value"_s).toString(), u"40"_s);
     QCOMPARE(all.at(4).value(u"value"_s).toString(), u"typed"_s);
     QCOMPARE(all.at(4).value(u"role"_s).toString(), u"EditableText"_s);
+}
+
+void tst_PanelTree::focused()
+{
+    load(R"(
+        component Row: Item { width: 100; height: 30; Accessible.role: Accessible.Button; Accessible.name: objectName }
+        Row { objectName: "first"; focus: true; Text { text: "inside" } }
+        Row { objectName: "second"; y: 40 }
+        Row { objectName: "around"; y: 80
+              FocusScope { objectName: "scope"; width: 50; height: 30; Item { focus: true; width: 9; height: 9 } } }
+        TextInput { objectName: "field"; y: 120; width: 100; height: 30; text: "typed" })");
+    const auto focusedNames = [this] {
+        QStringList names;
+        for (const QJsonObject &node : nodes()) {
+            if (node.contains(u"focused"_s))
+                names.append(node.value(u"name"_s).toString() + node.value(u"value"_s).toString());
+        }
+        return names;
+    };
+    const auto focus = [this](const QString &name) {
+        m_window->findChild<QQuickItem *>(name)->forceActiveFocus();
+    };
+    QTRY_COMPARE(focusedNames(), QStringList{u"first"_s});
+    focus(u"second"_s);
+    QCOMPARE(focusedNames(), QStringList{u"second"_s});
+    focus(u"field"_s);
+    QCOMPARE(focusedNames(), QStringList{u"typed"_s});
+    focus(u"scope"_s); // nothing in it says anything, so what it lies in is told
+    QCOMPARE(focusedNames(), QStringList{u"around"_s});
+
+    // The keys go to the window in front alone.
+    const auto above = loadWindow(m_engine, "Window { y: 600; width: 100; height: 100; visible: true }");
+    QTRY_COMPARE(QGuiApplication::focusWindow(), above.get());
+    QCOMPARE(focusedNames(), QStringList());
 }
 
 void tst_PanelTree::styledTextIsPlain()

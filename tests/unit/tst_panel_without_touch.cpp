@@ -231,6 +231,8 @@ void tst_PanelWithoutTouch::framedKey()
     QCOMPARE(panel_view::greyAt(first.left() + 2, y), 255);
     QCOMPARE(key(u"up"_s), u"ok"_s);
     QTRY_COMPARE(panel_view::greyAt(first.left() + 2, y), 0); // 6 wide on a 300 dpi panel
+    QCOMPARE(m_scene->key(u"q"_s).value(u"focused"_s), QJsonValue(true));
+    QVERIFY(!m_scene->key(u"w"_s).contains(u"focused"_s));
     QCOMPARE(panel_view::greyAt(first.left() + 6, y), 255);
     QCOMPARE(key(u"right"_s), u"ok"_s);
     QTRY_COMPARE(panel_view::greyAt(first.left() + 2, y), 255);
