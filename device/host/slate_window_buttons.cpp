@@ -84,6 +84,7 @@ void ButtonStates::setState(const QJsonObject &state)
 {
     const QJsonObject media = state.value("media"_L1).toObject();
     const QJsonObject screen = state.value("screen"_L1).toObject();
+    m_hasTouch = state.value("touch"_L1).toBool(true);
     m_cardIn = media.value("sd"_L1).toBool();
     m_usbIn = media.value("usb"_L1).toBool();
     m_lightOn = state.value("light"_L1).toObject().value("enabled"_L1).toBool();

@@ -33,6 +33,8 @@ public:
     /// What the device did not do, and why. What it never does is not offered again.
     void refuse(const QString &command, const QString &error, const QString &message);
 
+    /// Whether a finger does anything; without one, keys move a focus. True until the device has told.
+    bool hasTouch() const { return m_hasTouch; }
     /// Card in, light on, sleeping while another task is in front; false for what is no switch.
     bool isOn(DeviceButton button) const;
     bool isAvailable(DeviceButton button) const;
@@ -51,6 +53,7 @@ private:
     int nextTurn();
 
     bool m_deviceIsThere = false;
+    bool m_hasTouch = true;
     bool m_cardIn = false;
     bool m_usbIn = false;
     bool m_lightOn = false;

@@ -49,8 +49,8 @@ The strip beside the device has its other parts, each with a key of its own:
   Ctrl+I  white on black, and back  Ctrl+S  sleep: another task comes to the front
   Ctrl+R  wake: back to the front
 
-  Left, Page Up      previous       Right, Page Down  next
-  M, Menu            menu           Up, Down, Return, Escape  keys of a device without touch
+  Page Up, Left      previous       Page Down, Right  next
+  M, Menu            menu           Up, Down, Left, Right, Return, Escape  on a device without touch
   Ctrl+Plus, Minus   larger, smaller; Ctrl+0 fits the display again
   Ctrl+Q             close: ends the program on the device, as slatectl quit does
 

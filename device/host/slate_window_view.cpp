@@ -27,14 +27,17 @@ constexpr double mostDivisor = 8;
 constexpr int tipDelayMs = 600;
 constexpr int noteMs = 6000; ///< for a sentence of a dozen words
 
-/// The protocol's name of a key of the keyboard; empty for the others.
-QString keyName(int key)
+/// The protocol's name of a key of the keyboard; empty for the others. Where no finger turns the pages, the
+/// arrows have other work.
+QString keyName(int key, bool hasTouch)
 {
     switch (key) {
     case Qt::Key_Left:
+        return hasTouch ? u"prev"_s : u"left"_s;
+    case Qt::Key_Right:
+        return hasTouch ? u"next"_s : u"right"_s;
     case Qt::Key_PageUp:
         return u"prev"_s;
-    case Qt::Key_Right:
     case Qt::Key_PageDown:
         return u"next"_s;
     case Qt::Key_M:
@@ -362,7 +365,7 @@ void DeviceView::keyPressEvent(QKeyEvent *event)
 {
     if (event->modifiers() & Qt::ControlModifier)
         controlKey(event->key());
-    else if (const QString name = keyName(event->key()); !name.isEmpty())
+    else if (const QString name = keyName(event->key(), m_buttons->hasTouch()); !name.isEmpty())
         pressKey(name);
 }
 

@@ -75,6 +75,7 @@ QJsonObject RemoteControl::state() const
     return {
         {u"protocol"_s, protocolVersion},
         {u"profile"_s, m_device.profile.name},
+        {u"touch"_s, m_device.profile.touch},
         {u"language"_s, texts::language()},
         {u"screen"_s,
          QJsonObject{{u"width"_s, screen.size().width()},

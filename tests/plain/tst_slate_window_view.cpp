@@ -36,6 +36,7 @@ private slots:
     void rightButtonIsNoFinger();
     void keysOfTheKeyboard_data();
     void keysOfTheKeyboard();
+    void arrowsWithoutTouch();
     void otherKeysOfTheKeyboard();
     void signIsAKey_data();
     void signIsAKey();
@@ -223,6 +224,23 @@ void tst_SlateWindowView::keysOfTheKeyboard()
     QCOMPARE(m_asked->count(), 1);
     QCOMPARE(m_asked->at(0).at(0), u"key"_s);
     QCOMPARE(m_asked->at(0).at(1).toJsonObject(), (QJsonObject{{u"name"_s, name}}));
+}
+
+void tst_SlateWindowView::arrowsWithoutTouch()
+{
+    show();
+    m_buttons->setState({{u"touch"_s, false}});
+    QStringList names;
+    for (const Qt::Key key : {Qt::Key_Left, Qt::Key_Right, Qt::Key_Up, Qt::Key_Down, Qt::Key_PageUp,
+                              Qt::Key_PageDown}) {
+        QTest::keyClick(m_view.get(), key);
+        names.append(m_asked->constLast().at(1).toJsonObject().value("name"_L1).toString());
+    }
+    QCOMPARE(names,
+             (QStringList{u"left"_s, u"right"_s, u"up"_s, u"down"_s, u"prev"_s, u"next"_s}));
+    m_buttons->setState({{u"touch"_s, true}}); // another device in the same root
+    QTest::keyClick(m_view.get(), Qt::Key_Left);
+    QCOMPARE(m_asked->constLast().at(1).toJsonObject().value("name"_L1), u"prev"_s);
 }
 
 void tst_SlateWindowView::otherKeysOfTheKeyboard()

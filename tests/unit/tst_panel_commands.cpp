@@ -92,6 +92,7 @@ void tst_PanelCommands::state()
     QCOMPARE(code(answer), u"ok"_s);
     QCOMPARE(answer.value(u"protocol"_s).toInt(), 1);
     QCOMPARE(answer.value(u"profile"_s).toString(), u"grey-8"_s);
+    QCOMPARE(answer.value(u"touch"_s), QJsonValue(true));
     QVERIFY(answer.value(u"language"_s).isString());
     const QJsonObject screen{
         {u"width"_s, 1404}, {u"height"_s, 1872}, {u"orientation"_s, 0}, {u"inverted"_s, false}};

@@ -89,6 +89,7 @@ void tst_PanelWithoutTouch::profile()
 {
     const QJsonObject state = m_remote->ask(u"state"_s);
     QCOMPARE(state.value(u"profile"_s).toString(), u"keys-6"_s);
+    QCOMPARE(state.value(u"touch"_s), QJsonValue(false));
     QCOMPARE(panel_view::upright().size(), QSize(758, 1024));
     QCOMPARE(Device::instance()->profile.dpi, 212);
     QVERIFY(!Device::instance()->profile.touch);
