@@ -56,6 +56,8 @@ private slots:
     void wordsOfTheLight();
     void versions_data() { programs(); }
     void versions();
+    void footers_data() { programs(); }
+    void footers();
     void namesOfProfilesAndLanguages();
     void setsWithoutWarnings_data() { programs(); }
     void setsWithoutWarnings();
@@ -99,6 +101,15 @@ void tst_ManPages::versions()
     QFETCH(QString, program);
 
     QCOMPARE(answer(program, u"--version"_s), program + u" " SLATE_VERSION "\n"_s);
+}
+
+void tst_ManPages::footers()
+{
+    QFETCH(QString, program);
+
+    QCOMPARE(matches(page(program), u"^\\.Os (.*)$"_s), QStringList{u"picture_stand " SLATE_VERSION ""_s});
+    QCOMPARE(matches(page(program), u"^\\.Dd (.*)$"_s), matches(page(u"slatectl"_s), u"^\\.Dd (.*)$"_s));
+    QCOMPARE(matches(page(program), u"^\\.Dt (.*)$"_s), QStringList{program.toUpper() + u" 1"_s});
 }
 
 void tst_ManPages::namesOfProfilesAndLanguages()
