@@ -1,5 +1,7 @@
-// The buttons beside the device on the desk: what they mean, where they are, what they say.
+// The buttons beside the device on the desk: where they are, how they look, what clicks and keys make of
+// them.
 
+#include "asked_buttons.h"
 #include "panel_file.h"
 #include "slate_window_accessible.h"
 #include "slate_window_view.h"
@@ -17,35 +19,13 @@
 using namespace Qt::StringLiterals;
 using namespace lindenreed::remote;
 
-namespace {
-
-QJsonObject state(bool card, bool usb, bool light, bool inverted, int orientation)
-{
-    return {{u"media"_s, QJsonObject{{u"sd"_s, card}, {u"usb"_s, usb}}},
-            {u"light"_s, QJsonObject{{u"enabled"_s, light}}},
-            {u"screen"_s, QJsonObject{{u"inverted"_s, inverted}, {u"orientation"_s, orientation}}}};
-}
-
-} // namespace
-
 class tst_SlateWindowButtons : public QObject
 {
     Q_OBJECT
 
 private slots:
-    void init();
+    void init() { m_buttons = std::make_unique<AskedButtons>(); }
     void cleanup();
-
-    void asksWhatTheDeviceHas();
-    void commands_data();
-    void commands();
-    void turnsOn();
-    void turnThatIsDeclined();
-    void sleepingShows();
-    void profileWithoutLight();
-    void deviceThatKnowsNoCard();
-    void refusedOnce();
-    void nothingWithoutDevice();
 
     void divisor_data();
     void divisor();
@@ -62,34 +42,21 @@ private slots:
 
 private:
     void show();
-    QString lastAsked() const;
     QPoint middle(DeviceButton button) const
     {
         return m_view->layout().strip().buttonRectangle(button).center();
     }
 
-    std::unique_ptr<ButtonStates> m_buttons;
-    std::unique_ptr<QSignalSpy> m_asked;
-    std::unique_ptr<QSignalSpy> m_notes;
+    std::unique_ptr<AskedButtons> m_buttons;
     QTemporaryDir m_folder;
     std::unique_ptr<PanelWriter> m_writer;
     std::unique_ptr<DeviceView> m_view;
 };
 
-void tst_SlateWindowButtons::init()
-{
-    m_buttons = std::make_unique<ButtonStates>();
-    m_asked = std::make_unique<QSignalSpy>(m_buttons.get(), &ButtonStates::asked);
-    m_notes = std::make_unique<QSignalSpy>(m_buttons.get(), &ButtonStates::note);
-    m_buttons->deviceCame();
-}
-
 void tst_SlateWindowButtons::cleanup()
 {
     m_view.reset();
     m_writer.reset();
-    m_asked.reset();
-    m_notes.reset();
     m_buttons.reset();
 }
 
@@ -103,138 +70,6 @@ void tst_SlateWindowButtons::show()
     QVERIFY(ready.wait());
     m_view->show();
     QVERIFY(QTest::qWaitForWindowExposed(m_view.get()));
-}
-
-QString tst_SlateWindowButtons::lastAsked() const
-{
-    const QJsonObject members = m_asked->constLast().at(1).toJsonObject();
-    QString line = m_asked->constLast().at(0).toString();
-    for (auto member = members.constBegin(); member != members.constEnd(); ++member)
-        line += u' ' + member.key() + u'=' + member.value().toVariant().toString();
-    return line;
-}
-
-void tst_SlateWindowButtons::asksWhatTheDeviceHas()
-{
-    QCOMPARE(m_asked->count(), 2);
-    QCOMPARE(m_asked->at(0).at(0), u"state"_s);
-    QCOMPARE(m_asked->at(1).at(0), u"light"_s);
-    QVERIFY(m_asked->at(1).at(1).toJsonObject().isEmpty()); // it changes nothing
-}
-
-void tst_SlateWindowButtons::commands_data()
-{
-    QTest::addColumn<DeviceButton>("button");
-    QTest::addColumn<QString>("first");
-    QTest::addColumn<QString>("second"); ///< where it is on
-
-    QTest::newRow("card") << DeviceButton::Card << u"card in=true"_s << u"card in=false"_s;
-    QTest::newRow("USB") << DeviceButton::Usb << u"usb in=true"_s << u"usb in=false"_s;
-    QTest::newRow("light") << DeviceButton::Light << u"light enabled=true"_s << u"light enabled=false"_s;
-    QTest::newRow("invert") << DeviceButton::Invert << u"invert on=true"_s << u"invert on=false"_s;
-    QTest::newRow("sleep") << DeviceButton::Sleep << u"background"_s << u"background"_s;
-    QTest::newRow("wake") << DeviceButton::Wake << u"foreground"_s << u"foreground"_s;
-}
-
-void tst_SlateWindowButtons::commands()
-{
-    QFETCH(DeviceButton, button);
-    QFETCH(QString, first);
-    QFETCH(QString, second);
-
-    m_buttons->setState(state(false, false, false, false, 0));
-    QVERIFY(!m_buttons->isOn(button));
-    const QString name = m_buttons->name(button);
-    m_buttons->press(button);
-    QCOMPARE(lastAsked(), first);
-    m_buttons->setState(state(true, true, true, true, 0));
-    QCOMPARE(m_buttons->isOn(button), first != second);
-    QCOMPARE(m_buttons->name(button) != name, first != second); // says what the next press does
-    m_buttons->press(button);
-    QCOMPARE(lastAsked(), second);
-}
-
-void tst_SlateWindowButtons::turnsOn()
-{
-    int orientation = 0;
-    QStringList asked;
-    for (int i = 0; i < 5; ++i) {
-        m_buttons->setState(state(false, false, false, false, orientation));
-        m_buttons->press(DeviceButton::Turn);
-        asked.append(lastAsked());
-        orientation = m_asked->constLast().at(1).toJsonObject().value("value"_L1).toInt();
-    }
-    QCOMPARE(asked,
-             (QStringList{u"orientation value=1"_s, u"orientation value=3"_s, u"orientation value=2"_s,
-                          u"orientation value=0"_s, u"orientation value=1"_s}));
-}
-
-void tst_SlateWindowButtons::turnThatIsDeclined()
-{
-    // A device that does not go upside down stays sideways; the next press goes on from there.
-    m_buttons->setState(state(false, false, false, false, 1));
-    m_buttons->press(DeviceButton::Turn);
-    QCOMPARE(lastAsked(), u"orientation value=3"_s);
-    m_buttons->setState(state(false, false, false, false, 1));
-    m_buttons->press(DeviceButton::Turn);
-    QCOMPARE(lastAsked(), u"orientation value=2"_s);
-}
-
-void tst_SlateWindowButtons::sleepingShows()
-{
-    QVERIFY(!m_buttons->isOn(DeviceButton::Sleep));
-    m_buttons->setState({{u"task"_s, QJsonObject{{u"foreground"_s, false}}}});
-    QVERIFY(m_buttons->isOn(DeviceButton::Sleep));
-    QVERIFY(!m_buttons->isOn(DeviceButton::Wake));
-    m_buttons->setState({{u"task"_s, QJsonObject{{u"foreground"_s, true}}}});
-    QVERIFY(!m_buttons->isOn(DeviceButton::Sleep));
-}
-
-void tst_SlateWindowButtons::profileWithoutLight()
-{
-    m_buttons->setState(state(false, false, true, false, 0));
-    QVERIFY(m_buttons->isAvailable(DeviceButton::Light));
-    m_buttons->refuse(u"light"_s, u"not-supported"_s, u"There is no light."_s);
-    QVERIFY(!m_buttons->isAvailable(DeviceButton::Light));
-    QVERIFY(!m_buttons->isOn(DeviceButton::Light));
-    QVERIFY(m_buttons->isAvailable(DeviceButton::Card));
-    QCOMPARE(m_buttons->tip(DeviceButton::Light), u"There is no light."_s);
-    QCOMPARE(m_notes->count(), 0); // nobody has pressed it yet
-    const qsizetype before = m_asked->count();
-    m_buttons->press(DeviceButton::Light);
-    QCOMPARE(m_asked->count(), before);
-    QCOMPARE(m_notes->count(), 1);
-    m_buttons->deviceCame(); // another device may have one
-    QVERIFY(m_buttons->isAvailable(DeviceButton::Light));
-}
-
-void tst_SlateWindowButtons::deviceThatKnowsNoCard()
-{
-    m_buttons->press(DeviceButton::Card);
-    m_buttons->refuse(u"card"_s, u"unknown-command"_s, u"There is no command card."_s);
-    QVERIFY(!m_buttons->isAvailable(DeviceButton::Card));
-    QCOMPARE(m_notes->count(), 1);
-    QCOMPARE(m_notes->at(0).at(0), u"There is no command card."_s);
-}
-
-void tst_SlateWindowButtons::refusedOnce()
-{
-    m_buttons->press(DeviceButton::Usb);
-    m_buttons->refuse(u"usb"_s, u"not-possible"_s, u"The drive is in use."_s);
-    QVERIFY(m_buttons->isAvailable(DeviceButton::Usb));
-    QCOMPARE(m_notes->count(), 1);
-    QCOMPARE(m_notes->at(0).at(0), u"The drive is in use."_s);
-}
-
-void tst_SlateWindowButtons::nothingWithoutDevice()
-{
-    m_buttons->deviceWent();
-    const qsizetype before = m_asked->count();
-    for (const DeviceButton button : deviceButtons) {
-        QVERIFY(!m_buttons->isAvailable(button));
-        m_buttons->press(button);
-    }
-    QCOMPARE(m_asked->count(), before);
 }
 
 void tst_SlateWindowButtons::divisor_data()
@@ -322,7 +157,7 @@ void tst_SlateWindowButtons::brightness()
         QCOMPARE(brightest(button, {}), 0x8a);
         QCOMPARE(brightest(button, button), 0xff);
     }
-    m_buttons->setState(state(false, false, true, false, 0));
+    m_buttons->setState(buttonsState(false, false, true, false, 0));
     QCOMPARE(brightest(DeviceButton::Light, {}), 0xe4);
     m_buttons->refuse(u"light"_s, u"not-supported"_s, u"There is no light."_s);
     QCOMPARE(brightest(DeviceButton::Light, {}), 0x4c);
@@ -333,16 +168,16 @@ void tst_SlateWindowButtons::click()
 {
     show();
     QTest::mouseClick(m_view.get(), Qt::LeftButton, {}, middle(DeviceButton::Invert));
-    QCOMPARE(lastAsked(), u"invert on=true"_s);
+    QCOMPARE(m_buttons->lastRequest(), u"invert on=true"_s);
 }
 
 void tst_SlateWindowButtons::leftBeforeRelease()
 {
     show();
-    const qsizetype before = m_asked->count();
+    const qsizetype before = m_buttons->requests.count();
     QTest::mousePress(m_view.get(), Qt::LeftButton, {}, middle(DeviceButton::Invert));
     QTest::mouseRelease(m_view.get(), Qt::LeftButton, {}, middle(DeviceButton::Light));
-    QCOMPARE(m_asked->count(), before);
+    QCOMPARE(m_buttons->requests.count(), before);
 }
 
 void tst_SlateWindowButtons::controlKeys()
@@ -351,7 +186,7 @@ void tst_SlateWindowButtons::controlKeys()
     QStringList asked;
     for (const Qt::Key key : {Qt::Key_D, Qt::Key_U, Qt::Key_T, Qt::Key_L, Qt::Key_I, Qt::Key_S, Qt::Key_R}) {
         QTest::keyClick(m_view.get(), key, Qt::ControlModifier);
-        asked.append(m_asked->constLast().at(0).toString());
+        asked.append(m_buttons->requests.constLast().at(0).toString());
     }
     QCOMPARE(asked,
              (QStringList{u"card"_s, u"usb"_s, u"orientation"_s, u"light"_s, u"invert"_s, u"background"_s,
@@ -383,7 +218,7 @@ void tst_SlateWindowButtons::noteIsShown()
 void tst_SlateWindowButtons::accessible()
 {
     show();
-    m_buttons->setState(state(true, false, false, false, 0));
+    m_buttons->setState(buttonsState(true, false, false, false, 0));
     QAccessibleInterface *window = QAccessible::queryAccessibleInterface(m_view.get());
     QVERIFY(window);
     QCOMPARE(window->text(QAccessible::Name), u"Picture frame"_s);
@@ -409,7 +244,7 @@ void tst_SlateWindowButtons::accessible()
     window->child(2)->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
     QCOMPARE(keys.at(0).at(1).toJsonObject().value("name"_L1), u"next"_s);
     window->child(3)->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
-    QCOMPARE(lastAsked(), u"card in=false"_s);
+    QCOMPARE(m_buttons->lastRequest(), u"card in=false"_s);
     m_buttons->deviceWent();
     QVERIFY(window->child(3)->state().disabled);
 }
