@@ -2,10 +2,8 @@
 
 #pragma once
 
-#include "device_calls.h"
+#include "call_lines.h"
 #include "stored_database.h"
-
-#include <slateview_testing.h>
 
 #include <QDir>
 #include <QFile>
@@ -50,15 +48,7 @@ public:
     }
 
     /// The calls that change something, and those that read the orientation or the light.
-    QByteArray calls() const
-    {
-        QByteArrayList lines;
-        for (const lindenreed::device::SdkCall &call : device.calls()) {
-            if (!isQuery(call.name))
-                lines.append((QByteArrayList{call.name} + call.arguments).join(' '));
-        }
-        return lines.join('\n');
-    }
+    QByteArray calls() const { return changingCalls(device); }
 
     lindenreed::device::DeviceForTest device;
     QTemporaryDir folder;

@@ -2,10 +2,10 @@
 
 #pragma once
 
+#include "call_lines.h"
 #include "storage.h"
 
 #include <device.h>
-#include <slateview_testing.h>
 
 #include <QSignalSpy>
 #include <QTest>
@@ -68,12 +68,9 @@ public:
     /// The calls of other threads than the main one, as "Name argument argument".
     static QByteArrayList workerCalls()
     {
-        QByteArrayList found;
-        for (const lindenreed::device::SdkCall &call : lindenreed::device::journal::entries()) {
-            if (!call.onMainThread)
-                found.append((QByteArrayList{call.name} + call.arguments).join(' '));
-        }
-        return found;
+        QList<lindenreed::device::SdkCall> calls = lindenreed::device::journal::entries();
+        calls.removeIf([](const lindenreed::device::SdkCall &call) { return call.onMainThread; });
+        return callLines(calls);
     }
 
     lindenreed::device::DeviceForTest device;

@@ -2,9 +2,10 @@
 
 #pragma once
 
+#include "call_lines.h"
+
 #include <datastorage.h>
 #include <settings_model.h>
-#include <slateview_testing.h>
 #include <stderr_capture.h>
 #include <stored_database.h>
 
@@ -105,11 +106,9 @@ public:
 
     QByteArrayList lightCalls() const
     {
-        QByteArrayList result;
-        for (const lindenreed::device::SdkCall &call : device->calls())
-            result.append((QByteArrayList{call.name} + call.arguments).join(' '));
+        const QByteArrayList lines = callLines(device->calls());
         device->forgetCalls();
-        return result;
+        return lines;
     }
 
     std::unique_ptr<lindenreed::device::DeviceForTest> device;

@@ -2,9 +2,8 @@
 
 #pragma once
 
+#include "call_lines.h"
 #include "slideshow_model.h"
-
-#include <slateview_testing.h>
 
 #include <QFile>
 #include <QRegularExpression>
@@ -48,12 +47,10 @@ public:
     /// The calls that change something, as "name argument argument"; queries of the device's kind left out.
     QByteArray calls() const
     {
-        QByteArrayList lines;
-        for (const lindenreed::device::SdkCall &call : device.calls()) {
-            if (call.name == "device_display_colormask" || call.name == "device_display_dpi")
-                continue;
-            lines.append((QByteArrayList{call.name} + call.arguments).join(' '));
-        }
+        QByteArrayList lines = callLines(device.calls());
+        lines.removeIf([](const QByteArray &line) {
+            return line == "device_display_colormask" || line == "device_display_dpi";
+        });
         return lines.join('\n');
     }
 };

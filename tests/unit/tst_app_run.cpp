@@ -135,10 +135,8 @@ void tst_AppRun::placeOfTheThumbnails()
     QByteArrayList calls;
     QCOMPARE(runApp(app,
                     [&](RunningApp &running) {
-                        const QList<lindenreed::device::SdkCall> all = m_test->device.calls(
-                            {"FreeFontsForSort", "GetThemeInt", "device_platform", "GetPreviousTask"});
-                        for (const lindenreed::device::SdkCall &call : all)
-                            calls.append((QByteArrayList{call.name} + call.arguments).join(' '));
+                        calls = callLines(m_test->device.calls(
+                            {"FreeFontsForSort", "GetThemeInt", "device_platform", "GetPreviousTask"}));
 
                         QVERIFY(dynamic_cast<QQuickAsyncImageProvider *>(
                             qmlEngine(running.window)->imageProvider(u"cover_provider"_s)));
