@@ -74,12 +74,22 @@ public:
         return remote.ask(command, members).value(QStringLiteral("ok")).toBool();
     }
 
+    /// Gives a field the focus; whether the keyboard has come and lies still.
+    bool open(const char *field = "name")
+    {
+        item(field)->forceActiveFocus();
+        return QTest::qWaitFor(isOpen) && panel_view::waitUntilStill();
+    }
     static bool isOpen() { return QGuiApplication::inputMethod()->isVisible(); }
     /// In screen pixels.
     QRect place() const
     {
         return QGuiApplication::inputMethod()->keyboardRectangle().toRect().translated(window->position());
     }
+
+    static constexpr int ground = 0xdd;
+    /// What the panel shows between the keys.
+    int greyOfGround() const { return panel_view::greyAt(place().right() - 1, place().bottom() - 1); }
 
 private:
     static QByteArray qml();

@@ -1,4 +1,4 @@
-// The device's keyboard on the screen: when it is open, where it lies, what it covers.
+// The device's keyboard on the screen: when it is open, where it lies, its keys in the tree.
 
 #include "keyboard_scene.h"
 #include "panel_application.h"
@@ -6,11 +6,8 @@
 #include <device.h>
 #include <texts.h>
 
-#include <QPainter>
-#include <QRasterWindow>
 #include <QScreen>
 #include <QSignalSpy>
-#include <QTimer>
 
 #include <algorithm>
 
@@ -19,35 +16,9 @@ using lindenreed::device::Device;
 
 namespace {
 
-constexpr int ground = 0xdd;
-
-/// A window that does not want the focus.
-class GreyWindow : public QRasterWindow
-{
-public:
-    GreyWindow()
-    {
-        setFlags(Qt::Window | Qt::WindowDoesNotAcceptFocus);
-        setGeometry(0, 45, 758, 979);
-        show();
-    }
-
-protected:
-    void paintEvent(QPaintEvent *) override
-    {
-        QPainter(this).fillRect(QRect(QPoint(), size()), QColor(0x33, 0x33, 0x33));
-    }
-};
-
 lindenreed::device::Screen &screen()
 {
     return Device::instance()->screen;
-}
-
-/// Between the keys.
-int greyOfGround(const QRect &keyboard)
-{
-    return panel_view::greyAt(keyboard.right() - 1, keyboard.bottom() - 1);
 }
 
 } // namespace
@@ -71,27 +42,11 @@ private slots:
     void followsTurningAndStatusPanel_data();
     void followsTurningAndStatusPanel();
     void turnedWhileHidden();
-    void staysAboveOtherWindows();
-    void coversItemsOfTheTree();
     void keysInTheTree();
     void hiddenKeysAreRefused();
     void pageTurnedUnderAFinger();
-    void invertedOverTwoWindows();
-    void turnedOverTwoWindows();
-    void fullRefreshOfTwoWindows();
-    void nothingDrawnWhileOpen();
-    void closingTheWindowEndsTheProgram();
-    void quitWhileOpen();
-    void theApplicationEndsWhileOpen();
 
 private:
-    void open()
-    {
-        m_scene->item("name")->forceActiveFocus();
-        QTRY_VERIFY(KeyboardScene::isOpen());
-        QVERIFY(panel_view::waitUntilStill());
-    }
-
     std::unique_ptr<KeyboardScene> m_scene;
 };
 
@@ -120,7 +75,7 @@ void tst_PanelKeyboard::opensWithTheFocus()
     QVERIFY(method->keyboardRectangle().isEmpty());
     const QSignalSpy visible(method, &QInputMethod::visibleChanged);
     const QSignalSpy rectangle(method, &QInputMethod::keyboardRectangleChanged);
-    open();
+    QVERIFY(m_scene->open());
     QCOMPARE(visible.size(), 1);
     QVERIFY(rectangle.size() > 0);
     QVERIFY(!method->isAnimating());
@@ -130,7 +85,7 @@ void tst_PanelKeyboard::opensWithTheFocus()
     const QRect place = m_scene->place();
     QCOMPARE(place, QRect(0, 1024 - 383, 758, 383));
     QCOMPARE(m_scene->window->property("keyboardRectangle").toRectF(), method->keyboardRectangle());
-    QCOMPARE(greyOfGround(place), ground);
+    QCOMPARE(m_scene->greyOfGround(), KeyboardScene::ground);
     QCOMPARE(panel_view::greyAt(400, place.top()), 0); // the line along its edge
     QCOMPARE(panel_view::greyAt(400, place.top() - 1), 0x88);
     QCOMPARE(QGuiApplication::focusWindow(), m_scene->window.get());
@@ -149,7 +104,7 @@ void tst_PanelKeyboard::opensByATapOnTheField()
 
 void tst_PanelKeyboard::hideKeepsTheFocus()
 {
-    open();
+    QVERIFY(m_scene->open());
     const QSignalSpy visible(QGuiApplication::inputMethod(), &QInputMethod::visibleChanged);
     QMetaObject::invokeMethod(m_scene->window.get(), "hideKeyboard");
     QVERIFY(!KeyboardScene::isOpen());
@@ -206,7 +161,7 @@ void tst_PanelKeyboard::showWithoutAField()
 
 void tst_PanelKeyboard::staysOpenFromFieldToField()
 {
-    open();
+    QVERIFY(m_scene->open());
     const QSignalSpy visible(QGuiApplication::inputMethod(), &QInputMethod::visibleChanged);
     m_scene->item("number")->forceActiveFocus();
     QTRY_VERIFY(m_scene->key(u"a"_s).isEmpty());
@@ -219,7 +174,7 @@ void tst_PanelKeyboard::staysOpenFromFieldToField()
 
 void tst_PanelKeyboard::hintsThatChange()
 {
-    open();
+    QVERIFY(m_scene->open());
     m_scene->item("name")->setProperty("inputMethodHints", int(Qt::ImhDigitsOnly));
     QTRY_VERIFY(m_scene->key(u"a"_s).isEmpty());
     m_scene->item("name")->setProperty("inputMethodHints", int(Qt::ImhNone));
@@ -249,7 +204,7 @@ void tst_PanelKeyboard::followsTurningAndStatusPanel_data()
 void tst_PanelKeyboard::followsTurningAndStatusPanel()
 {
     QFETCH(int, orientation);
-    open();
+    QVERIFY(m_scene->open());
     for (const int panelType : {1, 0}) {
         screen().setOrientation(orientation);
         screen().setPanelType(panelType);
@@ -261,7 +216,7 @@ void tst_PanelKeyboard::followsTurningAndStatusPanel()
                  QGuiApplication::inputMethod()->keyboardRectangle());
         QCOMPARE(KeyboardScene::rectangleOf(m_scene->keyboard()), m_scene->place());
         QVERIFY(m_scene->place().height() <= size.height() / 2);
-        QCOMPARE(greyOfGround(m_scene->place()), ground);
+        QCOMPARE(m_scene->greyOfGround(), KeyboardScene::ground);
         QCOMPARE(panel_view::greyAt(5, m_scene->place().top() - 1), 0x88);
         QVERIFY(m_scene->tapKey(u"q"_s));
         QVERIFY(m_scene->tapKey(u"."_s));
@@ -272,7 +227,7 @@ void tst_PanelKeyboard::followsTurningAndStatusPanel()
 
 void tst_PanelKeyboard::turnedWhileHidden()
 {
-    open();
+    QVERIFY(m_scene->open());
     QGuiApplication::inputMethod()->hide();
     screen().setOrientation(1);
     QVERIFY(panel_view::waitUntilStill());
@@ -280,44 +235,12 @@ void tst_PanelKeyboard::turnedWhileHidden()
     QTRY_VERIFY(KeyboardScene::isOpen());
     QTRY_COMPARE(m_scene->place().bottomRight(), QPoint(1023, 757));
     QVERIFY(panel_view::waitUntilStill());
-    QCOMPARE(greyOfGround(m_scene->place()), ground);
-}
-
-void tst_PanelKeyboard::staysAboveOtherWindows()
-{
-    open();
-    GreyWindow later;
-    QTRY_COMPARE(panel_view::greyAt(400, 300), 0x33);
-    QCOMPARE(greyOfGround(m_scene->place()), ground);
-    m_scene->window->raise();
-    QTRY_COMPARE(panel_view::greyAt(400, 500), 0x88);
-    QCOMPARE(greyOfGround(m_scene->place()), ground);
-    later.raise();
-    QTRY_COMPARE(panel_view::greyAt(400, 500), 0x33);
-    QCOMPARE(greyOfGround(m_scene->place()), ground);
-    QVERIFY(m_scene->tapKey(u"x"_s));
-    QCOMPARE(m_scene->text("name"), u"x"_s);
-}
-
-void tst_PanelKeyboard::coversItemsOfTheTree()
-{
-    auto *field = m_scene->item("number");
-    field->setY(979 - 60);
-    field->setProperty("text", u"77"_s);
-    const auto isListed = [&] {
-        const QJsonArray tree = m_scene->remote.ask(u"tree"_s).value(u"tree"_s).toArray();
-        return std::any_of(tree.begin(), tree.end(), [](const QJsonValue &node) {
-            return node.toObject().value(u"value"_s).toString() == u"77"_s;
-        });
-    };
-    QVERIFY(isListed());
-    open();
-    QVERIFY(!isListed());
+    QCOMPARE(m_scene->greyOfGround(), KeyboardScene::ground);
 }
 
 void tst_PanelKeyboard::keysInTheTree()
 {
-    open();
+    QVERIFY(m_scene->open());
     const QJsonObject keyboard = m_scene->keyboard();
     QCOMPARE(KeyboardScene::rectangleOf(keyboard), m_scene->place());
     QStringList names;
@@ -340,7 +263,7 @@ void tst_PanelKeyboard::hiddenKeysAreRefused()
 {
     const QJsonObject press{{u"name"_s, u"#key_shift"_s}};
     QCOMPARE(m_scene->remote.ask(u"press"_s, press).value(u"error"_s).toString(), u"no-such-item"_s);
-    open();
+    QVERIFY(m_scene->open());
     QVERIFY(m_scene->ask(u"press"_s, press));
     QCOMPARE(m_scene->remote.ask(u"increase"_s, press).value(u"error"_s).toString(), u"not-possible"_s);
     QGuiApplication::inputMethod()->hide();
@@ -349,7 +272,7 @@ void tst_PanelKeyboard::hiddenKeysAreRefused()
 
 void tst_PanelKeyboard::pageTurnedUnderAFinger()
 {
-    open();
+    QVERIFY(m_scene->open());
     const QWindowList windows = QGuiApplication::topLevelWindows();
     const auto keyboard = std::find_if(windows.cbegin(), windows.cend(), [this](const QWindow *window) {
         return window->isVisible() && window != m_scene->window.get();
@@ -362,78 +285,6 @@ void tst_PanelKeyboard::pageTurnedUnderAFinger()
     QTest::mouseRelease(*keyboard, Qt::LeftButton, {}, finger);
     QVERIFY(KeyboardScene::isOpen());
     QVERIFY(!m_scene->key(u"ABC"_s).isEmpty());
-}
-
-void tst_PanelKeyboard::invertedOverTwoWindows()
-{
-    open();
-    screen().setInverted(true);
-    QTRY_COMPARE(panel_view::greyAt(400, 300), 0x77);
-    QCOMPARE(greyOfGround(m_scene->place()), 255 - ground);
-    QCOMPARE(panel_view::snapshot().header.refreshMode, 1U);
-    QVERIFY(m_scene->tapKey(u"123"_s));
-    QVERIFY(panel_view::waitUntilStill());
-    QCOMPARE(greyOfGround(m_scene->place()), 255 - ground);
-    QGuiApplication::inputMethod()->hide();
-    QTRY_COMPARE(panel_view::greyAt(756, 1022), 0x77);
-}
-
-void tst_PanelKeyboard::turnedOverTwoWindows()
-{
-    open();
-    const QImage before = panel_view::upright();
-    screen().setOrientation(3);
-    QTRY_COMPARE(int(panel_view::snapshot().header.orientation), 3);
-    QVERIFY(panel_view::waitUntilStill());
-    // The clock may have gone on.
-    const QRect below(0, 45, 758, 979);
-    QCOMPARE(panel_view::upright().copy(below), before.copy(below));
-}
-
-void tst_PanelKeyboard::fullRefreshOfTwoWindows()
-{
-    open();
-    const QImage before = panel_view::upright();
-    screen().clear();
-    QCOMPARE(panel_view::greyAt(400, 300), 255);
-    screen().refresh(lindenreed::device::RefreshMode::Full);
-    QTRY_COMPARE(panel_view::greyAt(400, 300), 0x88);
-    const QRect below(0, 45, 758, 979);
-    QCOMPARE(panel_view::upright().copy(below), before.copy(below));
-}
-
-void tst_PanelKeyboard::nothingDrawnWhileOpen()
-{
-    open();
-    const quint64 before = panel_view::countFrom();
-    QVERIFY(m_scene->ask(u"idle"_s, {{u"ms"_s, 300}}));
-    QCOMPARE(panel_view::refreshNumber(), before);
-}
-
-void tst_PanelKeyboard::closingTheWindowEndsTheProgram()
-{
-    open();
-    constexpr int tooLate = 7;
-    QTimer::singleShot(0, m_scene->window.get(), &QWindow::close);
-    QTimer::singleShot(5000, m_scene->window.get(), [] { QCoreApplication::exit(tooLate); });
-    QCOMPARE(QCoreApplication::exec(), 0); // the keyboard alone keeps nothing running
-    QTRY_VERIFY(!KeyboardScene::isOpen());
-}
-
-void tst_PanelKeyboard::quitWhileOpen()
-{
-    open();
-    QTimer::singleShot(0, m_scene->window.get(), [this] { m_scene->remote.send(u"quit"_s); });
-    QCOMPARE(QCoreApplication::exec(), 0);
-    QVERIFY(KeyboardScene::isOpen());
-}
-
-void tst_PanelKeyboard::theApplicationEndsWhileOpen()
-{
-    // The last test: what it leaves open is still open when the application object goes, in main().
-    const auto leave = qScopeGuard([this] { m_scene.reset(); });
-    m_scene->item("name")->forceActiveFocus();
-    QTRY_VERIFY(KeyboardScene::isOpen());
 }
 
 PANEL_TEST_MAIN(tst_PanelKeyboard)

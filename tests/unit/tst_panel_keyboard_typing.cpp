@@ -54,12 +54,6 @@ private slots:
     void languageIsKept();
 
 private:
-    void open(const char *field = "name")
-    {
-        m_scene->item(field)->forceActiveFocus();
-        QTRY_VERIFY(KeyboardScene::isOpen());
-        QVERIFY(panel_view::waitUntilStill());
-    }
     bool hold(const QPoint &place, int ms)
     {
         return m_scene->ask(u"hold"_s, {{u"x"_s, place.x()}, {u"y"_s, place.y()}, {u"ms"_s, ms}});
@@ -85,7 +79,7 @@ void tst_PanelKeyboardTyping::cleanup()
 
 void tst_PanelKeyboardTyping::tapsType()
 {
-    open();
+    QVERIFY(m_scene->open());
     for (const QString &key : {u"d"_s, u"u"_s, u"n"_s, u"e"_s, u"Space"_s, u"a"_s, u"."_s})
         QVERIFY(m_scene->tapKey(key));
     QCOMPARE(m_scene->text("name"), u"dune a."_s);
@@ -95,7 +89,7 @@ void tst_PanelKeyboardTyping::tapsType()
 
 void tst_PanelKeyboardTyping::tapsBetweenKeysReachOne()
 {
-    open();
+    QVERIFY(m_scene->open());
     const QRect key = KeyboardScene::rectangleOf(m_scene->key(u"g"_s));
     QVERIFY(m_scene->tap({key.left() - 2, key.center().y()}));
     QVERIFY(m_scene->tap({key.center().x(), key.bottom() + 2}));
@@ -104,7 +98,7 @@ void tst_PanelKeyboardTyping::tapsBetweenKeysReachOne()
 
 void tst_PanelKeyboardTyping::tapOnTheGroundIsNothing()
 {
-    open("number");
+    QVERIFY(m_scene->open("number"));
     QVERIFY(m_scene->tap({10, m_scene->place().center().y()})); // beside the pad
     QCOMPARE(m_scene->text("number"), QString());
     QCOMPARE(m_scene->log(), QStringList());
@@ -113,7 +107,7 @@ void tst_PanelKeyboardTyping::tapOnTheGroundIsNothing()
 
 void tst_PanelKeyboardTyping::fingerThatSlidesOff()
 {
-    open();
+    QVERIFY(m_scene->open());
     const QPoint from = m_scene->middleOf(u"a"_s);
     const QPoint to = m_scene->middleOf(u"s"_s);
     QVERIFY(m_scene->ask(u"drag"_s,
@@ -123,7 +117,7 @@ void tst_PanelKeyboardTyping::fingerThatSlidesOff()
 
 void tst_PanelKeyboardTyping::fingerFromTheWindowBelow()
 {
-    open();
+    QVERIFY(m_scene->open());
     const QPoint to = m_scene->middleOf(u"s"_s);
     QVERIFY(m_scene->ask(u"drag"_s, {{u"x1"_s, 600}, {u"y1"_s, 300}, {u"x2"_s, to.x()}, {u"y2"_s, to.y()}}));
     QCOMPARE(m_scene->text("name"), QString());
@@ -132,7 +126,7 @@ void tst_PanelKeyboardTyping::fingerFromTheWindowBelow()
 
 void tst_PanelKeyboardTyping::pressedKeyIsInverted()
 {
-    open();
+    QVERIFY(m_scene->open());
     const QRect key = KeyboardScene::rectangleOf(m_scene->key(u"i"_s));
     const QPoint corner = key.center() - QPoint(key.width() / 3, 0); // beside the letter
     QCOMPARE(panel_view::greyAt(corner.x(), corner.y()), 255);
@@ -149,7 +143,7 @@ void tst_PanelKeyboardTyping::pressedKeyIsInverted()
 
 void tst_PanelKeyboardTyping::shiftIsForOneLetter()
 {
-    open();
+    QVERIFY(m_scene->open());
     QVERIFY(m_scene->tapKey(u"Shift"_s));
     QVERIFY(m_scene->key(u"a"_s).isEmpty());
     QCOMPARE(m_scene->key(u"Shift"_s).value(u"checked"_s), QJsonValue(true));
@@ -160,7 +154,7 @@ void tst_PanelKeyboardTyping::shiftIsForOneLetter()
 
 void tst_PanelKeyboardTyping::shiftTwiceIsOff()
 {
-    open();
+    QVERIFY(m_scene->open());
     QVERIFY(m_scene->pressKey(u"Shift"_s));
     QVERIFY(m_scene->pressKey(u"Shift"_s));
     QVERIFY(m_scene->pressKey(u"a"_s));
@@ -169,7 +163,7 @@ void tst_PanelKeyboardTyping::shiftTwiceIsOff()
 
 void tst_PanelKeyboardTyping::shiftedKeyIsInverted()
 {
-    open();
+    QVERIFY(m_scene->open());
     const QRect key = KeyboardScene::rectangleOf(m_scene->key(u"Shift"_s));
     const QPoint side(key.left() + 4, key.center().y());
     QCOMPARE(panel_view::greyAt(side.x(), side.y()), 255);
@@ -182,7 +176,7 @@ void tst_PanelKeyboardTyping::shiftedKeyIsInverted()
 void tst_PanelKeyboardTyping::deleteKey()
 {
     m_scene->item("name")->setProperty("text", u"abc"_s);
-    open();
+    QVERIFY(m_scene->open());
     QVERIFY(m_scene->tapKey(u"Delete"_s));
     QCOMPARE(m_scene->text("name"), u"ab"_s);
     QVERIFY(m_scene->pressKey(u"Delete"_s));
@@ -194,7 +188,7 @@ void tst_PanelKeyboardTyping::deleteKey()
 void tst_PanelKeyboardTyping::heldDeleteRepeats()
 {
     m_scene->item("name")->setProperty("text", u"a long name that is not wanted"_s);
-    open();
+    QVERIFY(m_scene->open());
     const qsizetype before = m_scene->text("name").size();
     QVERIFY(hold(m_scene->middleOf(u"Delete"_s), 1500));
     const qsizetype after = m_scene->text("name").size();
@@ -205,7 +199,7 @@ void tst_PanelKeyboardTyping::heldDeleteRepeats()
 
 void tst_PanelKeyboardTyping::signsAndBack()
 {
-    open();
+    QVERIFY(m_scene->open());
     const QRect place = m_scene->place();
     QVERIFY(m_scene->tapKey(u"123"_s));
     QCOMPARE(m_scene->place(), place);
@@ -218,7 +212,7 @@ void tst_PanelKeyboardTyping::signsAndBack()
 
 void tst_PanelKeyboardTyping::lettersAfterSignsInTheNextField()
 {
-    open();
+    QVERIFY(m_scene->open());
     QVERIFY(m_scene->pressKey(u"123"_s));
     m_scene->item("number")->forceActiveFocus();
     QTRY_VERIFY(m_scene->key(u"?"_s).isEmpty());
@@ -228,7 +222,7 @@ void tst_PanelKeyboardTyping::lettersAfterSignsInTheNextField()
 
 void tst_PanelKeyboardTyping::digitsPad()
 {
-    open("number");
+    QVERIFY(m_scene->open("number"));
     for (const QString &key : {u"4"_s, u"7"_s, u"Delete"_s, u"2"_s, u"0"_s, u"Done"_s})
         QVERIFY(m_scene->tapKey(key));
     QCOMPARE(m_scene->text("number"), u"420"_s);
@@ -238,7 +232,7 @@ void tst_PanelKeyboardTyping::digitsPad()
 
 void tst_PanelKeyboardTyping::doneAccepts()
 {
-    open();
+    QVERIFY(m_scene->open());
     QVERIFY(m_scene->tapKey(u"a"_s));
     QVERIFY(m_scene->tapKey(u"Done"_s));
     QCOMPARE(m_scene->log(), QStringList{u"accepted"_s});
@@ -247,7 +241,7 @@ void tst_PanelKeyboardTyping::doneAccepts()
 
 void tst_PanelKeyboardTyping::doneWithoutAnAcceptableText()
 {
-    open("number");
+    QVERIFY(m_scene->open("number"));
     QVERIFY(m_scene->pressKey(u"7"_s));
     QVERIFY(m_scene->pressKey(u"Done"_s));
     QCOMPARE(m_scene->log(), QStringList());
@@ -269,7 +263,7 @@ void tst_PanelKeyboardTyping::doneInAFieldOfManyLines()
 
 void tst_PanelKeyboardTyping::acceptedFieldPassesTheFocusOn()
 {
-    open();
+    QVERIFY(m_scene->open());
     connect(m_scene->item("name"), SIGNAL(accepted()), m_scene->item("number"), SLOT(forceActiveFocus()));
     QVERIFY(m_scene->pressKey(u"Done"_s));
     QTRY_VERIFY(KeyboardScene::isOpen());
@@ -279,7 +273,7 @@ void tst_PanelKeyboardTyping::acceptedFieldPassesTheFocusOn()
 void tst_PanelKeyboardTyping::fieldOfLimitedLength()
 {
     m_scene->item("name")->setProperty("maximumLength", 3);
-    open();
+    QVERIFY(m_scene->open());
     for (int i = 0; i < 5; ++i)
         QVERIFY(m_scene->pressKey(u"m"_s));
     QCOMPARE(m_scene->text("name"), u"mmm"_s);
@@ -287,7 +281,7 @@ void tst_PanelKeyboardTyping::fieldOfLimitedLength()
 
 void tst_PanelKeyboardTyping::fieldWithAValidator()
 {
-    open("number");
+    QVERIFY(m_scene->open("number"));
     for (const QString &key : {u"9"_s, u"9"_s, u"9"_s, u"9"_s}) // 500 at most
         QVERIFY(m_scene->pressKey(key));
     QCOMPARE(m_scene->text("number").toInt() <= 999, true);
@@ -307,14 +301,14 @@ void tst_PanelKeyboardTyping::fieldThatDiesWhileAKeyIsDown()
     m_scene->item("loader")->setProperty("active", false);
     QVERIFY(m_scene->remote.nextLine().value(u"ok"_s).toBool());
     QTRY_VERIFY(!KeyboardScene::isOpen());
-    open(); // and works for the next field
+    QVERIFY(m_scene->open()); // and works for the next field
     QVERIFY(m_scene->tapKey(u"a"_s));
     QCOMPARE(m_scene->text("name"), u"a"_s);
 }
 
 void tst_PanelKeyboardTyping::typeAndKeysBesideTheKeyboard()
 {
-    open();
+    QVERIFY(m_scene->open());
     QVERIFY(m_scene->pressKey(u"a"_s));
     QVERIFY(m_scene->ask(u"type"_s, {{u"text"_s, u"bd"_s}}));
     QVERIFY(m_scene->ask(u"key"_s, {{u"name"_s, u"left"_s}}));
@@ -344,7 +338,7 @@ void tst_PanelKeyboardTyping::lettersOfALanguage()
     QFETCH(QString, text);
     QFETCH(int, rows);
     lindenreed::device::texts::load(QString::fromLatin1(QTest::currentDataTag()));
-    open();
+    QVERIFY(m_scene->open());
     for (const QChar letter : text) {
         if (m_scene->key(letter).isEmpty())
             QVERIFY(m_scene->pressKey(word("@KeyShift")));
@@ -361,7 +355,7 @@ void tst_PanelKeyboardTyping::lettersOfALanguage()
 void tst_PanelKeyboardTyping::languageKey()
 {
     lindenreed::device::texts::load(u"ru"_s);
-    open();
+    QVERIFY(m_scene->open());
     QVERIFY(m_scene->pressKey(u"ж"_s));
     QVERIFY(m_scene->tapKey(word("@KeyLanguage")));
     QVERIFY(m_scene->pressKey(u"q"_s));
@@ -378,7 +372,7 @@ void tst_PanelKeyboardTyping::languageKey()
 void tst_PanelKeyboardTyping::languageIsKept()
 {
     lindenreed::device::texts::load(u"ru"_s);
-    open();
+    QVERIFY(m_scene->open());
     QVERIFY(m_scene->pressKey(word("@KeyLanguage")));
     QGuiApplication::inputMethod()->hide();
     QGuiApplication::inputMethod()->show();
