@@ -48,15 +48,6 @@ public:
         return {};
     }
 
-    static QRect rectangleOf(const QJsonObject &node)
-    {
-        const QJsonObject rectangle = node.value(QStringLiteral("rectangle")).toObject();
-        return QRect(rectangle.value(QStringLiteral("x")).toInt(),
-                     rectangle.value(QStringLiteral("y")).toInt(),
-                     rectangle.value(QStringLiteral("width")).toInt(),
-                     rectangle.value(QStringLiteral("height")).toInt());
-    }
-
     QPoint middleOf(const QString &name) { return rectangleOf(key(name)).center(); }
 
     bool tap(const QPoint &place)

@@ -6,6 +6,7 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QLocalSocket>
+#include <QRect>
 #include <QTest>
 
 /// "ok", or the code of the error.
@@ -13,6 +14,15 @@ inline QString code(const QJsonObject &answer)
 {
     return answer.value(QStringLiteral("ok")).toBool() ? QStringLiteral("ok")
                                                        : answer.value(QStringLiteral("error")).toString();
+}
+
+/// Of a node of the tree, in screen pixels.
+inline QRect rectangleOf(const QJsonObject &node)
+{
+    const QJsonObject rectangle = node.value(QStringLiteral("rectangle")).toObject();
+    return QRect(rectangle.value(QStringLiteral("x")).toInt(), rectangle.value(QStringLiteral("y")).toInt(),
+                 rectangle.value(QStringLiteral("width")).toInt(),
+                 rectangle.value(QStringLiteral("height")).toInt());
 }
 
 /// A client that keeps the event loop running while it waits, so that the device can answer.

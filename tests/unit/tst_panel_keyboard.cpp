@@ -186,8 +186,8 @@ void tst_PanelKeyboard::padIsCentred()
     m_scene->item("number")->forceActiveFocus();
     QTRY_VERIFY(KeyboardScene::isOpen());
     QCOMPARE(m_scene->place(), QRect(0, 1024 - 383, 758, 383));
-    const QRect one = KeyboardScene::rectangleOf(m_scene->key(u"1"_s));
-    const QRect three = KeyboardScene::rectangleOf(m_scene->key(u"3"_s));
+    const QRect one = rectangleOf(m_scene->key(u"1"_s));
+    const QRect three = rectangleOf(m_scene->key(u"3"_s));
     // 720 wide with its gaps of 8 at both sides, on a 300 dpi panel.
     QCOMPARE(one.left(), (758 - 509) / 2 + 6);
     QVERIFY(qAbs(three.right() + 1 + 6 - (one.left() - 6) - 509) <= 1);
@@ -214,7 +214,7 @@ void tst_PanelKeyboard::followsTurningAndStatusPanel()
         QVERIFY(panel_view::waitUntilStill());
         QCOMPARE(m_scene->window->property("keyboardRectangle").toRectF(),
                  QGuiApplication::inputMethod()->keyboardRectangle());
-        QCOMPARE(KeyboardScene::rectangleOf(m_scene->keyboard()), m_scene->place());
+        QCOMPARE(rectangleOf(m_scene->keyboard()), m_scene->place());
         QVERIFY(m_scene->place().height() <= size.height() / 2);
         QCOMPARE(m_scene->greyOfGround(), KeyboardScene::ground);
         QCOMPARE(panel_view::greyAt(5, m_scene->place().top() - 1), 0x88);
@@ -242,14 +242,14 @@ void tst_PanelKeyboard::keysInTheTree()
 {
     QVERIFY(m_scene->open());
     const QJsonObject keyboard = m_scene->keyboard();
-    QCOMPARE(KeyboardScene::rectangleOf(keyboard), m_scene->place());
+    QCOMPARE(rectangleOf(keyboard), m_scene->place());
     QStringList names;
     const QJsonArray keys = keyboard.value(u"children"_s).toArray();
     for (const QJsonValue &each : keys) {
         const QJsonObject key = each.toObject();
         QCOMPARE(key.value(u"role"_s).toString(), u"Button"_s);
         QVERIFY(key.value(u"enabled"_s).toBool());
-        QVERIFY(m_scene->place().contains(KeyboardScene::rectangleOf(key)));
+        QVERIFY(m_scene->place().contains(rectangleOf(key)));
         names.append(key.value(u"name"_s).toString());
     }
     QCOMPARE(names.join(u' '),

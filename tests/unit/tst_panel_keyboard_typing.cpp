@@ -90,7 +90,7 @@ void tst_PanelKeyboardTyping::tapsType()
 void tst_PanelKeyboardTyping::tapsBetweenKeysReachOne()
 {
     QVERIFY(m_scene->open());
-    const QRect key = KeyboardScene::rectangleOf(m_scene->key(u"g"_s));
+    const QRect key = rectangleOf(m_scene->key(u"g"_s));
     QVERIFY(m_scene->tap({key.left() - 2, key.center().y()}));
     QVERIFY(m_scene->tap({key.center().x(), key.bottom() + 2}));
     QCOMPARE(m_scene->text("name"), u"gg"_s);
@@ -127,7 +127,7 @@ void tst_PanelKeyboardTyping::fingerFromTheWindowBelow()
 void tst_PanelKeyboardTyping::pressedKeyIsInverted()
 {
     QVERIFY(m_scene->open());
-    const QRect key = KeyboardScene::rectangleOf(m_scene->key(u"i"_s));
+    const QRect key = rectangleOf(m_scene->key(u"i"_s));
     const QPoint corner = key.center() - QPoint(key.width() / 3, 0); // beside the letter
     QCOMPARE(panel_view::greyAt(corner.x(), corner.y()), 255);
     const quint64 before = panel_view::countFrom();
@@ -164,7 +164,7 @@ void tst_PanelKeyboardTyping::shiftTwiceIsOff()
 void tst_PanelKeyboardTyping::shiftedKeyIsInverted()
 {
     QVERIFY(m_scene->open());
-    const QRect key = KeyboardScene::rectangleOf(m_scene->key(u"Shift"_s));
+    const QRect key = rectangleOf(m_scene->key(u"Shift"_s));
     const QPoint side(key.left() + 4, key.center().y());
     QCOMPARE(panel_view::greyAt(side.x(), side.y()), 255);
     QVERIFY(m_scene->pressKey(u"Shift"_s));
@@ -348,7 +348,7 @@ void tst_PanelKeyboardTyping::lettersOfALanguage()
     QSet<int> tops;
     const QJsonArray keys = m_scene->keyboard().value(u"children"_s).toArray();
     for (const QJsonValue &key : keys)
-        tops.insert(KeyboardScene::rectangleOf(key.toObject()).top());
+        tops.insert(rectangleOf(key.toObject()).top());
     QCOMPARE(tops.size(), rows);
 }
 

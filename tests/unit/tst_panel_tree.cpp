@@ -1,45 +1,19 @@
-// The tree of what can be seen and reached, and acting on items by their names.
+// The tree of what can be seen and reached.
 
 #include "panel_application.h"
-#include "panel_qml.h"
-#include "panel_remote.h"
-#include "panel_view.h"
+#include "panel_tree_test.h"
 
 #include <device.h>
 
-#include <QJsonArray>
-#include <QQuickItem>
-
 using namespace Qt::StringLiterals;
 
-namespace {
-
-/// All nodes, in the order of the tree.
-QList<QJsonObject> flat(const QJsonArray &nodes)
-{
-    QList<QJsonObject> all;
-    for (const QJsonValue &node : nodes) {
-        all.append(node.toObject());
-        all.append(flat(node.toObject().value(u"children"_s).toArray()));
-    }
-    return all;
-}
-
-QRect rectangleOf(const QJsonObject &node)
-{
-    const QJsonObject rectangle = node.value(u"rectangle"_s).toObject();
-    return QRect(rectangle.value(u"x"_s).toInt(), rectangle.value(u"y"_s).toInt(),
-                 rectangle.value(u"width"_s).toInt(), rectangle.value(u"height"_s).toInt());
-}
-
-} // namespace
-
-class tst_PanelTree : public QObject
+class tst_PanelTree : public PanelTreeTest
 {
     Q_OBJECT
 
 private slots:
-    void cleanup();
+    void cleanup() { m_window.reset(); }
+
     void textsAndButtons();
     void readingOrder();
     void invisibleItemsAreLeftOut();
@@ -58,50 +32,8 @@ private slots:
     void focused();
     void styledTextIsPlain();
     void statusPanelIsListed();
-    void press_data();
-    void press();
-    void pressIsRefused();
-    void pressNth();
-    void increaseAndDecrease();
     void namelessRoot();
-
-private:
-    void load(const QByteArray &qml)
-    {
-        m_window = loadWindow(m_engine,
-                              "Window { id: root; width: 758; height: 979; visible: true\n"
-                              "property var log: []\nfunction note(t) { log = log.concat([t]) }\n"
-                                  + qml + "\n}");
-        QVERIFY(panel_view::waitUntilStill());
-    }
-    QStringList log() const { return m_window->property("log").toStringList(); }
-    QList<QJsonObject> nodes() { return flat(m_remote.ask(u"tree"_s).value(u"tree"_s).toArray()); }
-    QStringList names()
-    {
-        QStringList names;
-        for (const QJsonObject &node : nodes()) {
-            if (node.value(u"role"_s) != u"StatusBar"_s)
-                names.append(node.value(u"name"_s).toString());
-        }
-        return names;
-    }
-    QString act(const QString &command, const QString &name, int n = 1)
-    {
-        const QJsonObject answer = m_remote.ask(command, {{u"name"_s, name}, {u"n"_s, n}});
-        if (answer.contains(u"message"_s))
-            qInfo("%s", qUtf8Printable(answer.value(u"message"_s).toString()));
-        return code(answer);
-    }
-
-    QQmlEngine m_engine;
-    std::unique_ptr<QQuickWindow> m_window;
-    PanelRemote m_remote;
 };
-
-void tst_PanelTree::cleanup()
-{
-    m_window.reset();
-}
 
 void tst_PanelTree::textsAndButtons()
 {
@@ -364,68 +296,6 @@ void tst_PanelTree::statusPanelIsListed()
     QCOMPARE(first.value(u"role"_s).toString(), u"StatusBar"_s);
     QCOMPARE(rectangleOf(first), QRect(0, 0, 758, 45));
     QVERIFY(first.value(u"value"_s).toString().contains(u':'));
-}
-
-void tst_PanelTree::press_data()
-{
-    QTest::addColumn<QJsonObject>("members");
-    QTest::newRow("by name") << QJsonObject{{u"name"_s, u"Play"_s}};
-    QTest::newRow("by id") << QJsonObject{{u"name"_s, u"#play_button"_s}};
-    QTest::newRow("the first, said so") << QJsonObject{{u"name"_s, u"Play"_s}, {u"n"_s, 1}};
-}
-
-void tst_PanelTree::press()
-{
-    QFETCH(QJsonObject, members);
-    // The label of the same name comes first in reading order and knows no action.
-    load(R"(
-        Text { text: "Play" }
-        Item { id: play_button; y: 100; width: 100; height: 50
-               Accessible.role: Accessible.Button; Accessible.name: "Play"; Accessible.onPressAction: root.note("pressed") })");
-    QCOMPARE(code(m_remote.ask(u"press"_s, members)), u"ok"_s);
-    QCOMPARE(log(), QStringList{u"pressed"_s});
-}
-
-void tst_PanelTree::pressIsRefused()
-{
-    load(R"(
-        Item { enabled: false
-            Item { width: 100; height: 50; Accessible.role: Accessible.Button; Accessible.name: "Disabled"
-                   Accessible.onPressAction: root.note("disabled") } }
-        Item { y: 100; width: 100; height: 50; visible: false; Accessible.role: Accessible.Button
-               Accessible.name: "Hidden"; Accessible.onPressAction: root.note("hidden") }
-        Text { y: 200; text: "Text" })");
-    QCOMPARE(act(u"press"_s, u"Disabled"_s), u"not-possible"_s);
-    QCOMPARE(act(u"press"_s, u"Hidden"_s), u"no-such-item"_s);
-    QCOMPARE(act(u"press"_s, u"Text"_s), u"not-possible"_s);
-    QCOMPARE(act(u"press"_s, u"Tex"_s), u"no-such-item"_s); // the exact name alone
-    QCOMPARE(act(u"press"_s, u"Disabled"_s, 0), u"bad-argument"_s);
-    QCOMPARE(code(m_remote.ask(u"press"_s)), u"bad-argument"_s);
-    QCOMPARE(act(u"press"_s, u"#missing"_s), u"no-such-item"_s);
-    QCOMPARE(log(), QStringList());
-}
-
-void tst_PanelTree::pressNth()
-{
-    load(R"(
-        Repeater { model: 3
-            Item { x: 100 * (2 - index); y: 40; width: 50; height: 50; Accessible.role: Accessible.Button
-                   Accessible.name: "Play"; Accessible.onPressAction: root.note("at " + x) } })");
-    QCOMPARE(act(u"press"_s, u"Play"_s), u"ok"_s);
-    QCOMPARE(act(u"press"_s, u"Play"_s, 3), u"ok"_s);
-    QCOMPARE(act(u"press"_s, u"Play"_s, 4), u"no-such-item"_s);
-    QCOMPARE(log(), QStringList({u"at 0"_s, u"at 200"_s}));
-}
-
-void tst_PanelTree::increaseAndDecrease()
-{
-    load(R"(Item { width: 100; height: 50; Accessible.role: Accessible.Slider; Accessible.name: "Light"
-                   property int value: 40; property int minimumValue: 0; property int maximumValue: 100; property int stepSize: 1
-                   Accessible.onIncreaseAction: root.note("more"); Accessible.onDecreaseAction: root.note("less") })");
-    QCOMPARE(act(u"increase"_s, u"Light"_s), u"ok"_s);
-    QCOMPARE(act(u"decrease"_s, u"Light"_s), u"ok"_s);
-    QCOMPARE(act(u"press"_s, u"Light"_s), u"not-possible"_s);
-    QCOMPARE(log(), QStringList({u"more"_s, u"less"_s}));
 }
 
 void tst_PanelTree::namelessRoot()

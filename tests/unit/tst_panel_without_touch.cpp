@@ -227,7 +227,7 @@ void tst_PanelWithoutTouch::framedKey()
 {
     openKeyboard();
     QVERIFY(panel_view::waitUntilStill());
-    const QRect first = KeyboardScene::rectangleOf(m_scene->key(u"q"_s));
+    const QRect first = rectangleOf(m_scene->key(u"q"_s));
     const int y = first.center().y();
     QCOMPARE(panel_view::greyAt(first.left() + 2, y), 255);
     QCOMPARE(key(u"up"_s), u"ok"_s);
