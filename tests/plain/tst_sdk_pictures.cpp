@@ -1,15 +1,10 @@
-// The SDK's operations on configuration files, pictures and the log.
+// The SDK's operations on pictures in memory.
 
 #include <slateview.h>
 #include <slateview_testing.h>
 
-#include <shared_tools/cfg_wrapper.h>
-
-#include <captured_error.h>
 #include <journal_lines.h>
 
-#include <QFile>
-#include <QTemporaryDir>
 #include <QTest>
 
 #include <algorithm>
@@ -20,7 +15,6 @@
 
 using namespace Qt::StringLiterals;
 using namespace lindenreed::device;
-using namespace lindenreed::utilities;
 
 namespace {
 
@@ -50,20 +44,11 @@ bool paddingIsUntouched(const std::vector<unsigned char> &bytes)
 
 } // namespace
 
-class tst_SdkData : public QObject
+class tst_SdkPictures : public QObject
 {
     Q_OBJECT
 
 private slots:
-    void readsConfiguration();
-    void missingConfiguration();
-    void nullConfiguration();
-    void longValuesAreCutInTheJournal();
-    void wrapperReads();
-    void wrapperReadsIfExists();
-    void wrapperClosed();
-    void readFromConfigCloses();
-
     void tone_data();
     void tone();
     void defaultTone();
@@ -75,138 +60,9 @@ private slots:
     void dither();
     void ditherRectangle_data();
     void ditherRectangle();
-
-    void log();
-    void logWithoutArguments();
-    void longLogLine();
-
-private:
-    QByteArray write(const QByteArray &content)
-    {
-        const QString path = m_folder.filePath(u"global.cfg"_s);
-        QFile file(path);
-        if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size())
-            qFatal("The test's file cannot be written.");
-        return QFile::encodeName(path);
-    }
-
-    QTemporaryDir m_folder;
 };
 
-void tst_SdkData::readsConfiguration()
-{
-    const QByteArray path = write("n=7\ns=text\nhuge=99999999999\n");
-    DeviceForTest device;
-    sv_config *const config = sv_config_open(path.constData(), 0);
-    QVERIFY(config);
-    QCOMPARE(ReadInt(config, "n", -1), 7);
-    QCOMPARE(ReadInt(config, "s", -1), -1);
-    QCOMPARE(ReadInt(config, "huge", -1), -1);
-    QCOMPARE(ReadInt(config, "none", -1), -1);
-    const char *const text = ReadString(config, "s", "f");
-    const char fallback[] = "f";
-    QVERIFY(ReadString(config, "none", fallback) == fallback);
-    QVERIFY(!ReadString(config, "none", nullptr));
-    QCOMPARE(QByteArray(text), QByteArray("text")); // lives until the configuration is closed
-    sv_config_close(config);
-    QCOMPARE(journalLines(device),
-             QByteArrayList({"sv_config_open(" + path.left(200) + ", 0)", "ReadInt(n, -1) = 7",
-                             "ReadInt(s, -1) = -1", "ReadInt(huge, -1) = -1", "ReadInt(none, -1) = -1",
-                             "ReadString(s, f) = text", "ReadString(none, f) = f",
-                             "ReadString(none, null) = null", "sv_config_close(config)"}));
-}
-
-void tst_SdkData::missingConfiguration()
-{
-    DeviceForTest device;
-    sv_config *const missing = sv_config_open("/nowhere/global.cfg", 1);
-    QVERIFY(missing);
-    QCOMPARE(ReadInt(missing, "a", 3), 3);
-    sv_config_close(missing);
-    sv_config *const unnamed = sv_config_open(nullptr, 0);
-    QVERIFY(unnamed);
-    QCOMPARE(ReadInt(unnamed, "a", 3), 3);
-    sv_config_close(unnamed);
-}
-
-void tst_SdkData::nullConfiguration()
-{
-    DeviceForTest device;
-    const char fallback[] = "f";
-    QCOMPARE(ReadInt(nullptr, "a", 3), 3);
-    QVERIFY(ReadString(nullptr, "a", fallback) == fallback);
-    sv_config_close(nullptr);
-    sv_config *const config = sv_config_open("/nowhere", 0);
-    QCOMPARE(ReadInt(config, nullptr, 3), 3);
-    QVERIFY(ReadString(config, nullptr, fallback) == fallback);
-    sv_config_close(config);
-    QCOMPARE(journalLines(device, {"sv_config_close"}),
-             QByteArrayList({"sv_config_close(null)", "sv_config_close(config)"}));
-}
-
-void tst_SdkData::longValuesAreCutInTheJournal()
-{
-    const QByteArray path = write("a=" + QByteArray(1 << 20, 'x') + "\n");
-    DeviceForTest device;
-    sv_config *const config = sv_config_open(path.constData(), 0);
-    QCOMPARE(qstrlen(ReadString(config, "a", "")), std::size_t(1) << 20);
-    sv_config_close(config);
-    QCOMPARE(device.calls({"ReadString"}).constFirst().result, QByteArray(200, 'x'));
-}
-
-void tst_SdkData::wrapperReads()
-{
-    CfgWrapper config(write("n=7\r\ns=text\r\nn=8\r\n").toStdString(), 0);
-    QCOMPARE(config.read<int>("n", -1), 8);
-    QCOMPARE(config.read<int>("s", -1), -1);
-    QCOMPARE(config.read<std::string>("s", "f"), std::string("text"));
-    QCOMPARE(config.read<std::string>("n", "f"), std::string("8"));
-    QCOMPARE(config.read<std::string>("none", "f"), std::string("f"));
-    CfgWrapper missing("/nowhere/global.cfg", 1);
-    QCOMPARE(missing.read<std::string>("s", "f"), std::string("f"));
-}
-
-void tst_SdkData::wrapperReadsIfExists()
-{
-    CfgWrapper config(write("zero=0\nn=7\nleast=-2147483648\nhuge=2147483648\ns=\n").toStdString(), 0);
-    QVERIFY(config.readIfExists<int>("zero") == boost::optional<int>(0));
-    QVERIFY(config.readIfExists<int>("n") == boost::optional<int>(7));
-    QVERIFY(config.readIfExists<int>("least") == boost::optional<int>(smallest));
-    QVERIFY(!config.readIfExists<int>("huge"));
-    QVERIFY(!config.readIfExists<int>("s"));
-    QVERIFY(!config.readIfExists<int>("none"));
-    QVERIFY(config.readIfExists<std::string>("s") == boost::optional<std::string>(""));
-    QVERIFY(config.readIfExists<std::string>("n") == boost::optional<std::string>("7"));
-    QVERIFY(!config.readIfExists<std::string>("none"));
-}
-
-void tst_SdkData::wrapperClosed()
-{
-    DeviceForTest device;
-    {
-        CfgWrapper config(write("n=7\n").toStdString(), 0);
-        config.closeNoSave();
-        config.closeNoSave();
-        QCOMPARE(config.read<int>("n", -1), -1);
-        QVERIFY(!config.readIfExists<int>("n"));
-        QVERIFY(!config.readIfExists<std::string>("n"));
-        QCOMPARE(config.read<std::string>("n", "f"), std::string("f"));
-    }
-    QCOMPARE(device.calls({"sv_config_close"}).size(), 1);
-}
-
-void tst_SdkData::readFromConfigCloses()
-{
-    const QByteArray path = write("language=de\nn=3\n");
-    DeviceForTest device;
-    QCOMPARE(readFromConfig<std::string>(path.toStdString(), "language", "en"), std::string("de"));
-    QCOMPARE(readFromConfig<int>(path.toStdString(), "n", 9), 3);
-    QCOMPARE(readFromConfig<int>("/nowhere", "n", 9), 9);
-    QCOMPARE(device.calls({"sv_config_open"}).size(), 3);
-    QCOMPARE(device.calls({"sv_config_close"}).size(), 3);
-}
-
-void tst_SdkData::tone_data()
+void tst_SdkPictures::tone_data()
 {
     QTest::addColumn<double>("brightness");
     QTest::addColumn<double>("contrast");
@@ -220,7 +76,7 @@ void tst_SdkData::tone_data()
     QTest::newRow("zeros are passed on") << 0.0 << 0.0 << 0.0 << true;
 }
 
-void tst_SdkData::tone()
+void tst_SdkPictures::tone()
 {
     QFETCH(double, brightness);
     QFETCH(double, contrast);
@@ -238,7 +94,7 @@ void tst_SdkData::tone()
                         + ", " + QByteArray::number(contrast) + ", " + QByteArray::number(gamma) + ")"}));
 }
 
-void tst_SdkData::defaultTone()
+void tst_SdkPictures::defaultTone()
 {
     DeviceForTest device;
     std::vector<unsigned char> bytes = canvas();
@@ -248,7 +104,7 @@ void tst_SdkData::defaultTone()
     QCOMPARE(journalLines(device), QByteArrayList({"adjustAreaDefault(20, 12, 5)"}));
 }
 
-void tst_SdkData::toneOfColour()
+void tst_SdkPictures::toneOfColour()
 {
     DeviceForTest device;
     // 4 pixels are 4 bytes of a grey row and 12 of a coloured one: how far the change reaches tells which it
@@ -267,7 +123,7 @@ void tst_SdkData::toneOfColour()
     QVERIFY(coloured == canvas());
 }
 
-void tst_SdkData::refusedAreas_data()
+void tst_SdkPictures::refusedAreas_data()
 {
     QTest::addColumn<int>("bytesPerLine");
     QTest::addColumn<int>("width");
@@ -284,7 +140,7 @@ void tst_SdkData::refusedAreas_data()
     QTest::newRow("width beyond all rows") << 20 << largest << 5;
 }
 
-void tst_SdkData::refusedAreas()
+void tst_SdkPictures::refusedAreas()
 {
     QFETCH(int, bytesPerLine);
     QFETCH(int, width);
@@ -304,7 +160,7 @@ void tst_SdkData::refusedAreas()
     QCOMPARE(device.calls().size(), 7); // all in the journal
 }
 
-void tst_SdkData::refusedFactors_data()
+void tst_SdkPictures::refusedFactors_data()
 {
     QTest::addColumn<double>("factor");
     QTest::newRow("no number") << std::nan("");
@@ -312,7 +168,7 @@ void tst_SdkData::refusedFactors_data()
     QTest::newRow("infinite below") << -std::numeric_limits<double>::infinity();
 }
 
-void tst_SdkData::refusedFactors()
+void tst_SdkPictures::refusedFactors()
 {
     QFETCH(double, factor);
     DeviceForTest device;
@@ -323,7 +179,7 @@ void tst_SdkData::refusedFactors()
     QVERIFY(bytes == canvas());
 }
 
-void tst_SdkData::dither()
+void tst_SdkPictures::dither()
 {
     DeviceForTest device;
     std::vector<unsigned char> bytes = canvas();
@@ -336,7 +192,7 @@ void tst_SdkData::dither()
     QCOMPARE(journalLines(device), QByteArrayList({"QuickFloyd16Dither(20, 0, 0, 12, 5)"}));
 }
 
-void tst_SdkData::ditherRectangle_data()
+void tst_SdkPictures::ditherRectangle_data()
 {
     QTest::addColumn<int>("x");
     QTest::addColumn<int>("y");
@@ -359,7 +215,7 @@ void tst_SdkData::ditherRectangle_data()
     QTest::newRow("sums beyond an int") << largest << 0 << largest << 5 << QRect();
 }
 
-void tst_SdkData::ditherRectangle()
+void tst_SdkPictures::ditherRectangle()
 {
     QFETCH(int, x);
     QFETCH(int, y);
@@ -385,35 +241,5 @@ void tst_SdkData::ditherRectangle()
     QCOMPARE(device.calls({"QuickFloyd16Dither"}).size(), 4);
 }
 
-void tst_SdkData::log()
-{
-    DeviceForTest device;
-    CapturedError error;
-    lr_print_log2(2, "picture_stand/src/datastorage", 12, "bool open()", "%s: %d\n", "no such table", 1);
-    QCOMPARE(error.finish(),
-             QByteArrayList({"2 picture_stand/src/datastorage:12 bool open(): no such table: 1\\n\n"}));
-    QCOMPARE(journalLines(device), // without the line's own text
-             QByteArrayList({"lr_print_log2(2, picture_stand/src/datastorage, 12, bool open())"}));
-}
-
-void tst_SdkData::logWithoutArguments()
-{
-    CapturedError error;
-    const char *const none = nullptr;
-    lr_print_log2(4, none, 0, none, "%s", "");
-    lr_print_log2(4, "f", 0, "g", none);
-    QCOMPARE(error.finish(), QByteArrayList({"4 :0 : \n", "4 f:0 g: \n"}));
-}
-
-void tst_SdkData::longLogLine()
-{
-    CapturedError error;
-    const std::string text(60'000, 'x');
-    lr_print_log2(4, "f", 0, "g", "<%s>", text.c_str());
-    const QByteArrayList writes = error.finish();
-    QCOMPARE(writes.size(), 1);
-    QCOMPARE(writes.constFirst(), "4 f:0 g: <" + QByteArray::fromStdString(text) + ">\n");
-}
-
-QTEST_GUILESS_MAIN(tst_SdkData)
-#include "tst_sdk_data.moc"
+QTEST_GUILESS_MAIN(tst_SdkPictures)
+#include "tst_sdk_pictures.moc"
