@@ -1,18 +1,8 @@
-#include <datastorage.h>
-#include <slateview_testing.h>
-#include <stderr_capture.h>
-#include <stored_database.h>
+// The data store: its tables, playlists and their pictures.
 
-#include <QSignalSpy>
-#include <QtTest>
-
-#include <memory>
-
-using namespace Qt::StringLiterals;
+#include "storage_fixture.h"
 
 namespace {
-
-const QString logSource = u"picture_stand/src/datastorage"_s;
 
 QStringList titles(DataStorage &store)
 {
@@ -68,34 +58,21 @@ private slots:
     void anEmptyPlaylistIsListed();
     void readingEmitsNothing();
 
-    void aPlaylistInheritsTheGlobalValue();
-    void aSecondValueReplacesTheFirst();
-    void anUnknownKeyIsEmptyAndSilent();
-    void valuesAreKeptAsText_data();
-    void valuesAreKeptAsText();
-
 private:
-    std::unique_ptr<lindenreed::device::DeviceForTest> m_device;
-    std::unique_ptr<StderrCapture> m_output;
-    std::unique_ptr<DataStorage> m_store;
+    std::unique_ptr<StorageFixture> m_test;
 };
 
 void tst_DataStorage::init()
 {
-    stored_database::remove();
-    m_device = std::make_unique<lindenreed::device::DeviceForTest>();
-    m_device->setLocalization(4, 0);
-    m_output = std::make_unique<StderrCapture>();
-    m_store = std::make_unique<DataStorage>(nullptr);
+    m_test = std::make_unique<StorageFixture>();
+    m_test->device.setLocalization(4, 0); // without the default playlist
+    m_test->store = std::make_unique<DataStorage>(nullptr);
 }
 
 void tst_DataStorage::cleanup()
 {
-    const QStringList lines = m_output->logLines(logSource);
-    m_store.reset();
-    m_output.reset();
-    m_device.reset();
-    stored_database::forgetDefaultConnection();
+    const QStringList lines = m_test->output.logLines(logSource);
+    m_test.reset();
     QCOMPARE(lines, QStringList()); // nothing here fails, so nothing is logged
 }
 
@@ -146,10 +123,10 @@ void tst_DataStorage::theMetaObjectHasOneSignal()
 
 void tst_DataStorage::addPlaylistGivesTheNewId()
 {
-    QSignalSpy changed(m_store.get(), &DataStorage::changed);
-    QCOMPARE(m_store->addPlaylist(u"Garden"_s), 1LL);
+    QSignalSpy changed(m_test->store.get(), &DataStorage::changed);
+    QCOMPARE(m_test->store->addPlaylist(u"Garden"_s), 1LL);
     QCOMPARE(changed.count(), 1);
-    QCOMPARE(m_store->addPlaylist(u"Garden"_s), 2LL);
+    QCOMPARE(m_test->store->addPlaylist(u"Garden"_s), 2LL);
     QCOMPARE(changed.count(), 2);
     QCOMPARE(stored_database::rows(u"SELECT id, title FROM playlists"_s),
              QStringList({u"1|Garden"_s, u"2|Garden"_s}));
@@ -174,88 +151,89 @@ void tst_DataStorage::titlesAreKept()
 {
     QFETCH(QString, title);
 
-    const long long id = m_store->addPlaylist(title);
-    QCOMPARE(titles(*m_store), QStringList(title));
+    const long long id = m_test->store->addPlaylist(title);
+    QCOMPARE(titles(*m_test->store), QStringList(title));
     QCOMPARE(stored_database::rows(u"SELECT typeof(title), count(*) FROM playlists"_s),
              QStringList(u"text|1"_s));
 
-    m_store->updatePlaylist(id, u"another"_s);
-    m_store->updatePlaylist(id, title);
-    QCOMPARE(titles(*m_store), QStringList(title));
+    m_test->store->updatePlaylist(id, u"another"_s);
+    m_test->store->updatePlaylist(id, title);
+    QCOMPARE(titles(*m_test->store), QStringList(title));
 }
 
 void tst_DataStorage::theSignalComesBeforeTheIdIsRead()
 {
-    m_store->addPlaylist(u"first"_s);
+    m_test->store->addPlaylist(u"first"_s);
     for (int picture = 0; picture < 7; ++picture)
-        m_store->addImageToPlayList(1, u"/mnt/ext1/Photo/%1.jpg"_s.arg(picture));
+        m_test->store->addImageToPlayList(1, u"/mnt/ext1/Photo/%1.jpg"_s.arg(picture));
 
     // What a listener inserts is the connection's last row, and so the result.
-    const auto insertion = QObject::connect(m_store.get(), &DataStorage::changed, m_store.get(), [this] {
-        disconnect(m_store.get(), &DataStorage::changed, m_store.get(), nullptr);
-        m_store->addImageToPlayList(1, u"/mnt/ext1/Photo/7.jpg"_s);
-    });
+    const auto insertion
+        = QObject::connect(m_test->store.get(), &DataStorage::changed, m_test->store.get(), [this] {
+              disconnect(m_test->store.get(), &DataStorage::changed, m_test->store.get(), nullptr);
+              m_test->store->addImageToPlayList(1, u"/mnt/ext1/Photo/7.jpg"_s);
+          });
     QVERIFY(insertion);
-    QCOMPARE(m_store->addPlaylist(u"second"_s), 8LL);
+    QCOMPARE(m_test->store->addPlaylist(u"second"_s), 8LL);
     QCOMPARE(stored_database::rows(u"SELECT id FROM playlists"_s), QStringList({u"1"_s, u"2"_s}));
 }
 
 void tst_DataStorage::eachWriteIsCommittedWhenTheSignalComes()
 {
     QStringList seen;
-    connect(m_store.get(), &DataStorage::changed, this, [&seen] {
+    connect(m_test->store.get(), &DataStorage::changed, this, [&seen] {
         seen.append(stored_database::rows(
             u"SELECT (SELECT count(*) FROM playlists), (SELECT count(*) FROM playlist_images)"_s));
     });
-    m_store->addPlaylist(u"one"_s);
-    m_store->addImageToPlayList(1, u"/a.jpg"_s);
-    m_store->addImageToPlayList(1, u"/b.jpg"_s);
-    m_store->deleteImageFromPlayList(1, u"/a.jpg"_s);
-    m_store->deletePlaylist(1);
+    m_test->store->addPlaylist(u"one"_s);
+    m_test->store->addImageToPlayList(1, u"/a.jpg"_s);
+    m_test->store->addImageToPlayList(1, u"/b.jpg"_s);
+    m_test->store->deleteImageFromPlayList(1, u"/a.jpg"_s);
+    m_test->store->deletePlaylist(1);
     QCOMPARE(seen, QStringList({u"1|0"_s, u"1|1"_s, u"1|2"_s, u"1|1"_s, u"0|0"_s}));
 }
 
 void tst_DataStorage::aPictureIsInAPlaylistOnce()
 {
-    const long long id = m_store->addPlaylist(u"Lake"_s);
-    QSignalSpy changed(m_store.get(), &DataStorage::changed);
+    const long long id = m_test->store->addPlaylist(u"Lake"_s);
+    QSignalSpy changed(m_test->store.get(), &DataStorage::changed);
 
-    QVERIFY(m_store->addImageToPlayList(id, u"/mnt/ext1/a.jpg"_s));
+    QVERIFY(m_test->store->addImageToPlayList(id, u"/mnt/ext1/a.jpg"_s));
     QCOMPARE(changed.count(), 1);
-    QVERIFY(!m_store->addImageToPlayList(id, u"/mnt/ext1/a.jpg"_s));
+    QVERIFY(!m_test->store->addImageToPlayList(id, u"/mnt/ext1/a.jpg"_s));
     QCOMPARE(changed.count(), 1);
-    QVERIFY(m_store->addImageToPlayList(id, u"/mnt/ext1/A.jpg"_s)); // another file
+    QVERIFY(m_test->store->addImageToPlayList(id, u"/mnt/ext1/A.jpg"_s)); // another file
     QCOMPARE(stored_database::rows(u"SELECT url, playlist FROM playlist_images ORDER BY id"_s),
              QStringList({u"/mnt/ext1/a.jpg|1"_s, u"/mnt/ext1/A.jpg|1"_s}));
 }
 
 void tst_DataStorage::aPictureMayBeInTwoPlaylists()
 {
-    const long long lake = m_store->addPlaylist(u"Lake"_s);
-    const long long wood = m_store->addPlaylist(u"Wood"_s);
-    QVERIFY(m_store->addImageToPlayList(lake, u"/a.jpg"_s));
-    QVERIFY(m_store->addImageToPlayList(wood, u"/a.jpg"_s));
+    const long long lake = m_test->store->addPlaylist(u"Lake"_s);
+    const long long wood = m_test->store->addPlaylist(u"Wood"_s);
+    QVERIFY(m_test->store->addImageToPlayList(lake, u"/a.jpg"_s));
+    QVERIFY(m_test->store->addImageToPlayList(wood, u"/a.jpg"_s));
     QCOMPARE(stored_database::rows(u"SELECT url, playlist FROM playlist_images ORDER BY id"_s),
              QStringList({u"/a.jpg|1"_s, u"/a.jpg|2"_s}));
 }
 
 void tst_DataStorage::aNullPathIsFoundAgain()
 {
-    const long long id = m_store->addPlaylist(u"Lake"_s);
-    QVERIFY(m_store->addImageToPlayList(id, QString()));
-    QVERIFY(!m_store->addImageToPlayList(id, u""_s));
-    QVERIFY(!m_store->addImageToPlayList(id, QString()));
+    const long long id = m_test->store->addPlaylist(u"Lake"_s);
+    QVERIFY(m_test->store->addImageToPlayList(id, QString()));
+    QVERIFY(!m_test->store->addImageToPlayList(id, u""_s));
+    QVERIFY(!m_test->store->addImageToPlayList(id, QString()));
 }
 
 void tst_DataStorage::deleteImageTakesOneRow()
 {
-    const long long lake = m_store->addPlaylist(u"Lake"_s);
-    const long long wood = m_store->addPlaylist(u"Wood"_s);
-    m_store->addImageToPlayList(lake, u"/a.jpg"_s);
-    m_store->addImageToPlayList(lake, u"/b.jpg"_s);
-    m_store->addImageToPlayList(wood, u"/a.jpg"_s);
-    QSignalSpy changed(m_store.get(), &DataStorage::changed);
-    m_store->deleteImageFromPlayList(lake, u"/a.jpg"_s);
+    const long long lake = m_test->store->addPlaylist(u"Lake"_s);
+    const long long wood = m_test->store->addPlaylist(u"Wood"_s);
+    m_test->store->addImageToPlayList(lake, u"/a.jpg"_s);
+    m_test->store->addImageToPlayList(lake, u"/b.jpg"_s);
+    m_test->store->addImageToPlayList(wood, u"/a.jpg"_s);
+    QSignalSpy changed(m_test->store.get(), &DataStorage::changed);
+    m_test->store->deleteImageFromPlayList(lake, u"/a.jpg"_s);
     QCOMPARE(changed.count(), 1);
     QCOMPARE(stored_database::rows(u"SELECT url, playlist FROM playlist_images ORDER BY id"_s),
              QStringList({u"/b.jpg|1"_s, u"/a.jpg|2"_s}));
@@ -263,10 +241,10 @@ void tst_DataStorage::deleteImageTakesOneRow()
 
 void tst_DataStorage::updatePlaylistChangesTheTitle()
 {
-    m_store->addPlaylist(u"Lake"_s);
-    m_store->addPlaylist(u"Wood"_s);
-    QSignalSpy changed(m_store.get(), &DataStorage::changed);
-    m_store->updatePlaylist(2, u"Forest"_s);
+    m_test->store->addPlaylist(u"Lake"_s);
+    m_test->store->addPlaylist(u"Wood"_s);
+    QSignalSpy changed(m_test->store.get(), &DataStorage::changed);
+    m_test->store->updatePlaylist(2, u"Forest"_s);
     QCOMPARE(changed.count(), 1);
     QCOMPARE(stored_database::rows(u"SELECT id, title FROM playlists"_s),
              QStringList({u"1|Lake"_s, u"2|Forest"_s}));
@@ -274,15 +252,15 @@ void tst_DataStorage::updatePlaylistChangesTheTitle()
 
 void tst_DataStorage::deletePlaylistTakesItsPicturesAndLeavesItsSettings()
 {
-    m_store->addPlaylist(u"Lake"_s);
-    m_store->addPlaylist(u"Wood"_s);
-    m_store->addImageToPlayList(1, u"/a.jpg"_s);
-    m_store->addImageToPlayList(1, u"/b.jpg"_s);
-    m_store->addImageToPlayList(2, u"/a.jpg"_s);
-    m_store->setSetting(u"shuffle"_s, u"1"_s, 1);
+    m_test->store->addPlaylist(u"Lake"_s);
+    m_test->store->addPlaylist(u"Wood"_s);
+    m_test->store->addImageToPlayList(1, u"/a.jpg"_s);
+    m_test->store->addImageToPlayList(1, u"/b.jpg"_s);
+    m_test->store->addImageToPlayList(2, u"/a.jpg"_s);
+    m_test->store->setSetting(u"shuffle"_s, u"1"_s, 1);
 
-    QSignalSpy changed(m_store.get(), &DataStorage::changed);
-    m_store->deletePlaylist(1);
+    QSignalSpy changed(m_test->store.get(), &DataStorage::changed);
+    m_test->store->deletePlaylist(1);
     QCOMPARE(changed.count(), 1);
     QCOMPARE(stored_database::rows(u"SELECT id, title FROM playlists"_s), QStringList(u"2|Wood"_s));
     QCOMPARE(stored_database::rows(u"SELECT url, playlist FROM playlist_images"_s),
@@ -293,12 +271,12 @@ void tst_DataStorage::deletePlaylistTakesItsPicturesAndLeavesItsSettings()
 
 void tst_DataStorage::aFreedLargestIdBringsItsSettingsBack()
 {
-    const long long lake = m_store->addPlaylist(u"Lake"_s);
-    m_store->setSetting(u"shuffle"_s, u"1"_s, static_cast<int>(lake));
-    m_store->deletePlaylist(lake);
-    const long long wood = m_store->addPlaylist(u"Wood"_s);
+    const long long lake = m_test->store->addPlaylist(u"Lake"_s);
+    m_test->store->setSetting(u"shuffle"_s, u"1"_s, static_cast<int>(lake));
+    m_test->store->deletePlaylist(lake);
+    const long long wood = m_test->store->addPlaylist(u"Wood"_s);
     QCOMPARE(wood, lake);
-    QCOMPARE(m_store->getSetting(u"shuffle"_s, static_cast<int>(wood)), u"1"_s);
+    QCOMPARE(m_test->store->getSetting(u"shuffle"_s, static_cast<int>(wood)), u"1"_s);
 }
 
 void tst_DataStorage::unknownIdsAreSilentAndStillSignalled_data()
@@ -314,15 +292,15 @@ void tst_DataStorage::unknownIdsAreSilentAndStillSignalled()
 {
     QFETCH(int, operation);
 
-    m_store->addPlaylist(u"Lake"_s);
-    m_store->addImageToPlayList(1, u"/a.jpg"_s);
-    QSignalSpy changed(m_store.get(), &DataStorage::changed);
+    m_test->store->addPlaylist(u"Lake"_s);
+    m_test->store->addImageToPlayList(1, u"/a.jpg"_s);
+    QSignalSpy changed(m_test->store.get(), &DataStorage::changed);
     if (operation == 0)
-        m_store->deletePlaylist(99);
+        m_test->store->deletePlaylist(99);
     else if (operation == 1)
-        m_store->updatePlaylist(99, u"Wood"_s);
+        m_test->store->updatePlaylist(99, u"Wood"_s);
     else
-        m_store->deleteImageFromPlayList(99, u"/a.jpg"_s);
+        m_test->store->deleteImageFromPlayList(99, u"/a.jpg"_s);
     QCOMPARE(changed.count(), 1);
     QCOMPARE(stored_database::rows(u"SELECT id, title FROM playlists"_s), QStringList(u"1|Lake"_s));
     QCOMPARE(stored_database::rows(u"SELECT url, playlist FROM playlist_images"_s),
@@ -332,107 +310,44 @@ void tst_DataStorage::unknownIdsAreSilentAndStillSignalled()
 void tst_DataStorage::playlistsComeInTheOrderOfTheirIds()
 {
     for (const QString &title : {u"Zoo"_s, u"Lake"_s, u"Alps"_s})
-        m_store->addPlaylist(title);
-    m_store->deletePlaylist(1);
-    m_store->addPlaylist(u"Beach"_s);
+        m_test->store->addPlaylist(title);
+    m_test->store->deletePlaylist(1);
+    m_test->store->addPlaylist(u"Beach"_s);
 
     QList<long long> ids;
-    for (const DataStorage::Playlists &playlist : m_store->getPlaylists())
+    for (const DataStorage::Playlists &playlist : m_test->store->getPlaylists())
         ids.append(playlist.id);
-    QCOMPARE(titles(*m_store), QStringList({u"Lake"_s, u"Alps"_s, u"Beach"_s}));
+    QCOMPARE(titles(*m_test->store), QStringList({u"Lake"_s, u"Alps"_s, u"Beach"_s}));
     QCOMPARE(ids, QList<long long>({2, 3, 4}));
 }
 
 void tst_DataStorage::imagesAreSortedByTheirBytes()
 {
-    const long long id = m_store->addPlaylist(u"Lake"_s);
+    const long long id = m_test->store->addPlaylist(u"Lake"_s);
     const QStringList sorted{u"/p/09.jpg"_s,     u"/p/10.jpg"_s,     u"/p/2.jpg"_s,
                              u"/p/B.jpg"_s,      u"/p/a b.jpg"_s,    u"/p/a.jpg"_s,
                              u"/p/\u00e4.jpg"_s, u"/p/\uff41.jpg"_s, u"/p/\U0001F3D6.jpg"_s};
     for (int picture : {5, 0, 8, 3, 2, 7, 1, 6, 4})
-        QVERIFY(m_store->addImageToPlayList(id, sorted.at(picture)));
-    QCOMPARE(images(*m_store, id), sorted);
+        QVERIFY(m_test->store->addImageToPlayList(id, sorted.at(picture)));
+    QCOMPARE(images(*m_test->store, id), sorted);
 }
 
 void tst_DataStorage::anEmptyPlaylistIsListed()
 {
-    const long long lake = m_store->addPlaylist(u"Lake"_s);
-    const long long wood = m_store->addPlaylist(u"Wood"_s);
-    m_store->addImageToPlayList(lake, u"/a.jpg"_s);
-    QCOMPARE(images(*m_store, lake), QStringList(u"/a.jpg"_s));
-    QCOMPARE(images(*m_store, wood), QStringList());
+    const long long lake = m_test->store->addPlaylist(u"Lake"_s);
+    const long long wood = m_test->store->addPlaylist(u"Wood"_s);
+    m_test->store->addImageToPlayList(lake, u"/a.jpg"_s);
+    QCOMPARE(images(*m_test->store, lake), QStringList(u"/a.jpg"_s));
+    QCOMPARE(images(*m_test->store, wood), QStringList());
 }
 
 void tst_DataStorage::readingEmitsNothing()
 {
-    QSignalSpy changed(m_store.get(), &DataStorage::changed);
-    m_store->getPlaylists();
-    m_store->getSetting(u"shuffle"_s, 3);
-    m_store->setSetting(u"shuffle"_s, u"1"_s, 3);
+    QSignalSpy changed(m_test->store.get(), &DataStorage::changed);
+    m_test->store->getPlaylists();
+    m_test->store->getSetting(u"shuffle"_s, 3);
+    m_test->store->setSetting(u"shuffle"_s, u"1"_s, 3);
     QCOMPARE(changed.count(), 0);
-}
-
-void tst_DataStorage::aPlaylistInheritsTheGlobalValue()
-{
-    QCOMPARE(m_store->getSetting(u"shuffle"_s, 7), u"0"_s);
-    m_store->setSetting(u"shuffle"_s, u"1"_s, 7);
-    QCOMPARE(m_store->getSetting(u"shuffle"_s, 7), u"1"_s);
-    QCOMPARE(m_store->getSetting(u"shuffle"_s, -1), u"0"_s);
-    QCOMPARE(m_store->getSetting(u"shuffle"_s, 8), u"0"_s);
-    m_store->setSetting(u"shuffle"_s, u"2"_s, -1);
-    QCOMPARE(m_store->getSetting(u"shuffle"_s, 7), u"1"_s);
-    QCOMPARE(m_store->getSetting(u"shuffle"_s, 8), u"2"_s);
-
-    // An empty value of the playlist's own is a value.
-    m_store->setSetting(u"shuffle"_s, QString(), 7);
-    QCOMPARE(m_store->getSetting(u"shuffle"_s, 7), QString());
-}
-
-void tst_DataStorage::aSecondValueReplacesTheFirst()
-{
-    m_store->setSetting(u"shuffle"_s, u"1"_s, 7);
-    m_store->setSetting(u"shuffle"_s, u"2"_s, 7);
-    m_store->setSetting(u"display_mode"_s, u"3"_s, 7);
-    m_store->setSetting(u"display_mode"_s, u"0"_s, -1);
-    QCOMPARE(
-        stored_database::rows(u"SELECT id, name, value, playlist FROM settings WHERE id > 20 ORDER BY id"_s),
-        QStringList({u"21|shuffle|2|7"_s, u"22|display_mode|3|7"_s}));
-    QCOMPARE(stored_database::rows(
-                 u"SELECT id, value FROM settings WHERE name = 'display_mode' AND playlist = -1"_s),
-             QStringList(u"4|0"_s));
-    QCOMPARE(stored_database::rows(u"SELECT count(*) FROM settings"_s), QStringList(u"22"_s));
-}
-
-void tst_DataStorage::anUnknownKeyIsEmptyAndSilent()
-{
-    QCOMPARE(m_store->getSetting(u"no_such_key"_s, -1), QString());
-    QCOMPARE(m_store->getSetting(u"no_such_key"_s, 7), QString());
-    QCOMPARE(m_store->getSetting(u"Shuffle"_s, -1), QString());
-    QCOMPARE(m_store->getSetting(QString(), -1), QString());
-}
-
-void tst_DataStorage::valuesAreKeptAsText_data()
-{
-    QTest::addColumn<QString>("value");
-
-    QTest::newRow("a number") << u"30"_s;
-    QTest::newRow("leading zeros") << u"007"_s;
-    QTest::newRow("empty") << u""_s;
-    QTest::newRow("null") << QString();
-    QTest::newRow("quotes") << u"O'Neill \"Sans\""_s;
-    QTest::newRow("a statement") << u"1'); DELETE FROM settings; --"_s;
-}
-
-void tst_DataStorage::valuesAreKeptAsText()
-{
-    QFETCH(QString, value);
-
-    m_store->setSetting(u"created_date_font"_s, value, -1);
-    QCOMPARE(m_store->getSetting(u"created_date_font"_s, -1), value);
-    QCOMPARE(
-        stored_database::rows(u"SELECT id, typeof(value) FROM settings WHERE name = 'created_date_font'"_s),
-        QStringList(u"7|text"_s));
-    QCOMPARE(stored_database::rows(u"SELECT count(*) FROM settings"_s), QStringList(u"20"_s));
 }
 
 QTEST_GUILESS_MAIN(tst_DataStorage)
