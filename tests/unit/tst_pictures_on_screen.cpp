@@ -1,24 +1,11 @@
-// Real files through a real engine: odd names, bad pictures, and a long show, as the show's screen draws
-// them.
+// Bad pictures, files that are none, and a long show, as the show's screen draws them.
 
 #include "panel_application.h"
-#include "running_app.h"
-#include "stderr_capture.h"
-#include "stored_database.h"
+#include "picture_show_test.h"
 
-#include <slateview_testing.h>
-
-#include <QBuffer>
 #include <QDir>
 #include <QFile>
-#include <QImage>
-#include <QLoggingCategory>
-#include <QRegularExpression>
 #include <QSignalSpy>
-#include <QTemporaryDir>
-#include <QThreadPool>
-
-#include <memory>
 
 #include <malloc.h>
 #include <sys/socket.h>
@@ -26,67 +13,15 @@
 #include <sys/un.h>
 #include <unistd.h>
 
-using namespace Qt::StringLiterals;
-using lindenreed::device::DeviceForTest;
-using lindenreed::picture_stand::App;
-
-namespace {
-
-enum ImageStatus { Null, Ready, Loading, Error }; // as QQuickImageBase numbers them
-
-QByteArray encoded(const QImage &picture, const char *format)
-{
-    QByteArray bytes;
-    QBuffer buffer(&bytes);
-    buffer.open(QIODevice::WriteOnly);
-    picture.save(&buffer, format);
-    return bytes;
-}
-
-bool write(const QByteArray &path, const QByteArray &contents)
-{
-    std::FILE *handle = std::fopen(path.constData(), "wb"); // names that are no text, too
-    if (!handle)
-        return false;
-    const bool done = std::fwrite(contents.constData(), 1, std::size_t(contents.size()), handle)
-        == std::size_t(contents.size());
-    return std::fclose(handle) == 0 && done;
-}
-
-QImage twoGreys()
-{
-    QImage picture(40, 30, QImage::Format_Grayscale8);
-    picture.fill(0x44);
-    picture.scanLine(3)[5] = 0xee;
-    return picture;
-}
-
-int status(const RunningApp &running)
-{
-    QQuickItem *screen = running.itemWith("test_w");
-    for (QQuickItem *child : screen->childItems()) {
-        if (child->metaObject()->indexOfProperty("fillMode") >= 0)
-            return child->property("status").toInt();
-    }
-    return -1;
-}
-
-} // namespace
-
-class tst_PicturesOnScreen : public QObject
+class tst_PicturesOnScreen : public PictureShowTest
 {
     Q_OBJECT
 
 private slots:
-    void initTestCase();
-    void init();
-    void cleanup();
+    void initTestCase() { stored_database::remove(); }
+    void init() { begin(); }
+    void cleanup() { end(); }
 
-    void oddNames_data();
-    void oddNames();
-    void shownThoughTheFileHasGone();
-    void oneEntryForAVanishedFile();
-    void nameThatIsNoText();
     void badPictures_data();
     void badPictures();
     void truncatedPictures_data();
@@ -99,136 +34,7 @@ private slots:
 private:
     /// A show of two, which starts with this one and must come to the other.
     void showBeforeAGoodOne(const QString &path, int expected);
-
-    std::unique_ptr<DeviceForTest> m_device;
-    std::unique_ptr<QTemporaryDir> m_folder;
-    std::unique_ptr<StderrCapture> m_log;
 };
-
-void tst_PicturesOnScreen::initTestCase()
-{
-    stored_database::remove();
-}
-
-void tst_PicturesOnScreen::init()
-{
-    // What the engine says of a picture that it did not get is expected, and how often it asks is its own
-    // affair; no other warning is. Damaged files have warnings of the image plug-ins.
-    QTest::failOnWarning(QRegularExpression(u"\\A(?!.*Failed to get image from provider)"_s));
-    QLoggingCategory::setFilterRules(u"qt.gui.imageio*=false"_s);
-    m_folder = std::make_unique<QTemporaryDir>();
-    m_device = std::make_unique<DeviceForTest>();
-    m_log = std::make_unique<StderrCapture>();
-}
-
-void tst_PicturesOnScreen::cleanup()
-{
-    QThreadPool::globalInstance()->waitForDone();
-    m_log.reset();
-    m_device.reset();
-    m_folder.reset();
-}
-
-void tst_PicturesOnScreen::oddNames_data()
-{
-    QTest::addColumn<QString>("name");
-
-    QTest::newRow("plain") << u"plain.png"_s;
-    QTest::newRow("spaces") << u"two  words .png"_s;
-    QTest::newRow("percent before a letter that is no digit") << u"50%.png"_s;
-    QTest::newRow("percent before digits that are an escape") << u"100%25.png"_s;
-    QTest::newRow("percent at the end") << u"png%"_s;
-    QTest::newRow("hash and question mark") << u"a#b?.png"_s;
-    QTest::newRow("question mark and hash") << u"a?b#c.png"_s;
-    QTest::newRow("all of them") << u"50% #1? & more=%.png"_s;
-    QTest::newRow("quotes") << u"\"it's\".png"_s;
-    QTest::newRow("a newline") << u"two\nlines.png"_s;
-    QTest::newRow("backslash and brackets") << u"a\\b[c]{d}|^`.png"_s;
-    QTest::newRow("other scripts") << u"Grüße 山 фото 🌄.png"_s;
-    QTest::newRow("plus and colon") << u"1+1: two.png"_s;
-    QTest::newRow("255 bytes") << QString(251, u'n') + u".png"_s;
-}
-
-void tst_PicturesOnScreen::oddNames()
-{
-    QFETCH(QString, name);
-
-    const QString path = m_folder->filePath(name);
-    QVERIFY(write(QFile::encodeName(path), encoded(twoGreys(), "PNG")));
-    App app;
-    QCOMPARE(runApp(app,
-                    [&](RunningApp &running) {
-                        m_log->forget();
-                        running.slideshow()->initFromList({path}, 30);
-                        app.changeView(u"slideshow"_s);
-                        QCOMPARE(status(running), int(Ready));
-                        // Under the name that prefetching uses: one entry for the one file.
-                        QCOMPARE(m_log->text().count("add image"), 1);
-                        QVERIFY(m_log->text().contains("add image " + path.toLocal8Bit() + " size(1200)"));
-                    }),
-             0);
-}
-
-void tst_PicturesOnScreen::shownThoughTheFileHasGone()
-{
-    const QString path = m_folder->filePath(u"50% gone.png"_s);
-    const QString other = m_folder->filePath(u"other.png"_s);
-    QVERIFY(write(QFile::encodeName(path), encoded(twoGreys(), "PNG")));
-    QVERIFY(write(QFile::encodeName(other), encoded(twoGreys(), "PNG")));
-    App app;
-    QCOMPARE(runApp(app,
-                    [&](RunningApp &running) {
-                        running.slideshow()->initFromList({path, other}, 30);
-                        running.slideshow()->shuffleChange(false); // loads the first ahead
-                        QThreadPool::globalInstance()->waitForDone();
-                        QVERIFY(QFile::remove(path));
-                        app.changeView(u"slideshow"_s);
-                        QCOMPARE(status(running), int(Ready));
-                    }),
-             0);
-}
-
-void tst_PicturesOnScreen::oneEntryForAVanishedFile()
-{
-    // Gone before anybody has read it: what prefetching noted is what the request finds.
-    const QString path = m_folder->filePath(u"a#1.png"_s);
-    const QString other = m_folder->filePath(u"other.png"_s);
-    QVERIFY(twoGreys().save(path) && twoGreys().save(other));
-    App app;
-    QCOMPARE(runApp(app,
-                    [&](RunningApp &running) {
-                        running.slideshow()->initFromList({path, other}, 30);
-                        QVERIFY(QFile::remove(path));
-                        m_log->forget();
-                        running.slideshow()->shuffleChange(false);
-                        QThreadPool::globalInstance()->waitForDone();
-                        app.changeView(u"slideshow"_s);
-                        QCOMPARE(status(running), int(Error));
-                        QCOMPARE(m_log->text().count("add image"), 1);
-                        QVERIFY(m_log->text().contains("add image " + path.toLocal8Bit() + " size(0)"));
-                    }),
-             0);
-}
-
-void tst_PicturesOnScreen::nameThatIsNoText()
-{
-    QVERIFY(write(m_folder->path().toUtf8() + "/a\xff\xfe.png", encoded(twoGreys(), "PNG")));
-    QVERIFY(write(m_folder->path().toUtf8() + "/b.png", encoded(twoGreys(), "PNG")));
-    App app;
-    QCOMPARE(runApp(app,
-                    [&](RunningApp &running) {
-                        running.slideshow()->initFromFolder(m_folder->path(), 30);
-                        running.slideshow()->shuffleChange(false);
-                        app.changeView(u"slideshow"_s);
-                        // Shown or black; the next one is shown.
-                        for (int i = 0; i < 4; ++i) {
-                            QVERIFY(m_device->fire("nextImageEvent"));
-                            if (running.slideshow()->currentImage().endsWith(u"/b.png"))
-                                QCOMPARE(status(running), int(Ready));
-                        }
-                    }),
-             0);
-}
 
 void tst_PicturesOnScreen::badPictures_data()
 {

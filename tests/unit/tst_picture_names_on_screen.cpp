@@ -1,0 +1,126 @@
+// Odd names of real files through a real engine, as the show's screen draws them.
+
+#include "panel_application.h"
+#include "picture_show_test.h"
+
+#include <QFile>
+
+class tst_PictureNamesOnScreen : public PictureShowTest
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase() { stored_database::remove(); }
+    void init() { begin(); }
+    void cleanup() { end(); }
+
+    void oddNames_data();
+    void oddNames();
+    void shownThoughTheFileHasGone();
+    void oneEntryForAVanishedFile();
+    void nameThatIsNoText();
+};
+
+void tst_PictureNamesOnScreen::oddNames_data()
+{
+    QTest::addColumn<QString>("name");
+
+    QTest::newRow("plain") << u"plain.png"_s;
+    QTest::newRow("spaces") << u"two  words .png"_s;
+    QTest::newRow("percent before a letter that is no digit") << u"50%.png"_s;
+    QTest::newRow("percent before digits that are an escape") << u"100%25.png"_s;
+    QTest::newRow("percent at the end") << u"png%"_s;
+    QTest::newRow("hash and question mark") << u"a#b?.png"_s;
+    QTest::newRow("question mark and hash") << u"a?b#c.png"_s;
+    QTest::newRow("all of them") << u"50% #1? & more=%.png"_s;
+    QTest::newRow("quotes") << u"\"it's\".png"_s;
+    QTest::newRow("a newline") << u"two\nlines.png"_s;
+    QTest::newRow("backslash and brackets") << u"a\\b[c]{d}|^`.png"_s;
+    QTest::newRow("other scripts") << u"Grüße 山 фото 🌄.png"_s;
+    QTest::newRow("plus and colon") << u"1+1: two.png"_s;
+    QTest::newRow("255 bytes") << QString(251, u'n') + u".png"_s;
+}
+
+void tst_PictureNamesOnScreen::oddNames()
+{
+    QFETCH(QString, name);
+
+    const QString path = m_folder->filePath(name);
+    QVERIFY(write(QFile::encodeName(path), encoded(twoGreys(), "PNG")));
+    App app;
+    QCOMPARE(runApp(app,
+                    [&](RunningApp &running) {
+                        m_log->forget();
+                        running.slideshow()->initFromList({path}, 30);
+                        app.changeView(u"slideshow"_s);
+                        QCOMPARE(status(running), int(Ready));
+                        // Under the name that prefetching uses: one entry for the one file.
+                        QCOMPARE(m_log->text().count("add image"), 1);
+                        QVERIFY(m_log->text().contains("add image " + path.toLocal8Bit() + " size(1200)"));
+                    }),
+             0);
+}
+
+void tst_PictureNamesOnScreen::shownThoughTheFileHasGone()
+{
+    const QString path = m_folder->filePath(u"50% gone.png"_s);
+    const QString other = m_folder->filePath(u"other.png"_s);
+    QVERIFY(write(QFile::encodeName(path), encoded(twoGreys(), "PNG")));
+    QVERIFY(write(QFile::encodeName(other), encoded(twoGreys(), "PNG")));
+    App app;
+    QCOMPARE(runApp(app,
+                    [&](RunningApp &running) {
+                        running.slideshow()->initFromList({path, other}, 30);
+                        running.slideshow()->shuffleChange(false); // loads the first ahead
+                        QThreadPool::globalInstance()->waitForDone();
+                        QVERIFY(QFile::remove(path));
+                        app.changeView(u"slideshow"_s);
+                        QCOMPARE(status(running), int(Ready));
+                    }),
+             0);
+}
+
+void tst_PictureNamesOnScreen::oneEntryForAVanishedFile()
+{
+    // Gone before anybody has read it: what prefetching noted is what the request finds.
+    const QString path = m_folder->filePath(u"a#1.png"_s);
+    const QString other = m_folder->filePath(u"other.png"_s);
+    QVERIFY(twoGreys().save(path) && twoGreys().save(other));
+    App app;
+    QCOMPARE(runApp(app,
+                    [&](RunningApp &running) {
+                        running.slideshow()->initFromList({path, other}, 30);
+                        QVERIFY(QFile::remove(path));
+                        m_log->forget();
+                        running.slideshow()->shuffleChange(false);
+                        QThreadPool::globalInstance()->waitForDone();
+                        app.changeView(u"slideshow"_s);
+                        QCOMPARE(status(running), int(Error));
+                        QCOMPARE(m_log->text().count("add image"), 1);
+                        QVERIFY(m_log->text().contains("add image " + path.toLocal8Bit() + " size(0)"));
+                    }),
+             0);
+}
+
+void tst_PictureNamesOnScreen::nameThatIsNoText()
+{
+    QVERIFY(write(m_folder->path().toUtf8() + "/a\xff\xfe.png", encoded(twoGreys(), "PNG")));
+    QVERIFY(write(m_folder->path().toUtf8() + "/b.png", encoded(twoGreys(), "PNG")));
+    App app;
+    QCOMPARE(runApp(app,
+                    [&](RunningApp &running) {
+                        running.slideshow()->initFromFolder(m_folder->path(), 30);
+                        running.slideshow()->shuffleChange(false);
+                        app.changeView(u"slideshow"_s);
+                        // Shown or black; the next one is shown.
+                        for (int i = 0; i < 4; ++i) {
+                            QVERIFY(m_device->fire("nextImageEvent"));
+                            if (running.slideshow()->currentImage().endsWith(u"/b.png"))
+                                QCOMPARE(status(running), int(Ready));
+                        }
+                    }),
+             0);
+}
+
+PANEL_TEST_MAIN(tst_PictureNamesOnScreen)
+#include "tst_picture_names_on_screen.moc"
