@@ -36,13 +36,11 @@ public:
                         QStringList());
         if (!m_program.waitForStarted())
             return false;
-        for (int tries = 0; tries < 300 && !m_client && m_program.state() != QProcess::NotRunning; ++tries) {
-            QString error;
-            m_client = lindenreed::remote::ControlClient::connectTo(QStringLiteral("/devroot/run"), &error);
-            if (!m_client)
-                QTest::qWait(50);
-        }
-        return m_client && idle();
+        const auto connectedOrOver = [this] {
+            m_client = lindenreed::remote::ControlClient::connectTo(QStringLiteral("/devroot/run"), nullptr);
+            return m_client || m_program.state() == QProcess::NotRunning;
+        };
+        return QTest::qWaitFor(connectedOrOver, 20'000) && m_client && idle();
     }
 
     QJsonObject ask(const QString &command, const QJsonObject &members = {})

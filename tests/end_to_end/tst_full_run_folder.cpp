@@ -136,7 +136,9 @@ void tst_FullRunFolder::noRoomForAnyFile()
     QByteArray errors;
     QTRY_VERIFY_WITH_TIMEOUT((errors += launcher.readAllStandardError(), deviceLines(errors).size() == 2),
                              20'000);
-    QCOMPARE(launcher.state(), QProcess::Running); // a frame that nobody can steer is one still
+    // A frame that nobody can steer is one still.
+    QTRY_VERIFY_WITH_TIMEOUT(QFile::exists(m_root + u"/mnt/ext1/system/picture_stand.sqlite"_s), 20'000);
+    QCOMPARE(launcher.state(), QProcess::Running);
     launcher.terminate();
     QCOMPARE(LauncherPlace::end(launcher).status, 0);
 }

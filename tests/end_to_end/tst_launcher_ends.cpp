@@ -98,9 +98,9 @@ void tst_LauncherEnds::signalsReachTheProgram()
     QFETCH(int, signal);
     QFETCH(QString, name);
 
-    // The program takes its time to end; the launcher has to wait for it.
-    const QString script
-        = u"trap 'sleep 0.3; echo ended; exit 9' %1; echo ready; while :; do sleep 0.02; done"_s;
+    // The program ends when it likes to; the launcher has to wait for it.
+    const QString script = u"trap 'echo asked; read word; echo $word; exit 9' %1; echo ready; "
+                           "while :; do sleep 0.02; done"_s;
     QProcess process;
     m_place->start(process,
                    {u"--temporary"_s, u"--headless"_s, u"--"_s, u"/bin/sh"_s, u"-c"_s, script.arg(name)});
@@ -109,6 +109,10 @@ void tst_LauncherEnds::signalsReachTheProgram()
     QCOMPARE(m_place->leftovers().size(), 2); // the device and its run folder
 
     QCOMPARE(::kill(pid_t(process.processId()), signal), 0);
+    QTRY_VERIFY(process.canReadLine());
+    QCOMPARE(process.readLine(), QByteArray("asked\n"));
+    QCOMPARE(process.state(), QProcess::Running);
+    process.write("ended\n");
     const LauncherEnd end = LauncherPlace::end(process);
     QCOMPARE(end.output, QByteArray("ended\n"));
     QCOMPARE(end.status, 9);

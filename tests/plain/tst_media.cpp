@@ -273,9 +273,9 @@ void tst_Media::seesUnpluggedMadeAnew()
     const Media media(mounts.path());
     QVERIFY(folder.rmdir(u".unplugged"_s));
     QVERIFY(folder.mkpath(u".unplugged"_s));
+    QVERIFY(folder.mkpath(u"ext3"_s));
+    QTRY_VERIFY(media.present(Medium::Usb)); // and what came before has been seen
     // Nothing in the folder of all storages changes from here on: only a new watcher sees it.
-    QSignalSpy changed(&media, &Media::changed);
-    QVERIFY(!changed.wait(100));
     QVERIFY(folder.mkpath(u".unplugged/sd"_s));
     QTRY_VERIFY(!media.present(Medium::Card));
 }
