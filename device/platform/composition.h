@@ -29,8 +29,8 @@ public:
     static constexpr std::chrono::milliseconds fastModeRest{250};
     /// How long a window that has another geometry may keep the panel waiting for its drawing.
     static constexpr std::chrono::milliseconds drawingPatience{500};
-    /// How long a cleared panel counts as one that is about to be drawn: twice what a program takes that turns
-    /// its screen. One that stays white for good is at rest as well.
+    /// How long a cleared panel counts as one that is about to be drawn: twice what a program takes that
+    /// turns its screen. One that stays white for good is at rest as well.
     static constexpr std::chrono::milliseconds clearedPatience{1000};
 
     /// All three must outlive it.

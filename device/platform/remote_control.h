@@ -41,8 +41,8 @@ private:
     void addDeviceCommands();
     void addInputCommands();
     void addItemCommands();
-    /// Answers "not-possible" where another task is in the front, which has fingers and keys to itself; true: it
-    /// has answered.
+    /// Answers "not-possible" where another task is in the front, which has fingers and keys to itself; true:
+    /// it has answered.
     bool refuseInBackground(const remote::Reply &reply) const;
     void plug(Medium medium, bool in, const remote::Reply &reply);
     void announceChange();

@@ -30,8 +30,7 @@ void RemoteControl::addInputCommands()
         if (refuseInBackground(reply))
             return;
         // One that waits behind others, or is under way, ends where another task comes to the front.
-        gesture.abandoned
-            = [this, reply] { return reply.clientGone() || !m_device.events.inForeground(); };
+        gesture.abandoned = [this, reply] { return reply.clientGone() || !m_device.events.inForeground(); };
         gesture.done = [this, reply] {
             if (!refuseInBackground(reply))
                 reply();

@@ -38,7 +38,8 @@ CommandWord eventType()
     return {.label = u"TYPE"_s,
             .member = u"type"_s,
             .kind = WordKind::Number,
-            .choices = {u"25"_s, u"32"_s, u"40"_s, u"151"_s, u"152"_s, u"161"_s, u"162"_s, u"163"_s, u"164"_s}};
+            .choices
+            = {u"25"_s, u"32"_s, u"40"_s, u"151"_s, u"152"_s, u"161"_s, u"162"_s, u"163"_s, u"164"_s}};
 }
 
 CommandWord yesOrNo(const QString &member, const QStringList &words)

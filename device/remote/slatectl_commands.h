@@ -27,8 +27,8 @@ struct CommandWord
     QString member; ///< on the wire; empty: for the client alone
     WordKind kind = WordKind::Text;
     bool optional = false; ///< where it is left out, those after it that have no keyword are out as well
-    /// Where there is one, it stands before the word. Such pairs come in any order; a command that has nothing
-    /// else needs one of them.
+    /// Where there is one, it stands before the word. Such pairs come in any order; a command that has
+    /// nothing else needs one of them.
     QString keyword = {};
     qint64 low = 0;
     qint64 high = 0;

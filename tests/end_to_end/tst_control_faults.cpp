@@ -96,8 +96,8 @@ void tst_ControlFaults::mostClients()
     }
     QVERIFY(clients.front().ask(R"({"id":2,"do":"timers"})").value("ok"_L1).toBool());
     clients.pop_back();
-    // Each try is one client more, so the first that is let in has to be the last: behind it the device may be
-    // full again until it has heard of the end.
+    // Each try is one client more, so the first that is let in has to be the last: behind it the device may
+    // be full again until it has heard of the end.
     const auto isLetIn
         = [] { return RawClient(socketPath).ask(R"({"id":1,"do":"state"})").value("ok"_L1).toBool(); };
     QVERIFY(QTest::qWaitFor(isLetIn));

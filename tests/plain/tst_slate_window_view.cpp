@@ -231,13 +231,12 @@ void tst_SlateWindowView::arrowsWithoutTouch()
     show();
     m_buttons->setState({{u"touch"_s, false}});
     QStringList names;
-    for (const Qt::Key key : {Qt::Key_Left, Qt::Key_Right, Qt::Key_Up, Qt::Key_Down, Qt::Key_PageUp,
-                              Qt::Key_PageDown}) {
+    for (const Qt::Key key :
+         {Qt::Key_Left, Qt::Key_Right, Qt::Key_Up, Qt::Key_Down, Qt::Key_PageUp, Qt::Key_PageDown}) {
         QTest::keyClick(m_view.get(), key);
         names.append(m_asked->constLast().at(1).toJsonObject().value("name"_L1).toString());
     }
-    QCOMPARE(names,
-             (QStringList{u"left"_s, u"right"_s, u"up"_s, u"down"_s, u"prev"_s, u"next"_s}));
+    QCOMPARE(names, (QStringList{u"left"_s, u"right"_s, u"up"_s, u"down"_s, u"prev"_s, u"next"_s}));
     m_buttons->setState({{u"touch"_s, true}}); // another device in the same root
     QTest::keyClick(m_view.get(), Qt::Key_Left);
     QCOMPARE(m_asked->constLast().at(1).toJsonObject().value("name"_L1), u"prev"_s);

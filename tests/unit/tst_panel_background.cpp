@@ -157,7 +157,8 @@ void tst_PanelBackground::inputIsRefused_data()
 
     const QJsonObject place{{u"x"_s, 50}, {u"y"_s, 70}};
     QTest::newRow("tap") << u"tap"_s << place << u"touched"_s;
-    QTest::newRow("hold") << u"hold"_s << QJsonObject{{u"x"_s, 50}, {u"y"_s, 70}, {u"ms"_s, 10}} << u"touched"_s;
+    QTest::newRow("hold") << u"hold"_s << QJsonObject{{u"x"_s, 50}, {u"y"_s, 70}, {u"ms"_s, 10}}
+                          << u"touched"_s;
     QTest::newRow("drag") << u"drag"_s
                           << QJsonObject{{u"x1"_s, 50}, {u"y1"_s, 70}, {u"x2"_s, 60}, {u"y2"_s, 80}}
                           << u"touched"_s;

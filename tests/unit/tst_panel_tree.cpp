@@ -265,9 +265,8 @@ void tst_PanelTree::focused()
         }
         return names;
     };
-    const auto focus = [this](const QString &name) {
-        m_window->findChild<QQuickItem *>(name)->forceActiveFocus();
-    };
+    const auto focus
+        = [this](const QString &name) { m_window->findChild<QQuickItem *>(name)->forceActiveFocus(); };
     QTRY_COMPARE(focusedNames(), QStringList{u"first"_s});
     focus(u"second"_s);
     QCOMPARE(focusedNames(), QStringList{u"second"_s});
