@@ -1,150 +1,30 @@
-// Context menus, opened the way screens open them.
+// Context menus: what they show, and where.
 
-#include <facts.h>
-
-#include "accessible_items.h"
+#include "context_menu_test.h"
 #include "panel_application.h"
-#include "qml_scene.h"
 
-#include <QSignalSpy>
-
-using namespace lindenreed::device;
 using namespace Qt::StringLiterals;
 
-class tst_ControlsMenus : public QObject
+class tst_ControlsMenus : public ContextMenuTest
 {
     Q_OBJECT
 
 private slots:
-    void cleanup();
+    void cleanup() { QCOMPARE(endScene(m_scene), QStringList()); }
+
     void opensWithItsRows();
     void textIsPlain();
     void iconsOfRows();
     void titleChecksItsRow();
     void customTextOfThisMomentIsMeasured();
-    void tapChooses();
-    void tapOnTheRimIsNothing();
-    void tapOutsideCloses();
-    void nothingBehindIsTouched();
-    void checkedRow_data();
-    void checkedRow();
-    void titleThatIsARowByChance();
-    void uidsWithGaps();
     void place_data();
     void place();
     void staysOnTheScreenWhenItTurns();
     void longMenuScrolls();
     void longTextIsElided();
-    void keysWalkAndChoose();
-    void keyBackCloses();
-    void pageKeysInALongMenu();
-    void focusComesBack();
     void accessibleRows();
-    void accessiblePressChooses();
     void loaderOfNothing();
-
-private:
-    /// A screen of `size` with one row at `area` that a tap opens the menu of.
-    void make(const QByteArray &delegate, const QByteArray &rows, const QByteArray &title = {},
-              const QRect &area = {40, 100, 500, 60}, const QByteArray &properties = {},
-              QSize size = {600, 800});
-    void open();
-    QQuickItem *row(const QString &text, QAccessible::Role role = QAccessible::MenuItem) const;
-    QQuickItem *panel() const; ///< the menu's frame
-    QVariantList chosen() const { return m_scene->root()->property("chosen").toList(); }
-    int closed() const { return m_scene->root()->property("closed").toInt(); }
-    bool isOpen() const { return m_scene->item(u"loader"_s)->isVisible(); }
-    void click(const QPoint &point);
-
-    std::unique_ptr<QmlScene> m_scene;
 };
-
-namespace {
-
-const QByteArray threeRows = "append({uid_: 0, text_: 'Rename', image_: 'edit_word'});"
-                             "append({uid_: 1, text_: 'Add photos', image_: 'plus_add'});"
-                             "append({uid_: 2, text_: 'Delete', image_: 'trash'})";
-const QByteArray manyRows = "for (let i = 0; i < 30; ++i) append({uid_: i, text_: 'Row ' + i})";
-
-} // namespace
-
-void tst_ControlsMenus::make(const QByteArray &delegate, const QByteArray &rows, const QByteArray &title,
-                             const QRect &area, const QByteArray &properties, QSize size)
-{
-    m_scene = std::make_unique<QmlScene>(QByteArray(R"(import QtQuick
-import com.lindenreed.controls 1.0
-Item {
-    id: screen
-    property var chosen: []
-    property int closed: 0
-    property int touchedBehind: 0
-    property alias rows: rows
-    function open() {
-        const corner = mapToGlobal(@X@, @Y@)
-        Global.openContextMenuLoader(loader, rows, "@DELEGATE@", "@TITLE@", Qt.rect(corner.x, corner.y, @W@, @H@))
-    }
-    ListModel { id: rows; Component.onCompleted: { @ROWS@ } }
-    MouseArea { anchors.fill: parent; onClicked: ++screen.touchedBehind }
-    BitmapButton { objectName: 'behind'; focus: true; onAction: screen.open() }
-    LoaderNoSleep {
-        id: loader
-        objectName: 'loader'
-        anchors.fill: parent
-        visible: false
-        onVisibleChanged: if (visible && status === Loader.Null) sourceComponent = component
-        onLoaded: parent = Window.window.contentItem
-    }
-    Component {
-        id: component
-        ContextMenu {
-            @PROPERTIES@
-            onChoosed: uid => { screen.chosen = screen.chosen.concat([uid]); loader.visible = false }
-            onClose: { ++screen.closed; loader.visible = false }
-        }
-    }
-})")
-                                             .replace("@DELEGATE@", delegate)
-                                             .replace("@TITLE@", title)
-                                             .replace("@X@", QByteArray::number(area.x()))
-                                             .replace("@Y@", QByteArray::number(area.y()))
-                                             .replace("@W@", QByteArray::number(area.width()))
-                                             .replace("@H@", QByteArray::number(area.height()))
-                                             .replace("@ROWS@", rows)
-                                             .replace("@PROPERTIES@", properties),
-                                         size);
-    QVERIFY2(m_scene->isShown(), qPrintable(m_scene->errors()));
-}
-
-void tst_ControlsMenus::cleanup()
-{
-    const QStringList warnings = m_scene ? m_scene->warnings() : QStringList();
-    m_scene.reset();
-    facts().dpi = 212;
-    QCOMPARE(warnings, QStringList());
-}
-
-void tst_ControlsMenus::open()
-{
-    QVERIFY(QMetaObject::invokeMethod(m_scene->root(), "open"));
-    QVERIFY(isOpen());
-    QVERIFY(panel());
-    m_scene->window().grabWindow(); // lays the rows out
-}
-
-QQuickItem *tst_ControlsMenus::row(const QString &text, QAccessible::Role role) const
-{
-    return findAccessible(m_scene->window().contentItem(), role, text);
-}
-
-QQuickItem *tst_ControlsMenus::panel() const
-{
-    return findAccessible(m_scene->item(u"loader"_s), QAccessible::PopupMenu);
-}
-
-void tst_ControlsMenus::click(const QPoint &point)
-{
-    QTest::mouseClick(&m_scene->window(), Qt::LeftButton, {}, point);
-}
 
 void tst_ControlsMenus::opensWithItsRows()
 {
@@ -225,95 +105,6 @@ void tst_ControlsMenus::customTextOfThisMomentIsMeasured()
     QVERIFY(wide.left() >= 34 && wide.right() < 600 - 34);
 }
 
-void tst_ControlsMenus::tapChooses()
-{
-    make("ImageTextButton", threeRows);
-    open();
-    click(sceneRectangle(row(u"Add photos"_s)).center());
-    QCOMPARE(chosen(), QVariantList{1});
-    QCOMPARE(closed(), 0);
-    QVERIFY(!isOpen());
-    open();
-    click(sceneRectangle(row(u"Rename"_s)).center());
-    QCOMPARE(chosen(), (QVariantList{1, 0}));
-    QCOMPARE(closed(), 0);
-}
-
-void tst_ControlsMenus::tapOnTheRimIsNothing()
-{
-    make("ImageTextButton", threeRows);
-    open();
-    const QRect frame = sceneRectangle(panel());
-    click(frame.topLeft() + QPoint(frame.width() / 2, 5));
-    click(frame.topLeft() + QPoint(-3, 100)); // the mat
-    QVERIFY(isOpen());
-    QCOMPARE(closed(), 0);
-    QCOMPARE(chosen(), QVariantList());
-}
-
-void tst_ControlsMenus::tapOutsideCloses()
-{
-    make("ImageTextButton", threeRows);
-    open();
-    click({300, 780});
-    QCOMPARE(closed(), 1);
-    QCOMPARE(chosen(), QVariantList());
-}
-
-void tst_ControlsMenus::nothingBehindIsTouched()
-{
-    make("ImageTextButton", threeRows);
-    open();
-    click(m_scene->middle(u"behind"_s));
-    QCOMPARE(closed(), 1);
-    QCOMPARE(m_scene->root()->property("touchedBehind").toInt(), 0);
-    QVERIFY2(!isOpen(), "the button behind would have opened it again");
-}
-
-void tst_ControlsMenus::checkedRow_data()
-{
-    QTest::addColumn<QByteArray>("properties");
-    QTest::addColumn<QVariantList>("expected");
-
-    QTest::newRow("can be chosen again where it is asked for")
-        << QByteArray("radioBtnDontCheckChecked: true") << QVariantList{2};
-    QTest::newRow("is chosen already") << QByteArray() << QVariantList();
-}
-
-void tst_ControlsMenus::checkedRow()
-{
-    QFETCH(QByteArray, properties);
-    QFETCH(QVariantList, expected);
-
-    make("RadioButton", threeRows, "Delete", {40, 100, 500, 60}, properties);
-    open();
-    click(sceneRectangle(row(u"Delete"_s, QAccessible::RadioButton)).center());
-    QCOMPARE(chosen(), expected);
-    QCOMPARE(closed(), 0);
-    QCOMPARE(isOpen(), expected.isEmpty());
-    if (isOpen()) {
-        click(sceneRectangle(row(u"Rename"_s, QAccessible::RadioButton)).center());
-        QCOMPARE(chosen(), QVariantList{0});
-    }
-}
-
-void tst_ControlsMenus::titleThatIsARowByChance()
-{
-    make("ImageTextButton", threeRows, "Delete"); // a playlist of that name
-    open();
-    QVERIFY(!accessible(row(u"Delete"_s))->state().checked);
-    click(sceneRectangle(row(u"Delete"_s)).center());
-    QCOMPARE(chosen(), QVariantList{2});
-}
-
-void tst_ControlsMenus::uidsWithGaps()
-{
-    make("RadioButton", "append({uid_: 7, text_: 'Seven'}); append({uid_: 40, text_: 'Forty'})");
-    open();
-    click(sceneRectangle(row(u"Forty"_s, QAccessible::RadioButton)).center());
-    QCOMPARE(chosen(), QVariantList{40});
-}
-
 void tst_ControlsMenus::place_data()
 {
     QTest::addColumn<QRect>("area");
@@ -386,62 +177,6 @@ void tst_ControlsMenus::longTextIsElided()
     QVERIFY(truncated);
 }
 
-void tst_ControlsMenus::keysWalkAndChoose()
-{
-    make("RadioButton", threeRows, "Delete");
-    open();
-    QTest::keyClick(&m_scene->window(), Qt::Key_Up); // it began at the checked row
-    QTest::keyClick(&m_scene->window(), Qt::Key_Return);
-    QCOMPARE(chosen(), QVariantList{1});
-    open();
-    QTest::keyClick(&m_scene->window(), Qt::Key_Down); // nothing below the last
-    for (int i = 0; i < 5; ++i)
-        QTest::keyClick(&m_scene->window(), Qt::Key_Up);
-    QTest::keyClick(&m_scene->window(), Qt::Key_Enter);
-    QCOMPARE(chosen(), (QVariantList{1, 0}));
-    QCOMPARE(closed(), 0);
-}
-
-void tst_ControlsMenus::keyBackCloses()
-{
-    make("ImageTextButton", threeRows);
-    open();
-    QTest::keyClick(&m_scene->window(), Qt::Key_Back);
-    QCOMPARE(closed(), 1);
-    open();
-    QTest::keyClick(&m_scene->window(), Qt::Key_Escape);
-    QCOMPARE(closed(), 2);
-    QCOMPARE(chosen(), QVariantList());
-}
-
-void tst_ControlsMenus::pageKeysInALongMenu()
-{
-    make("RadioButton", manyRows, "Row 3");
-    open();
-    const int page = sceneRectangle(panel()).height() / 85;
-    QTest::keyClick(&m_scene->window(), Qt::Key_PageDown);
-    QTest::keyClick(&m_scene->window(), Qt::Key_Return);
-    QCOMPARE(chosen().size(), 1);
-    QVERIFY(chosen().first().toInt() >= 3 + page - 1);
-    open();
-    QTest::keyClick(&m_scene->window(), Qt::Key_PageUp);
-    QTest::keyClick(&m_scene->window(), Qt::Key_Return);
-    QCOMPARE(chosen().last().toInt(), 0);
-}
-
-void tst_ControlsMenus::focusComesBack()
-{
-    make("ImageTextButton", threeRows);
-    QQuickItem *behind = m_scene->item(u"behind"_s);
-    behind->forceActiveFocus();
-    for (int i = 0; i < 2; ++i) { // the first time it is loaded
-        open();
-        QVERIFY(!behind->hasActiveFocus());
-        click({300, 780});
-        QVERIFY(behind->hasActiveFocus());
-    }
-}
-
 void tst_ControlsMenus::accessibleRows()
 {
     make("RadioButton", threeRows, "Delete");
@@ -452,18 +187,6 @@ void tst_ControlsMenus::accessibleRows()
     open();
     QVERIFY(row(u"Rename"_s, QAccessible::MenuItem));
     QVERIFY(!accessible(row(u"Delete"_s, QAccessible::MenuItem))->state().checked);
-}
-
-void tst_ControlsMenus::accessiblePressChooses()
-{
-    make("ImageTextButton", threeRows);
-    open();
-    QVERIFY(pressByAccessibility(row(u"Delete"_s)));
-    QCOMPARE(chosen(), QVariantList{2});
-    QCOMPARE(closed(), 0);
-    open();
-    QVERIFY(pressByAccessibility(row(u"Close"_s, QAccessible::Button)));
-    QCOMPARE(closed(), 1);
 }
 
 void tst_ControlsMenus::loaderOfNothing()
@@ -479,5 +202,4 @@ void tst_ControlsMenus::loaderOfNothing()
 }
 
 PANEL_TEST_MAIN(tst_ControlsMenus)
-
 #include "tst_controls_menus.moc"
