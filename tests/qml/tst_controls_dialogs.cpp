@@ -1,23 +1,28 @@
-// Dialogs: the frame over everything, and the two buttons at its foot.
+// Dialogs: the frame over everything.
 
-#include <facts.h>
-
-#include "accessible_items.h"
+#include "dialog_test.h"
 #include "panel_application.h"
-#include "qml_scene.h"
 
-#include <QInputMethod>
-#include <QSignalSpy>
-
-using namespace lindenreed::device;
 using namespace Qt::StringLiterals;
 
-class tst_ControlsDialogs : public QObject
+namespace {
+
+constexpr int line = 3; // 4 of the design
+constexpr int mat = 6; // 8 of the design
+
+const QByteArray twoButtons
+    = "TextButton { objectName: 'first'; text: 'First'; onAction: screen.note('first') }\n"
+      "TextButton { objectName: 'second'; text: 'Second'; onAction: screen.note('second') }";
+
+} // namespace
+
+class tst_ControlsDialogs : public DialogTest
 {
     Q_OBJECT
 
 private slots:
-    void cleanup();
+    void cleanup() { QCOMPARE(end(), QStringList()); }
+
     void width_data();
     void width();
     void place_data();
@@ -34,93 +39,7 @@ private slots:
     void comesBackWhenTheKeyboardGoes();
     void fitsAfterATurn();
     void comboBoxInADialog();
-    void footerTells();
-    void footerWords_data();
-    void footerWords();
-    void footerHalves();
-    void footerPressed();
-
-private:
-    void make(const QByteArray &properties = {}, const QByteArray &content = {}, QSize size = {600, 800});
-    void show(bool visible = true) { m_scene->item(u"loader"_s)->setVisible(visible); }
-    QQuickItem *frame() const;
-    QRect place(const QString &name) const { return sceneRectangle(m_scene->item(name)); }
-    QStringList log() const { return m_scene->root()->property("log").toStringList(); }
-    void click(const QPoint &point) { QTest::mouseClick(&m_scene->window(), Qt::LeftButton, {}, point); }
-    QQuickItem *focused() const { return m_scene->window().activeFocusItem(); }
-
-    std::unique_ptr<QmlScene> m_scene;
 };
-
-namespace {
-
-constexpr int line = 3; // 4 of the design
-constexpr int head = 79; // 112 of the design
-constexpr int mat = 6; // 8 of the design
-
-const QByteArray twoButtons
-    = "TextButton { objectName: 'first'; text: 'First'; onAction: screen.note('first') }\n"
-      "TextButton { objectName: 'second'; text: 'Second'; onAction: screen.note('second') }";
-
-} // namespace
-
-void tst_ControlsDialogs::make(const QByteArray &properties, const QByteArray &content, QSize size)
-{
-    m_scene = std::make_unique<QmlScene>(
-        QByteArray(R"(import QtQuick
-import com.lindenreed.controls 1.0
-Item {
-    id: screen
-    property var log: []
-    function note(text) { log = log.concat([text]) }
-    ListModel {
-        id: units
-        ListElement { uid_: 0; text_: 'Seconds' }
-        ListElement { uid_: 1; text_: 'Minutes' }
-    }
-    MouseArea { anchors.fill: parent; onClicked: screen.note('behind') }
-    TextButton { objectName: 'behind'; text: 'Behind'; onAction: screen.note('behind') }
-    LoaderNoSleep {
-        id: loader
-        objectName: 'loader'
-        visible: false
-        sourceComponent: component
-        onVisibleChanged: if (visible) parent = Window.window.contentItem
-    }
-    Component {
-        id: component
-        DialogContainer {
-            objectName: 'dialog'
-            title: 'Interval'
-            onClose: { screen.note('close'); loader.visible = false }
-            @PROPERTIES@
-            @CONTENT@
-        }
-    }
-})")
-            .replace("title: 'Interval'", properties.contains("title: ") ? "" : "title: 'Interval'")
-            .replace("@PROPERTIES@", properties)
-            .replace("@CONTENT@",
-                     content.isEmpty() ? "Item { objectName: 'body'; width: "
-                                         "parent.width; height: 200 }"
-                                       : content),
-        size);
-    QVERIFY2(m_scene->isShown(), qPrintable(m_scene->errors()));
-}
-
-void tst_ControlsDialogs::cleanup()
-{
-    const QStringList warnings = m_scene ? m_scene->warnings() : QStringList();
-    m_scene.reset();
-    QGuiApplication::inputMethod()->hide();
-    facts().dpi = 212;
-    QCOMPARE(warnings, QStringList());
-}
-
-QQuickItem *tst_ControlsDialogs::frame() const
-{
-    return findAccessible(m_scene->item(u"dialog"_s), QAccessible::Dialog);
-}
 
 void tst_ControlsDialogs::width_data()
 {
@@ -178,11 +97,11 @@ void tst_ControlsDialogs::contentIsTheChildren()
          "DialogFooter { objectName: 'footer'; applyTitle: 'Save' }");
     show();
     const QRect outer = sceneRectangle(frame());
-    QCOMPARE(place(u"body"_s).top(), outer.top() + line + head);
-    QCOMPARE(place(u"body"_s).width(), outer.width() - 2 * line);
-    QCOMPARE(place(u"footer"_s).top(), place(u"body"_s).top() + 120);
-    QCOMPARE(place(u"footer"_s).width(), outer.width() - 2 * line);
-    QCOMPARE(place(u"footer"_s).bottom() + line, outer.bottom());
+    QCOMPARE(placeOf(u"body"_s).top(), outer.top() + line + head);
+    QCOMPARE(placeOf(u"body"_s).width(), outer.width() - 2 * line);
+    QCOMPARE(placeOf(u"footer"_s).top(), placeOf(u"body"_s).top() + 120);
+    QCOMPARE(placeOf(u"footer"_s).width(), outer.width() - 2 * line);
+    QCOMPARE(placeOf(u"footer"_s).bottom() + line, outer.bottom());
     QVERIFY(findAccessible(frame(), QAccessible::Heading, u"Interval"_s));
     QCOMPARE(accessibleName(frame()), u"Interval"_s);
 }
@@ -191,7 +110,7 @@ void tst_ControlsDialogs::withoutTitle()
 {
     make("title: ''");
     show();
-    QCOMPARE(place(u"body"_s).top(), sceneRectangle(frame()).top() + line);
+    QCOMPARE(placeOf(u"body"_s).top(), sceneRectangle(frame()).top() + line);
     QVERIFY(!findAccessible(frame(), QAccessible::Heading));
 }
 
@@ -323,102 +242,12 @@ void tst_ControlsDialogs::comboBoxInADialog()
     QTest::keyClick(&m_scene->window(), Qt::Key_Return);
     QTest::keyClick(&m_scene->window(), Qt::Key_Back); // closes the menu alone
     QCOMPARE(log(), QStringList(u"unit 1"_s));
-    click(place(u"box"_s).center());
+    click(placeOf(u"box"_s).center());
     click({300, 780}); // so does a tap outside
     QCOMPARE(log(), QStringList(u"unit 1"_s));
     QTest::keyClick(&m_scene->window(), Qt::Key_Down);
     QCOMPARE(focused(), m_scene->item(u"first"_s));
 }
 
-void tst_ControlsDialogs::footerTells()
-{
-    make({},
-         "DialogFooter { objectName: 'footer'; applyTitle: 'Save'; onApply: screen.note('apply')\n"
-         "onCancel: screen.note('cancel') }");
-    show();
-    const QRect footer = place(u"footer"_s);
-    click(footer.topLeft() + QPoint(30, 40));
-    click(footer.topRight() + QPoint(-30, 40));
-    QCOMPARE(log(), (QStringList{u"cancel"_s, u"apply"_s}));
-    QVERIFY(pressByAccessibility(findAccessible(frame(), QAccessible::Button, u"Save"_s)));
-    QVERIFY(pressByAccessibility(findAccessible(frame(), QAccessible::Button, u"Cancel"_s)));
-    QCOMPARE(log().mid(2), (QStringList{u"apply"_s, u"cancel"_s}));
-    QTest::keyClick(&m_scene->window(), Qt::Key_Return); // the first of the dialog has the focus
-    QTest::keyClick(&m_scene->window(), Qt::Key_Right);
-    QTest::keyClick(&m_scene->window(), Qt::Key_Return);
-    QCOMPARE(log().mid(4), (QStringList{u"cancel"_s, u"apply"_s}));
-}
-
-void tst_ControlsDialogs::footerWords_data()
-{
-    QTest::addColumn<QByteArray>("properties");
-    QTest::addColumn<QStringList>("words");
-
-    QTest::newRow("as they are") << QByteArray("applyTitle: 'Weiß'") << QStringList{u"Cancel"_s, u"Weiß"_s};
-    QTest::newRow("in capitals") << QByteArray("applyTitle: 'Weiß'; isUppercase: true")
-                                 << QStringList{u"CANCEL"_s, u"WEISS"_s};
-    QTest::newRow("in capitals, Cyrillic") << QByteArray("applyTitle: 'Сохранить'; isUppercase: true")
-                                           << QStringList{u"CANCEL"_s, u"СОХРАНИТЬ"_s};
-    QTest::newRow("plain") << QByteArray("applyTitle: '<b>x</b>'") << QStringList{u"Cancel"_s, u"<b>x</b>"_s};
-}
-
-void tst_ControlsDialogs::footerWords()
-{
-    QFETCH(QByteArray, properties);
-    QFETCH(QStringList, words);
-
-    make({}, "DialogFooter { objectName: 'footer'; " + properties + " }");
-    show();
-    QStringList found;
-    const QList<QQuickItem *> halves = m_scene->item(u"footer"_s)->childItems();
-    for (QQuickItem *half : halves) {
-        for (QQuickItem *item : half->childItems()) {
-            if (item->inherits("QQuickText")) {
-                found.append(item->property("text").toString());
-                QCOMPARE(item->property("textFormat").toInt(), int(Qt::PlainText));
-                QCOMPARE(item->property("font").value<QFont>().bold(), found.size() == 2);
-            }
-        }
-    }
-    QCOMPARE(found, words);
-}
-
-void tst_ControlsDialogs::footerHalves()
-{
-    make({}, "DialogFooter { objectName: 'footer'; applyTitle: 'Save' }");
-    show();
-    const QRect footer = place(u"footer"_s);
-    QCOMPARE(footer.height(), head + 1); // 112 and a line of 2 of the design
-    const QRect cancel = sceneRectangle(findAccessible(frame(), QAccessible::Button, u"Cancel"_s));
-    const QRect apply = sceneRectangle(findAccessible(frame(), QAccessible::Button, u"Save"_s));
-    QVERIFY(std::abs(cancel.width() - apply.width()) <= 1);
-    QCOMPARE(apply.left() - cancel.right(), 2); // the line between
-    QCOMPARE(cancel.left(), footer.left());
-    QCOMPARE(apply.right(), footer.right());
-    const QImage picture = m_scene->window().grabWindow();
-    QCOMPARE(picture.pixelColor(footer.left() + 100, footer.top()), QColor(Qt::black));
-    QCOMPARE(picture.pixelColor(cancel.right() + 1, footer.center().y()), QColor(Qt::black));
-    QCOMPARE(picture.pixelColor(cancel.right() - 1, footer.center().y()), QColor(Qt::white));
-}
-
-void tst_ControlsDialogs::footerPressed()
-{
-    make({}, "DialogFooter { objectName: 'footer'; applyTitle: 'Save' }");
-    m_scene->window().setColor(Qt::white);
-    show();
-    const QRect outer = sceneRectangle(frame());
-    const QImage rest = m_scene->window().grabWindow();
-    const QRect apply = sceneRectangle(findAccessible(frame(), QAccessible::Button, u"Save"_s));
-    QTest::mousePress(&m_scene->window(), Qt::LeftButton, {}, apply.center());
-    const QImage pressed = m_scene->window().grabWindow();
-    QCOMPARE(pressed.pixelColor(apply.left() + 4, apply.top() + 4), QColor(Qt::black));
-    QCOMPARE(pressed.pixelColor(apply.left() - 4, apply.top() + 4), QColor(Qt::white));
-    QVERIFY2(pressed.pixelColor(outer.bottomRight()) == rest.pixelColor(outer.bottomRight()),
-             "the round corner of the dialog stays round");
-    QTest::mouseRelease(&m_scene->window(), Qt::LeftButton, {}, QPoint(300, 790));
-    QCOMPARE(log(), QStringList());
-}
-
 PANEL_TEST_MAIN(tst_ControlsDialogs)
-
 #include "tst_controls_dialogs.moc"
