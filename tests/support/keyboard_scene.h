@@ -6,10 +6,15 @@
 #include "panel_remote.h"
 #include "panel_view.h"
 
+#include <device.h>
+#include <texts.h>
+
 #include <QGuiApplication>
 #include <QInputMethod>
 #include <QJsonArray>
 #include <QQuickItem>
+
+#include <memory>
 
 /// Fills the screen; below everything lies an area that notes what is tapped. `name` and `number` are fields.
 class KeyboardScene
@@ -112,3 +117,32 @@ inline QByteArray KeyboardScene::qml()
                  sourceComponent: TextInput { width: 300; height: 40; focus: true } }
     })";
 }
+
+/// What tests of the keyboard start from: the scene, with the keyboard closed.
+class KeyboardTest : public QObject
+{
+protected:
+    void begin()
+    {
+        lindenreed::device::texts::load(QStringLiteral("en"));
+        m_scene = std::make_unique<KeyboardScene>();
+        QTRY_COMPARE(QGuiApplication::focusWindow(), m_scene->window.get());
+        QTRY_COMPARE(panel_view::greyAt(700, 900), 0x88);
+        QVERIFY(panel_view::waitUntilStill());
+    }
+
+    /// The device stands upright again, and nothing is open.
+    void end()
+    {
+        screen().setOrientation(0);
+        screen().setPanelType(1);
+        screen().setInverted(false);
+        m_scene.reset();
+        QTRY_VERIFY(!KeyboardScene::isOpen());
+        QVERIFY(panel_view::waitUntilStill());
+    }
+
+    static lindenreed::device::Screen &screen() { return lindenreed::device::Device::instance()->screen; }
+
+    std::unique_ptr<KeyboardScene> m_scene;
+};

@@ -3,33 +3,21 @@
 #include "keyboard_scene.h"
 #include "panel_application.h"
 
-#include <device.h>
-#include <texts.h>
-
 #include <QScreen>
 #include <QSignalSpy>
 
 #include <algorithm>
 
 using namespace Qt::StringLiterals;
-using lindenreed::device::Device;
 
-namespace {
-
-lindenreed::device::Screen &screen()
-{
-    return Device::instance()->screen;
-}
-
-} // namespace
-
-class tst_PanelKeyboard : public QObject
+class tst_PanelKeyboard : public KeyboardTest
 {
     Q_OBJECT
 
 private slots:
-    void init();
-    void cleanup();
+    void init() { begin(); }
+    void cleanup() { end(); }
+
     void opensWithTheFocus();
     void opensByATapOnTheField();
     void hideKeepsTheFocus();
@@ -45,28 +33,7 @@ private slots:
     void keysInTheTree();
     void hiddenKeysAreRefused();
     void pageTurnedUnderAFinger();
-
-private:
-    std::unique_ptr<KeyboardScene> m_scene;
 };
-
-void tst_PanelKeyboard::init()
-{
-    lindenreed::device::texts::load(u"en"_s);
-    m_scene = std::make_unique<KeyboardScene>();
-    QTRY_COMPARE(QGuiApplication::focusWindow(), m_scene->window.get());
-    QTRY_COMPARE(panel_view::greyAt(700, 900), 0x88);
-}
-
-void tst_PanelKeyboard::cleanup()
-{
-    screen().setOrientation(0);
-    screen().setPanelType(1);
-    screen().setInverted(false);
-    m_scene.reset();
-    QTRY_VERIFY(!KeyboardScene::isOpen());
-    QVERIFY(panel_view::waitUntilStill());
-}
 
 void tst_PanelKeyboard::opensWithTheFocus()
 {

@@ -19,13 +19,14 @@ QString word(const char *key)
 
 } // namespace
 
-class tst_PanelKeyboardTyping : public QObject
+class tst_PanelKeyboardTyping : public KeyboardTest
 {
     Q_OBJECT
 
 private slots:
-    void init();
-    void cleanup();
+    void init() { begin(); }
+    void cleanup() { end(); }
+
     void tapsType();
     void tapsBetweenKeysReachOne();
     void tapOnTheGroundIsNothing();
@@ -58,24 +59,7 @@ private:
     {
         return m_scene->ask(u"hold"_s, {{u"x"_s, place.x()}, {u"y"_s, place.y()}, {u"ms"_s, ms}});
     }
-
-    std::unique_ptr<KeyboardScene> m_scene;
 };
-
-void tst_PanelKeyboardTyping::init()
-{
-    lindenreed::device::texts::load(u"en"_s);
-    m_scene = std::make_unique<KeyboardScene>();
-    QTRY_COMPARE(QGuiApplication::focusWindow(), m_scene->window.get());
-    QVERIFY(panel_view::waitUntilStill());
-}
-
-void tst_PanelKeyboardTyping::cleanup()
-{
-    m_scene.reset();
-    QTRY_VERIFY(!KeyboardScene::isOpen());
-    QVERIFY(panel_view::waitUntilStill());
-}
 
 void tst_PanelKeyboardTyping::tapsType()
 {

@@ -4,9 +4,6 @@
 #include "keyboard_scene.h"
 #include "panel_application.h"
 
-#include <device.h>
-#include <texts.h>
-
 #include <QPainter>
 #include <QRasterWindow>
 #include <QTimer>
@@ -14,7 +11,6 @@
 #include <algorithm>
 
 using namespace Qt::StringLiterals;
-using lindenreed::device::Device;
 
 namespace {
 
@@ -36,20 +32,15 @@ protected:
     }
 };
 
-lindenreed::device::Screen &screen()
-{
-    return Device::instance()->screen;
-}
-
 } // namespace
 
-class tst_PanelKeyboardWindows : public QObject
+class tst_PanelKeyboardWindows : public KeyboardTest
 {
     Q_OBJECT
 
 private slots:
-    void init();
-    void cleanup();
+    void init() { begin(); }
+    void cleanup() { end(); }
 
     void staysAboveOtherWindows();
     void coversItemsOfTheTree();
@@ -60,28 +51,7 @@ private slots:
     void closingTheWindowEndsTheProgram();
     void quitWhileOpen();
     void theApplicationEndsWhileOpen();
-
-private:
-    std::unique_ptr<KeyboardScene> m_scene;
 };
-
-void tst_PanelKeyboardWindows::init()
-{
-    lindenreed::device::texts::load(u"en"_s);
-    m_scene = std::make_unique<KeyboardScene>();
-    QTRY_COMPARE(QGuiApplication::focusWindow(), m_scene->window.get());
-    QTRY_COMPARE(panel_view::greyAt(700, 900), 0x88);
-}
-
-void tst_PanelKeyboardWindows::cleanup()
-{
-    screen().setOrientation(0);
-    screen().setPanelType(1);
-    screen().setInverted(false);
-    m_scene.reset();
-    QTRY_VERIFY(!KeyboardScene::isOpen());
-    QVERIFY(panel_view::waitUntilStill());
-}
 
 void tst_PanelKeyboardWindows::staysAboveOtherWindows()
 {
