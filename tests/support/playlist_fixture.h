@@ -13,11 +13,36 @@
 #include <QTest>
 
 #include <memory>
+#include <utility>
 
 inline QVariant cell(const PlaylistModel &model, int row, int role)
 {
     return model.data(model.index(row, 0), role);
 }
+
+/// Notes a model's signals in the order in which they come, with its count then.
+class PlaylistSignals : public QObject
+{
+public:
+    explicit PlaylistSignals(PlaylistModel *model)
+    {
+        connect(model, &PlaylistModel::modelAboutToBeReset, this,
+                [this] { m_names.append(QStringLiteral("about")); });
+        connect(model, &PlaylistModel::modelReset, this,
+                [this, model] { m_names.append(QStringLiteral("reset %1").arg(model->count())); });
+        connect(model, &PlaylistModel::countChanged, this,
+                [this, model] { m_names.append(QStringLiteral("count %1").arg(model->count())); });
+        connect(model, &PlaylistModel::activeIdChanged, this,
+                [this, model] { m_names.append(QStringLiteral("active %1").arg(model->activeId())); });
+        connect(model, &PlaylistModel::modeChanged, this,
+                [this, model] { m_names.append(QStringLiteral("mode %1").arg(model->mode())); });
+    }
+
+    QStringList taken() { return std::exchange(m_names, {}); }
+
+private:
+    QStringList m_names;
+};
 
 /// No playlists, and a folder of its own on the internal memory.
 class PlaylistFixture

@@ -3,6 +3,7 @@
 #include "app.h"
 #include "call_lines.h"
 #include "datastorage.h"
+#include "meta_object_lines.h"
 #include "stderr_capture.h"
 #include "stored_database.h"
 
@@ -11,8 +12,6 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QMetaMethod>
-#include <QMetaProperty>
 #include <QSignalSpy>
 #include <QTest>
 
@@ -101,33 +100,20 @@ void tst_App::construction()
 void tst_App::metaObject()
 {
     const QMetaObject &meta = App::staticMetaObject;
-    QByteArrayList methods;
-    for (int i = meta.methodOffset(); i < meta.methodCount(); ++i) {
-        const QMetaMethod method = meta.method(i);
-        methods.append(QByteArray(method.methodType() == QMetaMethod::Signal ? "signal " : "slot ")
-                       + method.methodSignature() + ' ' + method.parameterNames().join(','));
-        QCOMPARE(method.access(), QMetaMethod::Public);
-        QCOMPARE(method.returnMetaType().id(), int(QMetaType::Void));
-    }
-    QCOMPARE(
-        methods,
-        (QByteArrayList{"signal screenChanged() ", "signal currentDateChanged() ",
-                        "signal orientationChanged() ", "signal changedView(QString) view",
-                        "signal backViewChanged() ", "signal showInfoMessage(QString,QString) message,icon",
-                        "slot showPanel(bool) show", "slot changeOrientation(int) n", "slot updateScreen() ",
-                        "slot quit() ", "slot changeView(QString) view"}));
+    QCOMPARE(methodLines(meta),
+             (QByteArrayList{"signal void screenChanged() ", "signal void currentDateChanged() ",
+                             "signal void orientationChanged() ", "signal void changedView(QString) view",
+                             "signal void backViewChanged() ",
+                             "signal void showInfoMessage(QString,QString) message,icon",
+                             "slot void showPanel(bool) show", "slot void changeOrientation(int) n",
+                             "slot void updateScreen() ", "slot void quit() ",
+                             "slot void changeView(QString) view"}));
 
-    QByteArrayList properties;
-    for (int i = meta.propertyOffset(); i < meta.propertyCount(); ++i) {
-        const QMetaProperty property = meta.property(i);
-        properties.append(QByteArray(property.typeName()) + ' ' + property.name()
-                          + (property.isWritable() ? " writable " : " ") + property.notifySignal().name());
-    }
-    QCOMPARE(properties,
-             (QByteArrayList{"int screenWidth screenChanged", "int screenHeight screenChanged",
-                             "QDateTime currentDate currentDateChanged",
-                             "QString backView writable backViewChanged",
-                             "QString currentView writable changedView", "QString prevView "}));
+    QCOMPARE(
+        propertyLines(meta),
+        (QByteArrayList{"screenWidth int r screenChanged", "screenHeight int r screenChanged",
+                        "currentDate QDateTime r currentDateChanged", "backView QString rw backViewChanged",
+                        "currentView QString rw changedView", "prevView QString r "}));
 }
 
 void tst_App::screenSize()

@@ -2,9 +2,9 @@
 
 #include "breadcrumbs_model.h"
 #include "folder_fixture.h"
+#include "meta_object_lines.h"
 
 #include <QMetaEnum>
-#include <QMetaMethod>
 
 #include <limits>
 
@@ -109,16 +109,9 @@ void tst_BreadcrumbsModel::metaObject()
     QCOMPARE(meta.superClass(), &QAbstractListModel::staticMetaObject);
     QVERIFY(!m_model->parent());
 
-    QByteArrayList methods;
-    for (int i = meta.methodOffset(); i < meta.methodCount(); ++i) {
-        const QMetaMethod method = meta.method(i);
-        QCOMPARE(method.access(), QMetaMethod::Public);
-        methods.append(QByteArray(method.methodType() == QMetaMethod::Signal ? "signal " : "slot ")
-                       + method.methodSignature() + ' ' + method.parameterNames().join(','));
-    }
-    QCOMPARE(methods,
-             QByteArrayList({"signal changedFolder(QString) ", "slot changeFolder(QString) folder",
-                             "slot changeFolderByIndex(int) index"}));
+    QCOMPARE(methodLines(meta),
+             QByteArrayList({"signal void changedFolder(QString) ", "slot void changeFolder(QString) folder",
+                             "slot void changeFolderByIndex(int) index"}));
     QCOMPARE(meta.propertyCount(), meta.propertyOffset());
 
     QCOMPARE(meta.enumeratorCount() - meta.enumeratorOffset(), 1);

@@ -1,10 +1,7 @@
 // What the interface reads from the browser's rows, and the properties beside them.
 
 #include "folder_fixture.h"
-
-#include <QMetaEnum>
-#include <QMetaMethod>
-#include <QMetaProperty>
+#include "meta_object_lines.h"
 
 using namespace Qt::StringLiterals;
 using lindenreed::picture_stand::FolderModel;
@@ -55,15 +52,7 @@ void tst_FolderRoles::metaObject()
     QCOMPARE(meta.className(), "lindenreed::picture_stand::FolderModel");
     QCOMPARE(meta.superClass(), &QAbstractListModel::staticMetaObject);
 
-    QByteArrayList methods;
-    for (int i = meta.methodOffset(); i < meta.methodCount(); ++i) {
-        const QMetaMethod method = meta.method(i);
-        QCOMPARE(method.access(), QMetaMethod::Public);
-        methods.append(QByteArray(method.methodType() == QMetaMethod::Signal ? "signal " : "slot ")
-                       + method.typeName() + ' ' + method.methodSignature() + ' '
-                       + method.parameterNames().join(','));
-    }
-    QCOMPARE(methods,
+    QCOMPARE(methodLines(meta),
              QByteArrayList({
                  "signal void changedFolder(QString) ",
                  "signal void modeChanged() ",
@@ -84,26 +73,12 @@ void tst_FolderRoles::metaObject()
                  "slot void clearListIgnoreSelection() ",
              }));
 
-    QByteArrayList properties;
-    for (int i = meta.propertyOffset(); i < meta.propertyCount(); ++i) {
-        const QMetaProperty property = meta.property(i);
-        const QByteArray type = property.isEnumType() ? property.enumerator().name() : property.typeName();
-        properties.append(QByteArray(property.name()) + ' ' + type + (property.isWritable() ? " rw " : " r ")
-                          + property.notifySignal().name());
-    }
-    QCOMPARE(properties,
+    QCOMPARE(propertyLines(meta),
              QByteArrayList(
                  {"mode FolderModelMode rw modeChanged", "viewMode FolderModelViewMode rw viewModeChanged",
                   "countSelected int r countSelectedChanged", "countFiles int r countFilesChanged"}));
 
-    QByteArrayList enumerators;
-    for (int i = meta.enumeratorOffset(); i < meta.enumeratorCount(); ++i) {
-        const QMetaEnum enumerator = meta.enumerator(i);
-        for (int key = 0; key < enumerator.keyCount(); ++key)
-            enumerators.append(QByteArray(enumerator.name()) + ' ' + enumerator.key(key) + ' '
-                               + QByteArray::number(enumerator.value(key)));
-    }
-    QCOMPARE(enumerators,
+    QCOMPARE(enumeratorLines(meta),
              QByteArrayList({"ContentDataRoles PathRole 257", "ContentDataRoles NameRole 258",
                              "ContentDataRoles TypeRole 259", "ContentDataRoles FreeSpaceRole 260",
                              "ContentDataRoles TotalSpaceRole 261", "ContentDataRoles MemoryRole 262",

@@ -1,40 +1,15 @@
 // The list of playlists: rows, roles, resets, signals.
 
+#include "meta_object_lines.h"
 #include "playlist_fixture.h"
 
 #include <QAbstractItemModelTester>
-#include <QMetaEnum>
-#include <QMetaMethod>
-#include <QMetaProperty>
 
 using namespace Qt::StringLiterals;
 
 namespace {
 
 const QString logSource = u"picture_stand/src/datastorage"_s;
-
-/// Notes a model's signals in the order in which they come, with its count then.
-class SignalLog : public QObject
-{
-public:
-    explicit SignalLog(PlaylistModel *model)
-    {
-        connect(model, &PlaylistModel::modelAboutToBeReset, this, [this] { m_names.append(u"about"_s); });
-        connect(model, &PlaylistModel::modelReset, this,
-                [this, model] { m_names.append(u"reset %1"_s.arg(model->count())); });
-        connect(model, &PlaylistModel::countChanged, this,
-                [this, model] { m_names.append(u"count %1"_s.arg(model->count())); });
-        connect(model, &PlaylistModel::activeIdChanged, this,
-                [this, model] { m_names.append(u"active %1"_s.arg(model->activeId())); });
-        connect(model, &PlaylistModel::modeChanged, this,
-                [this, model] { m_names.append(u"mode %1"_s.arg(model->mode())); });
-    }
-
-    QStringList taken() { return std::exchange(m_names, {}); }
-
-private:
-    QStringList m_names;
-};
 
 } // namespace
 
@@ -75,14 +50,6 @@ void tst_PlaylistModel::theMetaObjectIsInOrder()
     QCOMPARE(meta.className(), "PlaylistModel");
     QCOMPARE(meta.superClass(), &QAbstractListModel::staticMetaObject);
 
-    QByteArrayList methods;
-    for (int i = meta.methodOffset(); i < meta.methodCount(); ++i) {
-        const QMetaMethod method = meta.method(i);
-        methods.append(QByteArray(method.methodType() == QMetaMethod::Signal ? "signal " : "slot ")
-                       + method.typeName() + ' ' + method.methodSignature() + ' '
-                       + method.parameterNames().join(','));
-        QCOMPARE(method.access(), QMetaMethod::Public);
-    }
     const QByteArrayList expected{
         "signal void activeIdChanged() ",
         "signal void modeChanged() ",
@@ -103,28 +70,14 @@ void tst_PlaylistModel::theMetaObjectIsInOrder()
         "slot bool hasExistsImage(qlonglong) id",
         "slot int countExistsImages(QStringList) list",
     };
-    QCOMPARE(methods, expected);
+    QCOMPARE(methodLines(meta), expected);
     QVERIFY(meta.method(meta.indexOfMethod("countExistsImages(QStringList)")).isConst());
 
-    QByteArrayList properties;
-    for (int i = meta.propertyOffset(); i < meta.propertyCount(); ++i) {
-        const QMetaProperty property = meta.property(i);
-        const QByteArray type = property.isEnumType() ? property.enumerator().name() : property.typeName();
-        properties.append(QByteArray(property.name()) + ' ' + type + (property.isWritable() ? " rw " : " r ")
-                          + property.notifySignal().name());
-    }
-    QCOMPARE(properties,
+    QCOMPARE(propertyLines(meta),
              QByteArrayList({"activeId qlonglong rw activeIdChanged", "mode PlaylistMode rw modeChanged",
                              "count int r countChanged"}));
 
-    QByteArrayList enumerators;
-    for (int i = meta.enumeratorOffset(); i < meta.enumeratorCount(); ++i) {
-        const QMetaEnum enumerator = meta.enumerator(i);
-        for (int key = 0; key < enumerator.keyCount(); ++key)
-            enumerators.append(QByteArray(enumerator.name()) + ' ' + enumerator.key(key) + ' '
-                               + QByteArray::number(enumerator.value(key)));
-    }
-    QCOMPARE(enumerators,
+    QCOMPARE(enumeratorLines(meta),
              QByteArrayList({"Roles TitleRole 0", "Roles IdRole 257", "Roles CountRole 258",
                              "Roles CountExistsRole 259", "PlaylistMode ViewMode 0", "PlaylistMode AddMode 1",
                              "PlaylistMode CreateMode 2", "PlaylistMode AllViewMode 3"}));
@@ -226,7 +179,7 @@ void tst_PlaylistModel::titlesStayAsTheyAre()
 
 void tst_PlaylistModel::refreshingResetsOnce()
 {
-    SignalLog log(m_test->model.get());
+    PlaylistSignals log(m_test->model.get());
     QVERIFY(stored_database::execute({u"INSERT INTO playlists VALUES(8, 'Lake')"_s}));
     m_test->model->refreshData();
     QCOMPARE(log.taken(), QStringList({u"about"_s, u"reset 1"_s, u"count 1"_s}));
@@ -248,7 +201,7 @@ void tst_PlaylistModel::refreshingSatisfiesTheModelTester()
 
 void tst_PlaylistModel::addingAPlaylistResetsTwice()
 {
-    SignalLog log(m_test->model.get());
+    PlaylistSignals log(m_test->model.get());
     const qlonglong id = m_test->model->addItem(u"Lake"_s);
     QCOMPARE(log.taken(),
              QStringList({u"about"_s, u"about"_s, u"reset 1"_s, u"count 1"_s, u"reset 1"_s, u"count 1"_s}));
@@ -261,7 +214,7 @@ void tst_PlaylistModel::deletingAPlaylistResetsTwice()
 {
     const qlonglong lake = m_test->model->addItem(u"Lake"_s);
     const qlonglong wood = m_test->model->addItem(u"Wood"_s);
-    SignalLog log(m_test->model.get());
+    PlaylistSignals log(m_test->model.get());
     m_test->model->deleteItem(lake);
     QCOMPARE(log.taken(),
              QStringList({u"about"_s, u"about"_s, u"reset 1"_s, u"count 1"_s, u"reset 1"_s, u"count 1"_s}));
@@ -272,7 +225,7 @@ void tst_PlaylistModel::deletingAPlaylistResetsTwice()
 void tst_PlaylistModel::renamingAPlaylistResetsTwiceAndCountsOnce()
 {
     const qlonglong id = m_test->model->addItem(u"Lake"_s);
-    SignalLog log(m_test->model.get());
+    PlaylistSignals log(m_test->model.get());
     m_test->model->editItem(id, u"Wood"_s);
     QCOMPARE(log.taken(), QStringList({u"about"_s, u"about"_s, u"reset 1"_s, u"count 1"_s, u"reset 1"_s}));
     QCOMPARE(cell(*m_test->model, 0, PlaylistModel::TitleRole).toString(), u"Wood"_s);
@@ -281,7 +234,7 @@ void tst_PlaylistModel::renamingAPlaylistResetsTwiceAndCountsOnce()
 void tst_PlaylistModel::renamingAnUnknownPlaylistStillResets()
 {
     m_test->model->addItem(u"Lake"_s);
-    SignalLog log(m_test->model.get());
+    PlaylistSignals log(m_test->model.get());
     m_test->model->editItem(99, u"Wood"_s);
     QCOMPARE(log.taken(), QStringList({u"about"_s, u"about"_s, u"reset 1"_s, u"count 1"_s, u"reset 1"_s}));
     QCOMPARE(stored_database::rows(u"SELECT title FROM playlists"_s), QStringList(u"Lake"_s));
@@ -291,7 +244,7 @@ void tst_PlaylistModel::aFailedWriteStillResets()
 {
     QVERIFY(stored_database::execute(
         {u"CREATE TRIGGER refuse BEFORE INSERT ON playlists BEGIN SELECT RAISE(ABORT, 'refused'); END"_s}));
-    SignalLog log(m_test->model.get());
+    PlaylistSignals log(m_test->model.get());
     QCOMPARE(m_test->model->addItem(u"Lake"_s), -1LL);
     QCOMPARE(log.taken(), QStringList({u"about"_s, u"reset 0"_s, u"count 0"_s}));
     QCOMPARE(m_test->output->logLines(logSource).size(), 1);
@@ -300,7 +253,7 @@ void tst_PlaylistModel::aFailedWriteStillResets()
 
 void tst_PlaylistModel::changesOfTheStoreArrive()
 {
-    SignalLog log(m_test->model.get());
+    PlaylistSignals log(m_test->model.get());
     DataStorage::instance().addPlaylist(u"Lake"_s);
     QCOMPARE(m_test->model->count(), 1); // at once, not with the next turn of the loop
     QCOMPARE(log.taken(), QStringList({u"about"_s, u"reset 1"_s, u"count 1"_s}));
@@ -318,7 +271,7 @@ void tst_PlaylistModel::severalModelsShareTheStore()
 
 void tst_PlaylistModel::settersNotifyOnChangeOnly()
 {
-    SignalLog log(m_test->model.get());
+    PlaylistSignals log(m_test->model.get());
     m_test->model->setActiveId(-1);
     m_test->model->setMode(PlaylistModel::AllViewMode);
     QCOMPARE(log.taken(), QStringList());

@@ -10,29 +10,6 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// Notes a model's signals in the order in which they come, with its count then.
-class SignalLog : public QObject
-{
-public:
-    explicit SignalLog(PlaylistModel *model)
-    {
-        connect(model, &PlaylistModel::modelAboutToBeReset, this, [this] { m_names.append(u"about"_s); });
-        connect(model, &PlaylistModel::modelReset, this,
-                [this, model] { m_names.append(u"reset %1"_s.arg(model->count())); });
-        connect(model, &PlaylistModel::countChanged, this,
-                [this, model] { m_names.append(u"count %1"_s.arg(model->count())); });
-        connect(model, &PlaylistModel::activeIdChanged, this,
-                [this, model] { m_names.append(u"active %1"_s.arg(model->activeId())); });
-        connect(model, &PlaylistModel::modeChanged, this,
-                [this, model] { m_names.append(u"mode %1"_s.arg(model->mode())); });
-    }
-
-    QStringList taken() { return std::exchange(m_names, {}); }
-
-private:
-    QStringList m_names;
-};
-
 void make(const QString &path)
 {
     QFile file(path);
@@ -71,7 +48,7 @@ private:
 void tst_PlaylistPictures::addingPicturesReadsThePlaylistsEachTime()
 {
     m_test->model->setActiveId(m_test->model->addItem(u"Lake"_s));
-    SignalLog log(m_test->model.get());
+    PlaylistSignals log(m_test->model.get());
     m_test->model->addImagesToPlaylist({u"/b.jpg"_s, u"/a.jpg"_s, u"/b.jpg"_s});
     const QStringList once{u"about"_s, u"reset 1"_s, u"count 1"_s};
     QCOMPARE(log.taken(), once + once); // the third was there already
@@ -119,7 +96,7 @@ void tst_PlaylistPictures::deletingOnePicture()
     const qlonglong id = m_test->model->addItem(u"Lake"_s);
     m_test->model->setActiveId(id);
     m_test->model->addImagesToPlaylist({u"/a.jpg"_s, u"/b.jpg"_s});
-    SignalLog log(m_test->model.get());
+    PlaylistSignals log(m_test->model.get());
     m_test->model->deleteImage(id, u"/a.jpg"_s);
     QCOMPARE(log.taken(), QStringList({u"about"_s, u"reset 1"_s, u"count 1"_s}));
     QCOMPARE(m_test->model->getImagesById(id), QStringList(u"/b.jpg"_s));
@@ -201,7 +178,7 @@ void tst_PlaylistPictures::countsWithVanishedFiles()
     QCOMPARE(m_test->model->countExistsImages({a, b, a, u"/nowhere"_s, QString()}), 3);
     QCOMPARE(m_test->model->countExistsImages({}), 0);
 
-    SignalLog log(m_test->model.get());
+    PlaylistSignals log(m_test->model.get());
     QVERIFY(QFile::remove(a));
     QCOMPARE(cell(*m_test->model, 0, PlaylistModel::CountRole).toInt(), 2);
     QCOMPARE(cell(*m_test->model, 0, PlaylistModel::CountExistsRole).toInt(), 1);
