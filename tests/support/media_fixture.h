@@ -65,6 +65,22 @@ public:
         return found;
     }
 
+    /// Rows for what is in, with what lines() then has: "card", "usb" and "expected".
+    static void addStorages()
+    {
+        QTest::addColumn<bool>("card");
+        QTest::addColumn<bool>("usb");
+        QTest::addColumn<QStringList>("expected");
+
+        const QString internal = QStringLiteral("This device /mnt/ext1 1");
+        const QString card = QStringLiteral("SD card /mnt/ext2 2");
+        const QString usb = QStringLiteral("USB drive /mnt/ext3 3");
+        QTest::newRow("neither") << false << false << QStringList{internal};
+        QTest::newRow("card") << true << false << QStringList{internal, card};
+        QTest::newRow("USB") << false << true << QStringList{internal, usb};
+        QTest::newRow("both") << true << true << QStringList{internal, card, usb};
+    }
+
     /// The calls of other threads than the main one, as "Name argument argument".
     static QByteArrayList workerCalls()
     {

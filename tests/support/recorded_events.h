@@ -5,6 +5,26 @@
 #include <device.h>
 
 #include <QStringList>
+#include <QTest>
+
+/// Rows for the keys by their names, with the device's events and Qt's key that come of each: "events" and
+/// "qtKey", which is 0 for none.
+inline void addKeys()
+{
+    QTest::addColumn<QStringList>("events");
+    QTest::addColumn<int>("qtKey");
+    QTest::newRow("menu") << QStringList{QStringLiteral("25 23 0")} << 0;
+    QTest::newRow("prev") << QStringList{QStringLiteral("25 24 0")} << int(Qt::Key_PageUp);
+    QTest::newRow("next") << QStringList{QStringLiteral("25 25 0")} << int(Qt::Key_PageDown);
+    QTest::newRow("page-up") << QStringList() << int(Qt::Key_PageUp);
+    QTest::newRow("page-down") << QStringList() << int(Qt::Key_PageDown);
+    QTest::newRow("left") << QStringList() << int(Qt::Key_Left);
+    QTest::newRow("right") << QStringList() << int(Qt::Key_Right);
+    QTest::newRow("up") << QStringList() << int(Qt::Key_Up);
+    QTest::newRow("down") << QStringList() << int(Qt::Key_Down);
+    QTest::newRow("centre") << QStringList() << int(Qt::Key_Return);
+    QTest::newRow("back") << QStringList() << int(Qt::Key_Back);
+}
 
 /// While it lives, the running device's events come here instead of to an application. Main thread.
 class RecordedEvents

@@ -35,6 +35,13 @@ struct RunningApp
     }
     PlaylistModel *playlists() const { return model<PlaylistModel>("PlaylistModel"); }
 
+    /// The view of the show, with these pictures, 30 s each.
+    void startShow(const QStringList &paths) const
+    {
+        slideshow()->initFromList(paths, 30);
+        app.changeView(QStringLiteral("slideshow"));
+    }
+
     /// The screen that the loader holds.
     QQuickItem *screen() const
     {

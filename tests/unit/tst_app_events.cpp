@@ -128,8 +128,7 @@ void tst_AppEvents::whatIsNoEvent()
     App app;
     QCOMPARE(runApp(app,
                     [&](RunningApp &running) {
-                        running.slideshow()->initFromList(m_test->paths, 30);
-                        app.changeView(u"slideshow"_s);
+                        running.startShow(m_test->paths);
                         m_test->device.forgetCalls();
                         const StderrCapture errors;
                         QSignalSpy menu(running.slideshow(), &SlideshowModel::openCloseMenu);
@@ -179,8 +178,7 @@ void tst_AppEvents::secondParameter()
     App app;
     QCOMPARE(runApp(app,
                     [&](RunningApp &running) {
-                        running.slideshow()->initFromList(m_test->paths, 30);
-                        app.changeView(u"slideshow"_s);
+                        running.startShow(m_test->paths);
                         const QList<std::pair<int, int>> events{{25, 23}, {25, 23}, {25, 24},
                                                                 {25, 25}, {40, 7},  {152, 0},
                                                                 {151, 0}, {32, 1},  {32, 0}};
@@ -209,8 +207,7 @@ void tst_AppEvents::backgroundTwice()
     App app;
     QCOMPARE(runApp(app,
                     [&](RunningApp &running) {
-                        running.slideshow()->initFromList(m_test->paths, 30);
-                        app.changeView(u"slideshow"_s);
+                        running.startShow(m_test->paths);
                         m_test->device.send(152);
                         m_test->device.send(152); // finds a show that does not run
                         m_test->device.forgetCalls();
@@ -225,8 +222,7 @@ void tst_AppEvents::parametersOfTheBackground()
     App app;
     QCOMPARE(runApp(app,
                     [&](RunningApp &running) {
-                        running.slideshow()->initFromList(m_test->paths, 30);
-                        app.changeView(u"slideshow"_s);
+                        running.startShow(m_test->paths);
                         for (const int par1 : {least, -1, 1, 25, most}) {
                             m_test->device.forgetCalls();
                             m_test->device.send(152, par1);

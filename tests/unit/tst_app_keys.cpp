@@ -177,8 +177,7 @@ void tst_AppKeys::backgroundAndForeground()
     App app;
     QCOMPARE(runApp(app,
                     [&](RunningApp &running) {
-                        running.slideshow()->initFromList(m_test->paths, 30);
-                        app.changeView(u"slideshow"_s);
+                        running.startShow(m_test->paths);
                         m_test->device.forgetCalls();
                         m_test->device.send(152);
                         QByteArray calls = m_test->calls();

@@ -272,8 +272,7 @@ void tst_AppRun::twoRunsInOneProcess()
         QCOMPARE(runApp(app,
                         [&](RunningApp &running) {
                             QVERIFY(running.itemWith("cellHeight"));
-                            running.slideshow()->initFromList(m_test->paths, 30);
-                            app.changeView(u"slideshow"_s);
+                            running.startShow(m_test->paths);
                             // One answer to a key, from this application alone.
                             QSignalSpy changed(
                                 running.slideshow(),
@@ -323,8 +322,7 @@ void tst_AppRun::quitDuringAShow()
         App app;
         QCOMPARE(runApp(app,
                         [&](RunningApp &running) {
-                            running.slideshow()->initFromList(m_test->paths, 30);
-                            app.changeView(u"slideshow"_s);
+                            running.startShow(m_test->paths);
                             m_test->device.forgetCalls();
                         }),
                  0);

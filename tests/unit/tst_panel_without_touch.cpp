@@ -118,19 +118,7 @@ void tst_PanelWithoutTouch::fingerIsNotSupported()
 
 void tst_PanelWithoutTouch::keys_data()
 {
-    QTest::addColumn<QStringList>("events");
-    QTest::addColumn<int>("qtKey");
-    QTest::newRow("menu") << QStringList{u"25 23 0"_s} << 0;
-    QTest::newRow("prev") << QStringList{u"25 24 0"_s} << int(Qt::Key_PageUp);
-    QTest::newRow("next") << QStringList{u"25 25 0"_s} << int(Qt::Key_PageDown);
-    QTest::newRow("page-up") << QStringList() << int(Qt::Key_PageUp);
-    QTest::newRow("page-down") << QStringList() << int(Qt::Key_PageDown);
-    QTest::newRow("left") << QStringList() << int(Qt::Key_Left);
-    QTest::newRow("right") << QStringList() << int(Qt::Key_Right);
-    QTest::newRow("up") << QStringList() << int(Qt::Key_Up);
-    QTest::newRow("down") << QStringList() << int(Qt::Key_Down);
-    QTest::newRow("centre") << QStringList() << int(Qt::Key_Return);
-    QTest::newRow("back") << QStringList() << int(Qt::Key_Back);
+    addKeys();
 }
 
 void tst_PanelWithoutTouch::keys()

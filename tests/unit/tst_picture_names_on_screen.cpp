@@ -51,8 +51,7 @@ void tst_PictureNamesOnScreen::oddNames()
     QCOMPARE(runApp(app,
                     [&](RunningApp &running) {
                         m_log->forget();
-                        running.slideshow()->initFromList({path}, 30);
-                        app.changeView(u"slideshow"_s);
+                        running.startShow({path});
                         QCOMPARE(status(running), int(Ready));
                         // Under the name that prefetching uses: one entry for the one file.
                         QCOMPARE(m_log->text().count("add image"), 1);

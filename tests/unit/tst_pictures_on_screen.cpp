@@ -118,8 +118,7 @@ void tst_PicturesOnScreen::truncatedPictures()
     App app;
     QCOMPARE(runApp(app,
                     [&](RunningApp &running) {
-                        running.slideshow()->initFromList(paths, 30);
-                        app.changeView(u"slideshow"_s);
+                        running.startShow(paths);
                         for (int i = 1; i < paths.size(); ++i) {
                             QVERIFY(status(running) == Ready || (status(running) == Error));
                             QVERIFY(m_device->fire("nextImageEvent"));
@@ -186,8 +185,7 @@ void tst_PicturesOnScreen::longShowLeavesNothingBehind()
     App app;
     QCOMPARE(runApp(app,
                     [&](RunningApp &running) {
-                        running.slideshow()->initFromList(paths, 30);
-                        app.changeView(u"slideshow"_s);
+                        running.startShow(paths);
                         const auto changes = [&](int count) {
                             for (int i = 0; i < count; ++i) {
                                 running.slideshow()->nextImage();

@@ -89,8 +89,7 @@ void tst_ShowLightPanel::withPanel(const std::function<void(RunningApp &)> &body
     App app;
     QCOMPARE(runApp(app,
                     [&](RunningApp &running) {
-                        running.slideshow()->initFromList(m_test->paths, 30);
-                        app.changeView(u"slideshow"_s);
+                        running.startShow(m_test->paths);
                         QTRY_COMPARE(running.screen()->size().toSize(), screen);
                         QVERIFY(!panel(running)->isVisible());
                         pressByAccessibility(running.screen());

@@ -102,8 +102,7 @@ void tst_ShowOverlays::inAShow(const std::function<void(RunningApp &)> &body)
     App app;
     QCOMPARE(runApp(app,
                     [&](RunningApp &running) {
-                        running.slideshow()->initFromList(m_test->paths, 30);
-                        app.changeView(u"slideshow"_s);
+                        running.startShow(m_test->paths);
                         QTRY_COMPARE(running.screen()->size().toSize(), screen);
                         body(running);
                     }),

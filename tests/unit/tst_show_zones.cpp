@@ -71,8 +71,7 @@ void tst_ShowZones::zones()
     App app;
     QCOMPARE(runApp(app,
                     [&](RunningApp &running) {
-                        running.slideshow()->initFromList(m_test->paths, 30);
-                        app.changeView(u"slideshow"_s);
+                        running.startShow(m_test->paths);
                         QTRY_COMPARE(running.screen()->size().toSize(), screen);
                         const auto is
                             = [&](const char *name) { return running.screen()->property(name).toBool(); };

@@ -101,8 +101,7 @@ void tst_SlideshowMenu::inAShow(bool open, const std::function<void(RunningApp &
     App app;
     QCOMPARE(runApp(app,
                     [&](RunningApp &running) {
-                        running.slideshow()->initFromList(m_test->paths, 30);
-                        app.changeView(u"slideshow"_s);
+                        running.startShow(m_test->paths);
                         QTRY_COMPARE(running.screen()->size().toSize(), screen);
                         if (open)
                             pressByAccessibility(running.screen());

@@ -103,17 +103,7 @@ void tst_StorageRoots::kindsOfEntries()
 
 void tst_StorageRoots::roots_data()
 {
-    QTest::addColumn<bool>("card");
-    QTest::addColumn<bool>("usb");
-    QTest::addColumn<QStringList>("expected");
-
-    const QString internal = u"This device /mnt/ext1 1"_s;
-    const QString card = u"SD card /mnt/ext2 2"_s;
-    const QString usb = u"USB drive /mnt/ext3 3"_s;
-    QTest::newRow("neither") << false << false << QStringList{internal};
-    QTest::newRow("card") << true << false << QStringList{internal, card};
-    QTest::newRow("USB") << false << true << QStringList{internal, usb};
-    QTest::newRow("both") << true << true << QStringList{internal, card, usb};
+    MediaFixture::addStorages();
 }
 
 void tst_StorageRoots::roots()
