@@ -18,18 +18,26 @@
 /// Hears of the end of responses that are held or wait behind such.
 struct Listener
 {
-    void listenTo(QQuickImageResponse *response)
+    struct Heard
+    {
+        QSemaphore ends;
+        std::atomic<QThread *> thread = nullptr; ///< of the last one
+    };
+    /// Also held by the responses, which may end after a test that failed.
+    const std::shared_ptr<Heard> heard = std::make_shared<Heard>();
+
+    void listenTo(QQuickImageResponse *response) const
     {
         QObject::connect(
             response, &QQuickImageResponse::finished, response,
-            [this] {
-                thread = QThread::currentThread();
-                ends.release();
+            [heard = heard] {
+                heard->thread = QThread::currentThread();
+                heard->ends.release();
             },
             Qt::DirectConnection);
     }
-    QSemaphore ends;
-    std::atomic<QThread *> thread = nullptr; ///< of the last one
+    /// False where it takes longer than half a minute, or what is told.
+    bool waitForEnds(int count, int ms = 30'000) const { return heard->ends.tryAcquire(count, ms); }
 };
 
 inline QImage imageOf(const QQuickImageResponse &response)
