@@ -11,7 +11,7 @@ namespace lindenreed::picture_stand {
 
 QString fileOfImageId(const QString &id, const std::function<bool(const QString &)> &exists)
 {
-    if (exists(id))
+    if (!id.contains(u'%') || exists(id))
         return id;
     return QUrl::fromPercentEncoding(id.toUtf8());
 }

@@ -313,9 +313,14 @@ void tst_ImageLoading::fileOfAnId()
     QFETCH(QString, id);
     QFETCH(QString, file);
 
-    QCOMPARE(lindenreed::picture_stand::fileOfImageId(
-                 id, [&files](const QString &path) { return files.contains(path); }),
+    bool asked = false;
+    QCOMPARE(lindenreed::picture_stand::fileOfImageId(id,
+                                                      [&](const QString &path) {
+                                                          asked = true;
+                                                          return files.contains(path);
+                                                      }),
              file);
+    QCOMPARE(asked, id.contains(u'%')); // most ids need no look at the file system
 }
 
 QTEST_GUILESS_MAIN(tst_ImageLoading)
