@@ -2,6 +2,7 @@
 
 #include "async_image_response.h"
 #include "cover_cache.h"
+#include "exif_builder.h"
 #include "panel_application.h"
 #include "picture_fixture.h"
 
@@ -10,6 +11,8 @@
 
 #include <QQuickTextureFactory>
 #include <QSignalSpy>
+
+#include <libexif/exif-data.h>
 
 #include <sys/stat.h>
 
@@ -41,6 +44,30 @@ QImage cover(const QString &path, QSize box)
 std::optional<QImage> cached(const QString &path, QSize box)
 {
     return CoverCache::instance().find(coverKey(path, box.width(), box.height()));
+}
+
+QByteArray contentsOf(const QString &path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+/// A segment of two directories: the picture's turn, and the thumbnail, a JPEG file.
+std::string exifWithThumbnail(std::uint32_t turn, const std::string &jpeg)
+{
+    const auto number
+        = [](std::uint32_t value, unsigned size) { return numberBytes(ByteOrder::Little, value, size); };
+    const auto entry = [&](std::uint32_t tag, ExifBuilder::Format format, std::uint32_t value) {
+        return number(tag, 2) + number(format, 2) + number(1, 4) + number(value, 4);
+    };
+    constexpr std::uint32_t entryLength = 12;
+    constexpr std::uint32_t second = ExifBuilder::firstOffset + 2 + entryLength + 4;
+    constexpr std::uint32_t behind = second + 2 + 3 * entryLength + 4;
+    return std::string("Exif\0\0II", 8) + number(42, 2) + number(ExifBuilder::firstOffset, 4) //
+        + number(1, 2) + entry(0x0112, ExifBuilder::Short, turn) + number(second, 4) //
+        + number(3, 2) + entry(0x0103, ExifBuilder::Short, 6) + entry(0x0201, ExifBuilder::Long, behind)
+        + entry(0x0202, ExifBuilder::Long, std::uint32_t(jpeg.size())) + number(0, 4) //
+        + jpeg;
 }
 
 } // namespace
@@ -212,19 +239,26 @@ void tst_CoverResponse::parametersDoNotApply()
 
 void tst_CoverResponse::exifThumbnailAndTurnAreNotUsed()
 {
-    // A JPEG whose EXIF says "turned by 90 degrees": pixels are shown as stored.
+    // A JPEG whose EXIF says "turned by 90 degrees" and has a small black picture of its own: the full
+    // picture is shown, pixels as stored.
     const QString plain = m_test->save(gradient({60, 30}), u"plain.jpg"_s);
-    QFile file(plain);
-    QVERIFY(file.open(QIODevice::ReadOnly));
-    QByteArray bytes = file.readAll();
-    const QByteArray exif("\xff\xe1\x00\x22"
-                          "Exif\0\0II*\0\x08\0\0\0\x01\0\x12\x01\x03\0\x01\0\0\0\x06\0\0\0\0\0\0\0",
-                          36);
-    bytes.insert(2, exif);
+    QImage black(16, 8, QImage::Format_Grayscale8);
+    black.fill(Qt::black);
+    const QByteArray thumbnail = contentsOf(m_test->save(black, u"black.jpg"_s));
+    const std::string exif = exifWithThumbnail(6, thumbnail.toStdString());
+    QByteArray bytes = contentsOf(plain);
+    bytes.insert(2, QByteArray::fromStdString(app1(exif)));
     const QString turned = m_test->folder.filePath(u"turned.jpg"_s);
     QFile out(turned);
     QVERIFY(out.open(QIODevice::WriteOnly) && out.write(bytes) == bytes.size());
     out.close();
+
+    // Those who look for it find it.
+    const std::unique_ptr<ExifData, void (*)(ExifData *)> data(
+        exif_data_new_from_file(QFile::encodeName(turned).constData()), &exif_data_unref);
+    QVERIFY(data && data->data);
+    QCOMPARE(QByteArray(reinterpret_cast<const char *>(data->data), data->size), thumbnail);
+
     cover(plain, {30, 30});
     cover(turned, {30, 30});
     QCOMPARE(cached(turned, {30, 30})->size(), QSize(30, 15));
