@@ -11,6 +11,15 @@
 
 namespace lindenreed::picture_stand {
 
+namespace {
+
+// The reader of JPEG files alone reduces while it decodes, so that Qt's limit does not count what is in the
+// file; but a progressive file takes up to six bytes a pixel on the way, 720 MB here. The largest photographs
+// of telephones have 108 million.
+constexpr qint64 mostJpegPixels = 120'000'000;
+
+} // namespace
+
 QImage readImage(const QString &path)
 {
     if (!isRegularFile(path))
@@ -18,6 +27,8 @@ QImage readImage(const QString &path)
 
     QImageReader reader(path);
     const QSize size = reader.size();
+    if (reader.format() == "jpeg" && qint64(size.width()) * size.height() > mostJpegPixels)
+        return {};
     if (size.width() >= 0 && size.height() >= 0) {
         const QSize screen(ScreenWidth(), ScreenHeight());
         // A thread keeps one row or column: readers take a size without either as none asked for.
