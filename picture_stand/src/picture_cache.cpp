@@ -1,5 +1,8 @@
 #include "picture_cache.h"
 
+#include <QScopeGuard>
+#include <QThread>
+
 #include <algorithm>
 #include <array>
 #include <cstdio>
@@ -61,6 +64,7 @@ std::optional<long long> readTotalMemory(const char *path)
 PictureCache::PictureCache(long long limit, Read read)
     : m_read(std::move(read))
     , ram_limit(saturated(limit))
+    , m_decoders(QThread::idealThreadCount())
 {
 }
 
@@ -120,6 +124,16 @@ qsizetype PictureCache::count() const
     return m_published.read([](const auto &pictures) { return pictures.size(); });
 }
 
+void PictureCache::loadAhead(const QString &path)
+{
+    if (contains(path))
+        return;
+    m_decoders.acquire();
+    const auto end = qScopeGuard([this] { m_decoders.release(); });
+    if (!m_abandoned)
+        addToCache(path);
+}
+
 void PictureCache::prefetch(const QStringList &images, int index)
 {
     // One picture is left to the request: it is on its way already.
@@ -130,7 +144,7 @@ void PictureCache::prefetch(const QStringList &images, int index)
     std::size_t head = 0;
     std::size_t tail = order.size() - 1;
     do {
-        addToCache(images.at(order[head]));
+        loadAhead(images.at(order[head]));
         while (isOverBudget()) {
             if (tail == head || tail == 0)
                 return;

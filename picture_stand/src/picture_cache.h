@@ -12,6 +12,7 @@
 #include <atomic>
 #include <functional>
 #include <optional>
+#include <semaphore>
 
 namespace lindenreed::picture_stand {
 
@@ -50,11 +51,14 @@ public:
 
     /// Loads `images` from position `index` outwards, forward first, until the budget is met; then gives up
     /// pictures from the far end. `index` must be a position of the list. Ends early once the owner has gone.
+    /// Jobs may overlap, as many as one likes: no more of them decode at once than the machine has
+    /// processors.
     void prefetch(const QStringList &images, int index);
     /// Nobody will ask for a picture any more.
     void abandon() { m_abandoned = true; }
 
 private:
+    void loadAhead(const QString &path);
     bool isOverBudget() const { return m_bytes > ram_limit; }
 
     const Read m_read;
@@ -67,6 +71,7 @@ private:
     // sum.
     std::atomic<long long> m_bytes = 0;
     std::atomic<bool> m_abandoned = false;
+    std::counting_semaphore<> m_decoders; ///< free for jobs
 };
 
 } // namespace lindenreed::picture_stand

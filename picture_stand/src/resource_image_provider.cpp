@@ -7,6 +7,7 @@
 #include <shared_tools/cfg_wrapper.h>
 #include <slateview.h>
 
+#include <QScopeGuard>
 #include <QThreadPool>
 #include <QtConcurrentRun>
 
@@ -81,8 +82,13 @@ void ResourceImageProvider::loadToCache(QList<QString> images, int index)
     if (images.isEmpty())
         return;
     // A job that is still running goes on beside the new one.
-    watcher.setFuture(QtConcurrent::run(
-        QThreadPool::globalInstance(), [cache = m_cache, images, index] { cache->prefetch(images, index); }));
+    watcher.setFuture(QtConcurrent::run(QThreadPool::globalInstance(), [cache = m_cache, images, index] {
+        // Qt converts large pictures on the same pool, those of the main thread as well, which waits for it:
+        // a job must not keep a thread of the pool from it.
+        QThreadPool::globalInstance()->releaseThread();
+        const auto end = qScopeGuard([] { QThreadPool::globalInstance()->reserveThread(); });
+        cache->prefetch(images, index);
+    }));
 }
 
 } // namespace lindenreed::picture_stand
