@@ -39,14 +39,14 @@ QImage makeCover(const QString &path, QSize box)
 
 } // namespace
 
-AsyncImageResponse::AsyncImageResponse(const QString &id, const QSize &requestedSize)
+AsyncImageResponse::AsyncImageResponse(const QString &id, const QSize &requestedSize, Owner owner)
 {
     if (requestedSize.width() >= 1 && requestedSize.height() >= 1 && !id.isEmpty()) {
         path = id;
         width = requestedSize.width();
         height = requestedSize.height();
     }
-    setAutoDelete(false);
+    setAutoDelete(owner == Owner::Pool);
     m_usable = !path.isEmpty();
 }
 

@@ -16,7 +16,7 @@ namespace lindenreed::picture_stand {
 /**
  * Makes one thumbnail on a thread of a pool, or takes it from the cache.
  *
- * The pool does not delete it, so that the result outlives the run. finished() comes once, from the pool's
+ * What somebody waits for outlives its run, with the result. finished() comes once, from the pool's
  * thread, also where there is no picture. May be deleted as soon as finished() was emitted; the destructor
  * waits for the last statement of the run.
  */
@@ -25,8 +25,11 @@ class AsyncImageResponse : public QQuickImageResponse, public QRunnable
     Q_OBJECT
 
 public:
+    /// Who deletes it: whoever asked, or the pool behind the run, for nobody waits.
+    enum class Owner { Asker, Pool };
+
     /// `id` is the path. An empty one, or a box of less than 1 x 1, gives no picture.
-    AsyncImageResponse(const QString &id, const QSize &requestedSize);
+    AsyncImageResponse(const QString &id, const QSize &requestedSize, Owner owner = Owner::Asker);
     ~AsyncImageResponse() override;
 
     /// What the screen shows of it: inverted while the screen is, whatever it was when the picture was made.

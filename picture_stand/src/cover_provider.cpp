@@ -55,9 +55,8 @@ QQuickImageResponse *CoverProvider::requestImageResponse(const QString &id, cons
 void CoverProvider::prefetchCovers(const QStringList &paths)
 {
     for (const QString &path : paths) {
-        auto *response = new AsyncImageResponse(path, QSize(cover_width, cover_height));
-        response->setAutoDelete(true); // nobody waits for it
-        pool.start(response, 0);
+        const QSize box(cover_width, cover_height);
+        pool.start(new AsyncImageResponse(path, box, AsyncImageResponse::Owner::Pool), 0);
     }
 }
 
