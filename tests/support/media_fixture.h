@@ -14,7 +14,11 @@
 class MediaFixture
 {
 public:
-    MediaFixture() { plug(false, false); }
+    explicit MediaFixture(const QString &profile = QStringLiteral("grey-6"))
+        : device(profile)
+    {
+        plug(false, false);
+    }
     ~MediaFixture() { plug(false, false); }
 
     static void plug(bool card, bool usb)
