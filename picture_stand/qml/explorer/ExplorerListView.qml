@@ -81,69 +81,85 @@ Item {
             Accessible.role: Accessible.ListItem
             Accessible.onPressAction: activate()
 
-            Rectangle {
-                id: frame
+            Item {
+                id: content
 
                 anchors {
-                    top: parent.top
+                    fill: parent
                     topMargin: Global.dp(24 * 0.53)
-                    left: parent.left
+                    bottomMargin: Global.dp(24 * 0.53)
                 }
-                border.color: "black"
-                border.width: Global.dp(1 * 0.53)
-                height: width
-                width: Global.dp(221 * 0.53)
 
-                AutoReloadImage {
-                    id: image
+                Rectangle {
+                    id: frame
 
                     anchors {
-                        fill: parent
-                        margins: frame.border.width
+                        left: parent.left
+                        verticalCenter: parent.verticalCenter
                     }
-                    fillMode: Image.PreserveAspectCrop
-                    source: "image://cover_provider/" + path
-                    sourceSize: Qt.size(width, height)
+                    border.color: "black"
+                    border.width: Global.dp(1 * 0.53)
+                    height: width
+                    width: Global.dp(221 * 0.53)
+
+                    AutoReloadImage {
+                        id: image
+
+                        anchors {
+                            fill: parent
+                            margins: frame.border.width
+                        }
+                        cache: false
+                        fillMode: Image.PreserveAspectCrop
+                        source: "image://cover_provider/" + path
+                        sourceSize: Qt.size(width, height)
+                        Accessible.ignored: true
+                    }
+
+                    ExplorerLoadingImage {
+                        anchors.fill: image
+                        visible: image.status !== Image.Ready
+                    }
+
+                    CheckBoxTransparent {
+                        anchors.fill: image
+                        isSelected: selected
+                        visible: FolderModel.mode === FolderModelModeRoles.SelectionMode
+                    }
+                }
+
+                StyledText {
+                    id: name_text
+
+                    anchors {
+                        top: parent.top
+                        left: frame.right
+                        leftMargin: Global.dp(10 * 0.53)
+                    }
+                    elide: Text.ElideRight
+                    lineHeight: GlobalValues.fontLargeBodyLineHeight
+                    lineHeightMode: Text.FixedHeight
+                    maximumLineCount: 1 // a name may hold line breaks
+                    styledFont: FontStyles.BodyLBold
+                    text: name
+                    width: grid.cellWidth - frame.width - 2 * Global.dp(10 * 0.533)
                     Accessible.ignored: true
                 }
 
-                ExplorerLoadingImage {
-                    anchors.fill: image
-                    visible: image.status !== Image.Ready
+                // All behind the first dot, so it may be as long as a name.
+                StyledText {
+                    anchors {
+                        bottom: parent.bottom
+                        left: name_text.left
+                        right: name_text.right
+                    }
+                    elide: Text.ElideRight
+                    font.capitalization: Font.AllUppercase
+                    maximumLineCount: 1
+                    styledFont: FontStyles.BodyS
+                    text: FolderModel.getExtension(path)
+                    Accessible.ignored: true
                 }
-
-                CheckBoxTransparent {
-                    anchors.fill: image
-                    isSelected: selected
-                    visible: FolderModel.mode === FolderModelModeRoles.SelectionMode
-                }
-            }
-
-            StyledText {
-                anchors {
-                    top: frame.top
-                    left: frame.right
-                    leftMargin: Global.dp(10 * 0.53)
-                }
-                elide: Text.ElideRight
-                lineHeight: GlobalValues.fontLargeBodyLineHeight
-                lineHeightMode: Text.FixedHeight
-                styledFont: FontStyles.BodyLBold
-                text: name
-                width: grid.cellWidth - frame.width - 2 * Global.dp(10 * 0.533)
-                Accessible.ignored: true
-            }
-
-            StyledText {
-                anchors {
-                    bottom: frame.bottom
-                    left: frame.right
-                    leftMargin: Global.dp(10 * 0.53)
-                }
-                font.capitalization: Font.AllUppercase
-                styledFont: FontStyles.BodyS
-                text: FolderModel.getExtension(path)
-                Accessible.ignored: true
             }
 
             // Where the keys stand; the finger needs no such sign.
