@@ -109,7 +109,6 @@ Item {
                             fill: parent
                             margins: frame.border.width
                         }
-                        cache: false
                         fillMode: Image.PreserveAspectCrop
                         source: "image://cover_provider/" + path
                         sourceSize: Qt.size(width, height)
@@ -118,7 +117,8 @@ Item {
 
                     ExplorerLoadingImage {
                         anchors.fill: image
-                        visible: image.status !== Image.Ready
+                        // What cannot be decoded comes as a picture without a size, and is Ready as well.
+                        visible: image.status !== Image.Ready || image.implicitWidth === 0
                     }
 
                     CheckBoxTransparent {
