@@ -5,6 +5,7 @@
 // and dither are measured with the same pictures outside the change: a warm one decodes nothing, and the date
 // is read while something shows it.
 
+#include "device_run.h"
 #include "exif_builder.h"
 #include "photographs.h"
 
@@ -14,9 +15,6 @@
 #include <QCoreApplication>
 #include <QDir>
 #include <QFile>
-#include <QJsonDocument>
-#include <QJsonObject>
-#include <QProcess>
 #include <QTemporaryDir>
 
 #include <map>
@@ -28,7 +26,6 @@ using namespace lindenreed;
 namespace {
 
 constexpr int changes = 12; ///< in each run
-constexpr int limitMs = 120'000;
 
 QByteArray cameraFile(const QSize &size)
 {
@@ -63,24 +60,8 @@ QString album(int megapixels)
 
 void change(benchmark::State &state, const QString &profile, int megapixels, const QString &cache)
 {
-    const QString programs = QCoreApplication::applicationDirPath();
-    for ([[maybe_unused]] auto iteration : state) {
-        QProcess device;
-        device.setProcessChannelMode(QProcess::SeparateChannels);
-        device.start(programs + u"/../../bin/slate-run"_s,
-                     {u"--temporary"_s, u"--headless"_s, u"--profile"_s, profile, u"--"_s,
-                      programs + u"/benchmark_show_in_device"_s, album(megapixels), cache});
-        device.waitForFinished(limitMs);
-        const QJsonObject result = QJsonDocument::fromJson(device.readAllStandardOutput()).object();
-        if (result.isEmpty()) {
-            state.SkipWithError(device.readAllStandardError().constData());
-            return;
-        }
-        state.SetIterationTime(result.value("seconds"_L1).toDouble());
-        const QJsonObject stages = result.value("stages"_L1).toObject();
-        for (auto stage = stages.begin(); stage != stages.end(); ++stage)
-            state.counters[stage.key().toStdString()] = stage.value().toDouble();
-    }
+    for ([[maybe_unused]] auto iteration : state)
+        benchmarks::runInDevice(state, profile, u"benchmark_show_in_device"_s, {album(megapixels), cache});
 }
 
 void registerRows()

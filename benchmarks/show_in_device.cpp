@@ -1,17 +1,16 @@
 // The show that the benchmark "show" measures: ALBUM warm|cold. Runs in a device; writes its medians as JSON.
 
 #include "created_date.h"
+#include "in_device.h"
 #include "picture_reader.h"
 #include "running_app.h"
 
 #include <boardconf.h>
 #include <device.h>
-#include <panel_file.h>
 #include <slateview.h>
 
 #include <QDir>
 #include <QElapsedTimer>
-#include <QFile>
 #include <QGuiApplication>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -19,72 +18,14 @@
 #include <QSGRendererInterface>
 #include <QThreadPool>
 
-#include <algorithm>
-#include <cstdint>
 #include <cstdio>
-#include <ctime>
-#include <map>
-#include <vector>
 
 using namespace Qt::StringLiterals;
 using namespace lindenreed;
+using namespace lindenreed::benchmarks;
 using picture_stand::App;
 
 namespace {
-
-/// The process's own time in ms, of all its threads: what others take from the machine does not count.
-double cpuTime()
-{
-    timespec time = {};
-    clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &time);
-    return double(time.tv_sec) * 1e3 + double(time.tv_nsec) * 1e-6;
-}
-
-class Medians
-{
-public:
-    void add(const QString &name, double value) { m_values[name].push_back(value); }
-    double of(const QString &name)
-    {
-        std::vector<double> &values = m_values[name];
-        std::sort(values.begin(), values.end());
-        return values.empty() ? 0 : values[values.size() / 2];
-    }
-    QJsonObject all()
-    {
-        QJsonObject object;
-        for (const auto &[name, values] : m_values)
-            object.insert(name, of(name));
-        return object;
-    }
-
-private:
-    std::map<QString, std::vector<double>> m_values;
-};
-
-/// The number of the panel's last complete refresh.
-class Refreshes
-{
-public:
-    Refreshes()
-        : m_file(u"/devroot/run/panel"_s)
-    {
-        if (m_file.open(QIODevice::ReadOnly))
-            m_header
-                = reinterpret_cast<const remote::PanelHeader *>(m_file.map(0, sizeof(remote::PanelHeader)));
-        if (!m_header)
-            qFatal("There is no panel.");
-    }
-    quint64 last() const
-    {
-        const volatile std::uint64_t &number = m_header->refreshNumber; // another mapping writes it
-        return number;
-    }
-
-private:
-    QFile m_file;
-    const remote::PanelHeader *m_header = nullptr;
-};
 
 /// What the picture goes through on its way to the image item, stage by stage.
 void measureStages(const QString &path, const QSize &screen, Medians &medians)
