@@ -1,6 +1,7 @@
 // The check circle over a picture that can be selected.
 import QtQuick 2.12
 import com.lindenreed.controls 1.0
+import com.lindenreed.picturestand 1.0
 
 Item {
     id: wrapper

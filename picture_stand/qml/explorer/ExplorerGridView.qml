@@ -102,9 +102,11 @@ Item {
 
             /// What a tap does; nothing in a blank cell.
             function activate() {
-                for (const delegate of children) {
-                    if (delegate.visible && delegate.activate)
-                        delegate.activate()
+                for (let i = 0; i < children.length; ++i) {
+                    if (!children[i].visible)
+                        continue
+                    children[i].activate?.()
+                    return
                 }
             }
 

@@ -2,6 +2,7 @@
 // page of them is no even grid.
 import QtQuick 2.12
 import com.lindenreed.controls 1.0
+import com.lindenreed.picturestand 1.0
 
 Rectangle {
     id: wrapper
@@ -30,13 +31,17 @@ Rectangle {
             id: label
 
             anchors {
-                fill: parent
+                top: parent.top
+                left: parent.left
+                right: parent.right
                 margins: Global.dp(16 * 0.5333)
             }
             color: wrapper.textColor
             elide: Text.ElideRight
             font.bold: true
-            maximumLineCount: 4
+            // Whole lines: the highest band of a small cell has room for fewer.
+            maximumLineCount: Math.max(1, Math.min(4, Math.floor(
+                (0.8 * wrapper.height - anchors.margins) / GlobalValues.fontLargeBodyLineHeight)))
             styledFont: FontStyles.BodyL
             text: name
             wrapMode: Text.WordWrap

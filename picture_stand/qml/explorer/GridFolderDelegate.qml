@@ -2,8 +2,9 @@
 import QtQuick 2.12
 import com.lindenreed.controls 1.0
 import com.lindenreed.picture_stand 1.0
+import com.lindenreed.picturestand 1.0
 
-Item {
+Rectangle {
     id: wrapper
 
     property string icon: "image://resource/e3_filter_folders"

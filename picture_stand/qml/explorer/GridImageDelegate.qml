@@ -47,6 +47,8 @@ Rectangle {
     Accessible.onPressAction: toggle() // in every mode
 
     Component.onCompleted: Qt.callLater(setSource)
+    // A call that is still to come reaches a cell that has gone, and a picture without an engine would end the program.
+    Component.onDestruction: sourceSet = true
 
     AutoReloadImage {
         id: image
@@ -75,7 +77,8 @@ Rectangle {
 
         ExplorerLoadingImage {
             anchors.fill: parent
-            visible: image.status !== Image.Ready
+            // What cannot be decoded comes as a picture without a size, and is Ready as well.
+            visible: image.status !== Image.Ready || image.implicitWidth === 0
         }
 
         CheckBoxTransparent {
@@ -133,13 +136,14 @@ Rectangle {
 
         ContextMenu {
             onChoosed: uid => {
-                if (uid === 0) {
+                if (uid === 0)
                     FolderModel.mode = FolderModelModeRoles.SelectionMode
-                } else if (uid === 1) {
+                else if (uid === 1)
                     PlaylistModel.deleteImage(PlaylistModel.activeId, path)
-                    FolderModel.loadFromList(PlaylistModel.getImagesById(PlaylistModel.activeId))
-                }
+                // Before the list is read again, which takes this cell away and its menu with it.
                 context_menu.visible = false
+                if (uid === 1)
+                    FolderModel.loadFromList(PlaylistModel.getImagesById(PlaylistModel.activeId))
             }
             onClose: context_menu.visible = false
         }

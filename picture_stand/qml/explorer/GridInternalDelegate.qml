@@ -2,6 +2,7 @@
 import QtQuick 2.12
 import com.lindenreed.controls 1.0
 import com.lindenreed.picture_stand 1.0
+import com.lindenreed.picturestand 1.0
 
 GridFolderDelegate {
     icon: "image://resource/e3_detail_internal_memory"

@@ -1,6 +1,7 @@
 // Takes the taps on a picture, and frames it while it is pressed.
 import QtQuick 2.12
 import com.lindenreed.controls 1.0
+import com.lindenreed.picturestand 1.0
 
 Item {
     id: wrapper
@@ -19,7 +20,6 @@ Item {
 
     MouseArea {
         anchors.fill: parent
-        hoverEnabled: true
         onCanceled: wrapper.hovered = false
         onClicked: wrapper.clicked()
         onEntered: wrapper.hovered = true

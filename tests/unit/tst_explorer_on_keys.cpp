@@ -1,0 +1,162 @@
+// The grid on a device with keys and without touch.
+
+#include "explorer_fixture.h"
+#include "panel_application.h"
+
+#include <device.h>
+
+#include <memory>
+
+using namespace Qt::StringLiterals;
+using lindenreed::device::Device;
+using lindenreed::picture_stand::FolderModel;
+
+namespace {
+
+/// The frames that show in a cell; the frame is the visible rectangle whose line is 4 pixels.
+QList<QQuickItem *> frames(QQuickItem *item)
+{
+    QList<QQuickItem *> found;
+    if (!item->isVisible())
+        return found;
+    if (item->metaObject()->indexOfProperty("border") >= 0
+        && QQmlExpression(qmlContext(item), item, u"border.width"_s).evaluate().toInt() == 4)
+        found.append(item);
+    const QList<QQuickItem *> children = item->childItems();
+    for (QQuickItem *child : children)
+        found.append(frames(child));
+    return found;
+}
+
+/// Rows whose cells are framed.
+QList<int> framed(const RunningExplorer &explorer)
+{
+    QList<int> rows;
+    for (int row = 0; row < explorer.cells(); ++row) {
+        if (explorer.cell(row) && !frames(explorer.cell(row)).isEmpty())
+            rows.append(row);
+    }
+    return rows;
+}
+
+} // namespace
+
+class tst_ExplorerOnKeys : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase() { stored_database::remove(); }
+    void init() { m_test = std::make_unique<ExplorerFixture>(u"keys-6"_s); }
+    void cleanup() { m_test.reset(); }
+
+    void frameOfAFolder();
+    void frameOfAStorage();
+    void frameFollowsTheKeys();
+    void intoAFolderAndOn();
+    void centreOpensAndSelects();
+    void pageKeys();
+
+private:
+    std::unique_ptr<ExplorerFixture> m_test;
+};
+
+void tst_ExplorerOnKeys::frameOfAFolder()
+{
+    m_test->tree.make({u"a/"_s, u"b/"_s, u"c/"_s});
+    explore([&](RunningExplorer &explorer) {
+        explorer.openPicker(m_test->tree.top);
+        QTRY_COMPARE(framed(explorer), QList<int>{0});
+        QCOMPARE(frames(explorer.cell(0)).size(), 1);
+        QQuickItem *const frame = frames(explorer.cell(0)).first();
+        QCOMPARE(QQmlExpression(qmlContext(frame), frame, u"border.color"_s).evaluate().value<QColor>(),
+                 QColor(Qt::black));
+        QCOMPARE(frame->size(), QSizeF(239 - 14, 239));
+        explorer.list()->setProperty("currentIndex", 2);
+        QCOMPARE(framed(explorer), QList<int>{2});
+    });
+}
+
+void tst_ExplorerOnKeys::frameOfAStorage()
+{
+    explore([&](RunningExplorer &explorer) {
+        explorer.openPicker({});
+        MediaFixture::plug(true, true);
+        QTRY_COMPARE(explorer.cells(), 3);
+        for (const int row : {0, 1, 2}) {
+            explorer.list()->setProperty("currentIndex", row);
+            QTRY_COMPARE(framed(explorer), QList<int>{row});
+        }
+    });
+}
+
+void tst_ExplorerOnKeys::frameFollowsTheKeys()
+{
+    m_test->tree.make({u"a/"_s, u"b/"_s, u"c/"_s});
+    m_test->pictures(2);
+    explore([&](RunningExplorer &explorer) {
+        explorer.openPicker(m_test->tree.top);
+        QTRY_COMPARE(framed(explorer), QList<int>{0});
+        explorer.key(Qt::Key_Right);
+        QCOMPARE(framed(explorer), QList<int>{1});
+        explorer.key(Qt::Key_Down);
+        QCOMPARE(framed(explorer), QList<int>{4});
+        explorer.key(Qt::Key_Left);
+        QCOMPARE(framed(explorer), QList<int>{3});
+    });
+}
+
+void tst_ExplorerOnKeys::intoAFolderAndOn()
+{
+    m_test->tree.make({u"a/b/"_s});
+    m_test->picture(u"a/b/p.png"_s);
+    explore([&](RunningExplorer &explorer) {
+        explorer.openPicker(m_test->tree.top);
+        QTRY_COMPARE(framed(explorer), QList<int>{0});
+        QTest::ignoreMessage(QtDebugMsg, qPrintable(m_test->path(u"a"_s) + u" a"_s));
+        explorer.key(Qt::Key_Return);
+        QTRY_COMPARE(framed(explorer), QList<int>{0});
+        QTest::ignoreMessage(QtDebugMsg, qPrintable(m_test->path(u"a/b"_s) + u" b"_s));
+        explorer.key(Qt::Key_Return);
+        QTRY_COMPARE(explorer.cells(), 1);
+        explorer.key(Qt::Key_Return); // the picker selects
+        QTRY_COMPARE(explorer.folders()->getSelected(), QStringList{m_test->path(u"a/b/p.png"_s)});
+    });
+}
+
+void tst_ExplorerOnKeys::centreOpensAndSelects()
+{
+    const QStringList paths = m_test->pictures(4);
+    explore([&](RunningExplorer &explorer) {
+        explorer.openPlaylist(paths);
+        QTRY_COMPARE(framed(explorer), QList<int>{0});
+        explorer.key(Qt::Key_Down);
+        explorer.key(Qt::Key_Return);
+        QTRY_COMPARE(Device::instance()->viewer.opened(), QStringList{paths.at(3)});
+        explorer.folders()->setMode(FolderModel::SelectionMode);
+        explorer.key(Qt::Key_Return);
+        QCOMPARE(explorer.folders()->getSelected(), QStringList{paths.at(3)});
+    });
+}
+
+void tst_ExplorerOnKeys::pageKeys()
+{
+    const QStringList paths = m_test->pictures(30);
+    explore([&](RunningExplorer &explorer) {
+        explorer.openPlaylist(paths);
+        QTRY_COMPARE(framed(explorer), QList<int>{0});
+        explorer.key(Qt::Key_PageDown);
+        QVERIFY(explorer.list()->property("contentY").toDouble() > 0);
+        explorer.key(Qt::Key_PageUp);
+        QCOMPARE(explorer.list()->property("contentY").toDouble(), 0.);
+        // A page that all fits has nowhere to go.
+        QTRY_VERIFY(explorer.cell(20)); // Qt warns where a list goes while cells ahead are being made
+        explorer.folders()->loadFromList({paths.first()});
+        QTRY_COMPARE(explorer.cells(), 1);
+        explorer.key(Qt::Key_PageDown);
+        QCOMPARE(explorer.list()->property("contentY").toDouble(), 0.);
+    });
+}
+
+PANEL_TEST_MAIN_WITH_RECORD(tst_ExplorerOnKeys, R"({"profile": "keys-6"})")
+#include "tst_explorer_on_keys.moc"
