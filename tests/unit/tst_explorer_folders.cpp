@@ -1,7 +1,7 @@
-// Folders and storages in the grid: what they show, what a tap does, and their lines.
+// Folders in the grid: what they show, what a tap does, and their lines.
 
 #include "accessible_items.h"
-#include "explorer_fixture.h"
+#include "explorer_cells.h"
 #include "panel_application.h"
 
 #include <device.h>
@@ -13,57 +13,7 @@
 using namespace Qt::StringLiterals;
 using lindenreed::picture_stand::FolderModel;
 
-namespace {
-
-/// The delegates of folders and storages by the order of a cell's six.
-enum Delegate { Folder = 1, Internal = 3, Card, Usb };
-
-QQuickItem *delegate(const RunningExplorer &explorer, int row, Delegate kind)
-{
-    return explorer.cell(row)->childItems().at(kind);
-}
-
-/// The visible texts below an item, in the order of children.
-QList<QQuickItem *> texts(QQuickItem *item)
-{
-    QList<QQuickItem *> found;
-    if (item->isVisible() && item->metaObject()->indexOfProperty("styledFont") >= 0
-        && !item->property("text").toString().isEmpty())
-        found.append(item);
-    const QList<QQuickItem *> children = item->childItems();
-    for (QQuickItem *child : children)
-        found.append(texts(child));
-    return found;
-}
-
-QQuickItem *icon(QQuickItem *delegate)
-{
-    return RunningExplorer::below(delegate, "fillMode");
-}
-
-/// The dotted line of a delegate that runs this way.
-QQuickItem *line(QQuickItem *delegate, bool vertical)
-{
-    return RunningExplorer::below(delegate, "vertical", vertical);
-}
-
-bool hasStyle(QQuickItem *text, const QString &style)
-{
-    return RunningExplorer::valueOf(text, u"styledFont === FontStyles."_s + style).toBool();
-}
-
-QString text(const char *key)
-{
-    return QString::fromUtf8(GetLangText(key));
-}
-
-/// What the model says in a row.
-QString role(const RunningExplorer &explorer, int row, int role)
-{
-    return explorer.folders()->data(explorer.folders()->index(row), role).toString();
-}
-
-} // namespace
+using namespace explorer_cells;
 
 class tst_ExplorerFolders : public QObject
 {
@@ -83,12 +33,6 @@ private slots:
     void folderInSelection();
     void holdOnAFolder();
     void lines();
-    void storageTexts();
-    void storageIcons();
-    void storageMeasures();
-    void storageNames();
-    void storageTap();
-    void linesOfStorages();
     void noFrameForAFinger();
 
 private:
@@ -98,13 +42,6 @@ private:
         m_test->tree.make({name + u"/in/"_s});
         explorer.openPicker(m_test->tree.top);
         QTRY_VERIFY(explorer.cell(0) && explorer.cell(0)->width() == 239);
-    }
-    static void openStorages(const RunningExplorer &explorer, bool card, bool usb, int cells)
-    {
-        explorer.openPicker({});
-        MediaFixture::plug(card, usb);
-        QTRY_COMPARE(explorer.cells(), cells);
-        QTRY_VERIFY(explorer.cell(cells - 1) && explorer.cell(cells - 1)->width() == 239);
     }
 
     std::unique_ptr<ExplorerFixture> m_test;
@@ -258,121 +195,6 @@ void tst_ExplorerFolders::lines()
             QVERIFY(qAbs(upright->y() - 2 * 14) <= 1);
             QCOMPARE(upright->x() + upright->width(), folder->width());
         }
-    });
-}
-
-void tst_ExplorerFolders::storageTexts()
-{
-    explore([&](RunningExplorer &explorer) {
-        openStorages(explorer, true, true, 3);
-        const char *const keys[] = {"@FlashDir", "@SDcard", "@OTG"};
-        const Delegate kinds[] = {Internal, Card, Usb};
-        for (int row = 0; row < 3; ++row) {
-            QQuickItem *const storage = delegate(explorer, row, kinds[row]);
-            const QList<QQuickItem *> shown = texts(storage);
-            const bool hasCapacity = row < 2;
-            QCOMPARE(shown.size(), hasCapacity ? 3 : 2);
-            if (hasCapacity) {
-                QQuickItem *const capacity = shown.at(0);
-                QCOMPARE(capacity->property("text").toString(),
-                         role(explorer, row, FolderModel::TotalSpaceRole));
-                QVERIFY(hasStyle(capacity, u"TextInIcons1"_s));
-                QCOMPARE(capacity->width(), 57.); // 80 of 300 dpi
-                QCOMPARE(capacity->property("maximumLineCount").toInt(), 2);
-                QCOMPARE(capacity->property("horizontalAlignment").toInt(), int(Qt::AlignHCenter));
-                QVERIFY((RunningExplorer::centreOf(capacity) - RunningExplorer::centreOf(icon(storage)))
-                            .manhattanLength()
-                        <= 2);
-            }
-            QQuickItem *const name = shown.at(hasCapacity ? 1 : 0);
-            QCOMPARE(name->property("text").toString(), text(keys[row]));
-            QVERIFY(hasStyle(name, u"BodyLBold"_s));
-            QCOMPARE(name->property("maximumLineCount").toInt(), 1);
-            QVERIFY(!name->property("truncated").toBool());
-            QQuickItem *const memory = shown.last();
-            QCOMPARE(memory->property("text").toString(), role(explorer, row, FolderModel::MemoryRole));
-            QVERIFY(memory->property("text").toString().contains(u'\n'));
-            QVERIFY(hasStyle(memory, u"BodySBold"_s));
-            QCOMPARE(memory->property("maximumLineCount").toInt(), 2);
-            QCOMPARE(memory->property("lineCount").toInt(), 2);
-            QVERIFY(!memory->property("truncated").toBool());
-        }
-    });
-}
-
-void tst_ExplorerFolders::storageIcons()
-{
-    explore([&](RunningExplorer &explorer) {
-        openStorages(explorer, true, true, 3);
-        const auto source = [&](int row, Delegate kind) {
-            return icon(delegate(explorer, row, kind))->property("source").toUrl().toString();
-        };
-        QCOMPARE(source(0, Internal), u"image://resource/e3_detail_internal_memory"_s);
-        QCOMPARE(source(1, Card), u"image://resource/e3_detail_sd_card"_s);
-        QCOMPARE(source(2, Usb), u"image://resource/e3_detail_otg"_s);
-    });
-}
-
-void tst_ExplorerFolders::storageMeasures()
-{
-    explore([&](RunningExplorer &explorer) {
-        openStorages(explorer, false, false, 1);
-        QQuickItem *const storage = delegate(explorer, 0, Internal);
-        QCOMPARE(storage->position(), QPointF(14, 0));
-        QCOMPARE(storage->size(), QSizeF(225, 239));
-        QCOMPARE(icon(storage)->size(), QSizeF(102, 102));
-        const QQuickItem *const name = texts(storage).at(1);
-        const QQuickItem *const memory = texts(storage).at(2);
-        const double below = 4 + 10 + 102; // margin, icon's margin, icon
-        QCOMPARE(name->mapToItem(storage, QPointF()), QPointF(4 + 8, below + 8)); // 12 of 300 dpi
-        QCOMPARE(memory->mapToItem(storage, QPointF()), QPointF(4 + 8, below + 8 + name->height() + 8));
-        QVERIFY(memory->mapToItem(storage, QPointF(0, memory->height())).y() <= 239);
-    });
-}
-
-void tst_ExplorerFolders::storageNames()
-{
-    explore([&](RunningExplorer &explorer) {
-        openStorages(explorer, true, true, 3);
-        const auto full = [&](int row) {
-            return role(explorer, row, FolderModel::NameRole) + u". "_s
-                + role(explorer, row, FolderModel::MemoryRole) + u". "_s
-                + role(explorer, row, FolderModel::TotalSpaceRole);
-        };
-        QVERIFY(full(0).size() > 15);
-        QCOMPARE(accessibleName(delegate(explorer, 0, Internal)), full(0));
-        QCOMPARE(accessibleName(delegate(explorer, 1, Card)), full(1));
-        QCOMPARE(accessibleName(delegate(explorer, 2, Usb)), text("@OTG"));
-        QCOMPARE(accessible(delegate(explorer, 2, Usb))->role(), QAccessible::Button);
-    });
-}
-
-void tst_ExplorerFolders::storageTap()
-{
-    explore([&](RunningExplorer &explorer) {
-        openStorages(explorer, false, true, 2);
-        QTest::ignoreMessage(QtDebugMsg, qPrintable(u"/mnt/ext3 "_s + text("@OTG")));
-        const QSignalSpy changed(explorer.folders(), &FolderModel::changedFolder);
-        explorer.tap(explorer.cell(1));
-        QTRY_COMPARE(changed.count(), 1);
-        QCOMPARE(changed.first().first().toString(), u"/mnt/ext3"_s);
-    });
-}
-
-void tst_ExplorerFolders::linesOfStorages()
-{
-    explore([&](RunningExplorer &explorer) {
-        openStorages(explorer, false, true, 2);
-        QVERIFY(line(delegate(explorer, 0, Internal), true)->isVisible());
-        QVERIFY(line(delegate(explorer, 1, Usb), true)->isVisible()); // a cell is free beside it
-        MediaFixture::plug(true, true);
-        QTRY_COMPARE(explorer.cells(), 3);
-        QTRY_VERIFY(explorer.cell(2));
-        QVERIFY(line(delegate(explorer, 0, Internal), true)->isVisible());
-        QVERIFY(line(delegate(explorer, 1, Card), true)->isVisible());
-        QVERIFY(!line(delegate(explorer, 2, Usb), true)->isVisible());
-        for (const auto &[row, kind] : {std::pair(0, Internal), {1, Card}, {2, Usb}})
-            QVERIFY(line(delegate(explorer, row, kind), false)->isVisible());
     });
 }
 

@@ -62,7 +62,7 @@ Rectangle {
             Accessible.ignored: true
         }
 
-        Column {
+        Item {
             id: texts
 
             anchors {
@@ -72,7 +72,6 @@ Rectangle {
                 right: parent.right
                 margins: wrapper.textMargin
             }
-            spacing: wrapper.textMargin
 
             StyledText {
                 elide: Text.ElideRight
@@ -87,7 +86,18 @@ Rectangle {
                 Accessible.ignored: true
             }
 
+            FontMetrics {
+                id: own_metrics
+
+                font: second_text.font
+            }
+
             StyledText {
+                id: second_text
+
+                // Lower than the font's own, where another one helps out: it would stand on the line below.
+                readonly property int sunk: Math.max(0, Math.round(baselineOffset - topPadding - own_metrics.ascent))
+
                 elide: Text.ElideRight
                 horizontalAlignment: Text.AlignHCenter
                 lineHeight: font.pixelSize // solid, or two lines would not fit
@@ -97,6 +107,7 @@ Rectangle {
                 visible: text !== ""
                 width: parent.width
                 wrapMode: Text.WordWrap
+                y: GlobalValues.fontLargeBodyLineHeight + wrapper.textMargin - sunk
                 Accessible.ignored: true
             }
         }
