@@ -186,6 +186,7 @@ Item {
                 anchors.verticalCenter: parent.verticalCenter
                 fillMode: Image.Pad
                 horizontalAlignment: Image.AlignLeft
+                opacity: button.enabled ? 1 : 1 / 3 // black as the grey of a disabled text
                 source: wrapper.imageSource === "" ? ""
                     : (button.enabled && button.hovered ? "image://resource_inv/" : "image://resource/")
                       + wrapper.imageSource
