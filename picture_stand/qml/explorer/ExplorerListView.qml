@@ -211,13 +211,14 @@ Item {
 
                 ContextMenu {
                     onChoosed: uid => {
-                        if (uid === 0) {
+                        if (uid === 0)
                             FolderModel.mode = FolderModelModeRoles.SelectionMode
-                        } else if (uid === 1) {
+                        else if (uid === 1)
                             PlaylistModel.deleteImage(PlaylistModel.activeId, path)
-                            FolderModel.loadFromList(PlaylistModel.getImagesById(PlaylistModel.activeId))
-                        }
+                        // Before the list is read again, which takes this row away and its menu with it.
                         context_menu.visible = false
+                        if (uid === 1)
+                            FolderModel.loadFromList(PlaylistModel.getImagesById(PlaylistModel.activeId))
                     }
                     onClose: context_menu.visible = false
                 }

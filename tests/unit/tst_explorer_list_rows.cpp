@@ -1,0 +1,227 @@
+// What a row of the list does: opening and selecting its picture, its menu, and how assistive input knows it.
+
+#include "explorer_menu.h"
+#include "panel_application.h"
+
+#include <memory>
+
+using namespace Qt::StringLiterals;
+using lindenreed::picture_stand::FolderModel;
+
+class tst_ExplorerListRows : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase() { stored_database::remove(); }
+    void init()
+    {
+        m_test = std::make_unique<ExplorerFixture>();
+        m_paths = m_test->pictures(4);
+    }
+    void cleanup() { m_test.reset(); }
+
+    void tapOpens_data();
+    void tapOpens();
+    void tapOpensWhatHasGone();
+    void tapSelects();
+    void forAssistiveInput();
+    void pressFrame();
+    void menu();
+    void menuBelongsToThePicture();
+    void noMenuInSelection();
+    void selecting();
+    void deleting();
+    void deletingTheLast();
+    void tapBesideTheMenu();
+
+private:
+    void inAList(FolderModel::FolderModelMode selecting, const std::function<void(RunningExplorer &)> &body)
+    {
+        explore([&](RunningExplorer &explorer) {
+            explorer.openPlaylist(m_paths, selecting, FolderModel::ListViewMode);
+            QTRY_VERIFY(explorer.cell(3));
+            body(explorer);
+        });
+    }
+    /// The pictures that were handed to the viewer.
+    QByteArrayList opened() const
+    {
+        QByteArrayList paths;
+        const auto calls = m_test->media.device.calls({"OpenBook"});
+        for (const auto &call : calls)
+            paths.append(call.arguments.first());
+        return paths;
+    }
+
+    std::unique_ptr<ExplorerFixture> m_test;
+    QStringList m_paths;
+};
+
+void tst_ExplorerListRows::tapOpens_data()
+{
+    QTest::addColumn<QPointF>("place");
+
+    QTest::newRow("on the picture") << QPointF(80, 90);
+    QTest::newRow("on the name") << QPointF(200, 30);
+    QTest::newRow("at the upper right corner") << QPointF(689, 0);
+    QTest::newRow("at the lower left corner") << QPointF(0, 188);
+}
+
+void tst_ExplorerListRows::tapOpens()
+{
+    QFETCH(QPointF, place);
+
+    inAList(FolderModel::NormalMode, [&](RunningExplorer &explorer) {
+        explorer.tap(explorer.cell(1)->mapToScene(place).toPoint());
+        QTRY_COMPARE(opened().size(), 1);
+        QVERIFY2(opened().first().contains(m_paths.at(1).toUtf8()), opened().first());
+        QCOMPARE(explorer.folders()->countSelected(), 0);
+    });
+}
+
+void tst_ExplorerListRows::tapOpensWhatHasGone()
+{
+    inAList(FolderModel::NormalMode, [&](RunningExplorer &explorer) {
+        QVERIFY(QFile::remove(m_paths.at(1)));
+        explorer.tap(explorer.cell(1));
+        QTRY_COMPARE(opened().size(), 1);
+        QVERIFY(opened().first().contains(m_paths.at(1).toUtf8()));
+    });
+}
+
+void tst_ExplorerListRows::tapSelects()
+{
+    inAList(FolderModel::SelectionMode, [&](RunningExplorer &explorer) {
+        explorer.tap(explorer.cell(1));
+        QTRY_COMPARE(explorer.folders()->getSelected(), QStringList{m_paths.at(1)});
+        explorer.tap(explorer.cell(2)->mapToScene({600, 10}).toPoint());
+        QTRY_COMPARE(explorer.folders()->countSelected(), 2);
+        explorer.tap(explorer.cell(1));
+        QTRY_COMPARE(explorer.folders()->getSelected(), QStringList{m_paths.at(2)});
+        QCOMPARE(opened(), QByteArrayList());
+    });
+}
+
+void tst_ExplorerListRows::forAssistiveInput()
+{
+    inAList(FolderModel::NormalMode, [&](RunningExplorer &explorer) {
+        QQuickItem *const row = explorer.cell(2);
+        QCOMPARE(accessible(row)->role(), QAccessible::ListItem);
+        QCOMPARE(accessibleName(row), u"002.png"_s);
+        QVERIFY(pressByAccessibility(row));
+        QCOMPARE(opened().size(), 1);
+        QVERIFY(opened().first().contains(m_paths.at(2).toUtf8()));
+        explorer.folders()->setMode(FolderModel::SelectionMode);
+        QVERIFY(pressByAccessibility(row));
+        QCOMPARE(explorer.folders()->getSelected(), QStringList{m_paths.at(2)});
+        QVERIFY(pressByAccessibility(row));
+        QCOMPARE(explorer.folders()->countSelected(), 0);
+        QCOMPARE(opened().size(), 1);
+        QCOMPARE(accessible(row)->childCount(), 0); // the row speaks for all that is in it
+    });
+}
+
+void tst_ExplorerListRows::pressFrame()
+{
+    inAList(FolderModel::NormalMode, [&](RunningExplorer &explorer) {
+        const QQuickItem *const area = RunningExplorer::below(explorer.cell(1), "hovered");
+        QCOMPARE(area->size(), explorer.cell(1)->size());
+        QVERIFY(!area->property("hovered").toBool());
+        const QPoint point = RunningExplorer::centreOf(explorer.cell(1));
+        QTest::mousePress(explorer.window, Qt::LeftButton, {}, point);
+        QTRY_VERIFY(area->property("hovered").toBool());
+        QTest::mouseRelease(explorer.window, Qt::LeftButton, {}, point);
+        QTRY_VERIFY(!area->property("hovered").toBool());
+    });
+}
+
+void tst_ExplorerListRows::menu()
+{
+    inAList(FolderModel::NormalMode, [&](RunningExplorer &explorer) {
+        explorer_menu::hold(explorer, 1);
+        QCOMPARE(explorer_menu::rows(explorer),
+                 (QStringList{explorer_menu::text("@SelectMultiple") + u" checkbox_on"_s,
+                              explorer_menu::text("@Delete") + u" trash"_s}));
+        QVERIFY(explorer_menu::shown(explorer)->property("title").toString().isEmpty());
+        QVERIFY(explorer_menu::shown(explorer)->hasActiveFocus());
+        QCOMPARE(opened(), QByteArrayList());
+    });
+}
+
+void tst_ExplorerListRows::menuBelongsToThePicture()
+{
+    inAList(FolderModel::NormalMode, [&](RunningExplorer &explorer) {
+        explorer_menu::hold(explorer, 1);
+        const QQuickItem *const image = RunningExplorer::below(explorer.cell(1), "fillMode");
+        QCOMPARE(explorer_menu::shown(explorer)->property("globalArea").toRectF(),
+                 QRectF(image->mapToGlobal(QPointF()), image->size()));
+    });
+}
+
+void tst_ExplorerListRows::noMenuInSelection()
+{
+    inAList(FolderModel::SelectionMode, [&](RunningExplorer &explorer) {
+        QObject *const area = RunningExplorer::below(explorer.cell(1), "hovered");
+        QVERIFY(QMetaObject::invokeMethod(area, "pressAndHold"));
+        QVERIFY(!explorer_menu::shown(explorer));
+        explorer.folders()->setMode(FolderModel::NormalMode);
+        QVERIFY(QMetaObject::invokeMethod(area, "pressAndHold"));
+        QVERIFY(explorer_menu::shown(explorer));
+    });
+}
+
+void tst_ExplorerListRows::selecting()
+{
+    inAList(FolderModel::NormalMode, [&](RunningExplorer &explorer) {
+        explorer_menu::hold(explorer, 1);
+        explorer_menu::choose(explorer, "@SelectMultiple");
+        QCOMPARE(explorer.folders()->mode(), FolderModel::SelectionMode);
+        QCOMPARE(explorer.folders()->countSelected(), 0);
+        QVERIFY(explorer.cell(1)->hasActiveFocus());
+        QCOMPARE(explorer.cells(), 4);
+    });
+}
+
+void tst_ExplorerListRows::deleting()
+{
+    inAList(FolderModel::NormalMode, [&](RunningExplorer &explorer) {
+        explorer_menu::hold(explorer, 1);
+        explorer_menu::choose(explorer, "@Delete");
+        const QStringList left{m_paths.at(0), m_paths.at(2), m_paths.at(3)};
+        QCOMPARE(explorer.playlists()->getImagesById(explorer.playlists()->activeId()), left);
+        QTRY_COMPARE(explorer.cells(), 3);
+        QCOMPARE(accessibleName(explorer.cell(1)), u"002.png"_s);
+        QVERIFY(explorer.list()->hasActiveFocus());
+        QCOMPARE(explorer.folders()->mode(), FolderModel::NormalMode);
+        QVERIFY(QFile::exists(m_paths.at(1))); // out of the playlist, not off the disk
+    });
+}
+
+void tst_ExplorerListRows::deletingTheLast()
+{
+    m_paths = m_paths.first(1);
+    explore([&](RunningExplorer &explorer) {
+        explorer.openPlaylist(m_paths, FolderModel::NormalMode, FolderModel::ListViewMode);
+        QTRY_VERIFY(explorer.cell(0));
+        explorer_menu::hold(explorer, 0);
+        explorer_menu::choose(explorer, "@Delete");
+        QCOMPARE(explorer.folders()->rowCount(), 0);
+        QVERIFY(!explorer.list()->isVisible());
+    });
+}
+
+void tst_ExplorerListRows::tapBesideTheMenu()
+{
+    inAList(FolderModel::NormalMode, [&](RunningExplorer &explorer) {
+        explorer_menu::hold(explorer, 1);
+        explorer.tap(QPoint(700, 20));
+        QTRY_VERIFY(!explorer_menu::shown(explorer));
+        QVERIFY(explorer.cell(1)->hasActiveFocus());
+        QCOMPARE(explorer.folders()->mode(), FolderModel::NormalMode);
+        QCOMPARE(explorer.cells(), 4);
+    });
+}
+
+PANEL_TEST_MAIN(tst_ExplorerListRows)
+#include "tst_explorer_list_rows.moc"
