@@ -182,4 +182,15 @@ Item {
             wrapMode: Text.WordWrap
         }
     }
+
+    // The views bring their own. Pictures whose files have all vanished can still be played: they may come back.
+    ExplorerFooter {
+        anchors {
+            top: line.bottom
+            bottom: parent.bottom
+            left: parent.left
+            right: parent.right
+        }
+        visible: FolderModel.countFiles === 0
+    }
 }

@@ -139,9 +139,21 @@ Item {
             width: grid.cellWidth // qmllint disable unqualified
             height: grid.cellHeight // qmllint disable unqualified
 
+            /// Also from the play button, which would keep the keys while the list moves on.
+            function goTo(row) {
+                grid.currentIndex = row
+                grid.currentItem.forceActiveFocus()
+            }
+
+            Keys.onDownPressed: index + 1 < grid.count ? goTo(index + 1) : explorer_footer.takeFocus()
             Keys.onEnterPressed: wrapper.openPlaylist(playlist_id)
             Keys.onReturnPressed: wrapper.openPlaylist(playlist_id)
             Keys.onRightPressed: play_button.forceActiveFocus()
+            Keys.onUpPressed: event => {
+                event.accepted = index > 0
+                if (event.accepted)
+                    goTo(index - 1)
+            }
 
             Item {
                 id: covers
@@ -324,6 +336,7 @@ Item {
         }
         grid: grid
     }
+
     LoaderNoSleep {
         id: context_menu
 

@@ -25,6 +25,7 @@ const QList<Page> pages{
     {u"Icons"_s, {}},
     {u"Buttons"_s, u"Add pictures"_s},
     {u"Pressed"_s, u"Save"_s},
+    {u"Focused"_s, u"Save"_s},
     {u"Asleep"_s, u"All"_s, false},
     {u"Rows"_s, u"Random order"_s},
     {u"Inputs"_s, u"Automatic brightness"_s},

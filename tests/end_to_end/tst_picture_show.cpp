@@ -321,8 +321,9 @@ void tst_PictureShow::thousandPictureChanges()
     QCOMPARE(log.count("add image"), pictures); // one entry each
     QVERIFY(changes(900));
     const QList<qsizetype> late = counts();
-    QCOMPARE(late.at(0), early.at(0));
-    QVERIFY(late.at(1) <= early.at(1)); // idle workers may have gone home
+    // Idle workers may have gone home, and a thumbnail of the overview may have been open still.
+    QVERIFY(late.at(0) <= early.at(0));
+    QVERIFY(late.at(1) <= early.at(1));
     log = m_device->errors();
     QCOMPARE(log.count(" image "), 0);
 }

@@ -71,8 +71,10 @@ inline int runApp(lindenreed::picture_stand::App &app, const std::function<void(
 {
     bool called = false;
     QTimer::singleShot(0, &app, [&] {
+        QQuickWindow *window = nullptr;
         const QWindowList windows = QGuiApplication::topLevelWindows();
-        auto *window = windows.isEmpty() ? nullptr : qobject_cast<QQuickWindow *>(windows.first());
+        for (QWindow *candidate : windows) // the keyboard has one, too
+            window = window ? window : qobject_cast<QQuickWindow *>(candidate);
         if (window) {
             called = true;
             RunningApp running{app, window, qmlEngine(window)->rootContext()};

@@ -25,6 +25,11 @@ Item {
             Global.scrollFlickablePageUp(list)
     }
 
+    /// The keys go to the button.
+    function takeFocus() {
+        button.forceActiveFocus(Qt.TabFocusReason)
+    }
+
     function refreshText() {
         if (PlaylistModel.mode === PlaylistDataRoles.AllViewMode) {
             textButton = qsTr("@New_playlist")
@@ -170,6 +175,7 @@ Item {
         width: parent.width - 2 * GlobalValues.scrollListCenterButtonSideOffset
 
         Accessible.name: wrapper.textButton
+        KeyNavigation.up: wrapper.list
 
         onClicked: {
             if (enabled)
@@ -387,6 +393,7 @@ Item {
                             SettingsModel.isFirstRun = false
                             SettingsModel.saveConfig("is_first_run")
                             wrapper.runSlideshow()
+                            first_run.visible = false // an empty playlist starts nothing
                         }
                     }
                 }
