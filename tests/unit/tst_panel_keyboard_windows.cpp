@@ -4,6 +4,9 @@
 #include "keyboard_scene.h"
 #include "panel_application.h"
 
+#include <device.h>
+#include <events.h>
+
 #include <QPainter>
 #include <QRasterWindow>
 #include <QTimer>
@@ -147,6 +150,9 @@ void tst_PanelKeyboardWindows::quitWhileOpen()
     QTimer::singleShot(0, m_scene->window.get(), [this] { m_scene->remote.send(u"quit"_s); });
     QCOMPARE(QCoreApplication::exec(), 0);
     QVERIFY(KeyboardScene::isOpen());
+    // A program that is ended goes to the background first.
+    using namespace lindenreed::device;
+    Device::instance()->events.send(event::foreground, 0, 0);
 }
 
 void tst_PanelKeyboardWindows::theApplicationEndsWhileOpen()
