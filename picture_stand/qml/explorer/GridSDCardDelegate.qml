@@ -1,6 +1,6 @@
 // The SD card of the grid of storages.
 import QtQuick 2.12
-import com.lindenreed.controls 1.0 // qmllint disable import
+import com.lindenreed.controls 1.0
 import com.lindenreed.picture_stand 1.0
 import com.lindenreed.picturestand 1.0
 
