@@ -3,6 +3,7 @@
 #include "explorer_fixture.h"
 #include "panel_application.h"
 
+#include <QQmlComponent>
 #include <QSignalSpy>
 
 #include <memory>
@@ -54,6 +55,7 @@ private slots:
     void cleanup() { m_test.reset(); }
 
     void properties();
+    void startsInvisible();
     void measures();
     void measuresFollowTheScreen();
     void cellsFollowTheWidthWhileVisible();
@@ -92,6 +94,24 @@ void tst_ExplorerGrid::properties()
         QCOMPARE(foot->height(), explorer.measure(u"GlobalValues.scrollListButtonsHeight"_s));
         QCOMPARE(foot->width(), list->width());
         QCOMPARE(explorer.footer()->size(), wrapper->size());
+    });
+}
+
+void tst_ExplorerGrid::startsInvisible()
+{
+    explore([&](RunningExplorer &explorer) {
+        QQmlComponent component(
+            explorer.context->engine(),
+            QUrl(u"qrc:/qt/qml/com/lindenreed/picture_stand/qml/explorer/ExplorerGridView.qml"_s));
+        const std::unique_ptr<QObject> object(component.beginCreate(explorer.context));
+        auto *const wrapper = qobject_cast<QQuickItem *>(object.get());
+        QVERIFY2(wrapper, qPrintable(component.errorString()));
+        wrapper->setSize(QSizeF(640, 600));
+        QQuickItem *const list = RunningExplorer::below(wrapper, "cellHeight");
+        QVERIFY(list && !list->isVisible());
+        component.completeCreate();
+        QVERIFY(list->isVisible());
+        QCOMPARE(wrapper->property("cellSize").toInt(), 200); // a third of 640 less 2 x 20
     });
 }
 
