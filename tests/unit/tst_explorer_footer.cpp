@@ -96,8 +96,7 @@ void tst_ExplorerFooter::textOfANewOne()
                                      "ExplorerFooter.qml"_s));
         const std::unique_ptr<QObject> footer(component.create(explorer.context));
         QVERIFY2(footer, qPrintable(component.errorString()));
-        QCOMPARE(footer->property("textButton").toString(),
-                 QString::fromUtf8(GetLangText("@New_playlist")));
+        QCOMPARE(footer->property("textButton").toString(), QString::fromUtf8(GetLangText("@New_playlist")));
         QCOMPARE(footer->property("imageSource").toString(), u"plus_add"_s);
         QCOMPARE(footer->property("grid").value<QObject *>(), nullptr);
     });
@@ -115,14 +114,14 @@ void tst_ExplorerFooter::texts_data()
     QTest::newRow("overview, while the picker still selects")
         << PlaylistModel::AllViewMode << FolderModel::SelectionMode << QByteArray("@New_playlist")
         << u"plus_add"_s;
-    QTest::newRow("playlist") << PlaylistModel::ViewMode << FolderModel::NormalMode
-                              << QByteArray("@PlayItem") << u"audio_book_play"_s;
-    QTest::newRow("selecting in a playlist") << PlaylistModel::ViewMode << FolderModel::SelectionMode
-                                             << QByteArray("@Delete") << u"trash"_s;
+    QTest::newRow("playlist") << PlaylistModel::ViewMode << FolderModel::NormalMode << QByteArray("@PlayItem")
+                              << u"audio_book_play"_s;
+    QTest::newRow("selecting in a playlist")
+        << PlaylistModel::ViewMode << FolderModel::SelectionMode << QByteArray("@Delete") << u"trash"_s;
     QTest::newRow("for a playlist") << PlaylistModel::AddMode << FolderModel::SelectionMode
                                     << QByteArray("@AddPhotos") << u""_s;
-    QTest::newRow("for a new playlist") << PlaylistModel::CreateMode << FolderModel::SelectionMode
-                                        << QByteArray("@CreatePlaylist") << u""_s;
+    QTest::newRow("for a new playlist")
+        << PlaylistModel::CreateMode << FolderModel::SelectionMode << QByteArray("@CreatePlaylist") << u""_s;
 }
 
 void tst_ExplorerFooter::texts()
@@ -164,8 +163,7 @@ void tst_ExplorerFooter::enabling_data()
     QTest::newRow("overview, while the picker still selects")
         << PlaylistModel::AllViewMode << FolderModel::SelectionMode << false;
     QTest::newRow("playlist") << PlaylistModel::ViewMode << FolderModel::NormalMode << false;
-    QTest::newRow("selecting in a playlist")
-        << PlaylistModel::ViewMode << FolderModel::SelectionMode << true;
+    QTest::newRow("selecting in a playlist") << PlaylistModel::ViewMode << FolderModel::SelectionMode << true;
     QTest::newRow("for a playlist") << PlaylistModel::AddMode << FolderModel::SelectionMode << true;
     QTest::newRow("for a new playlist") << PlaylistModel::CreateMode << FolderModel::SelectionMode << true;
 }

@@ -1,5 +1,5 @@
-// The foot of a list on a device of keys: how the focus comes to the button and back, and that there is nothing
-// for a finger.
+// The foot of a list on a device of keys: how the focus comes to the button and back, and that there is
+// nothing for a finger.
 
 #include "explorer_fixture.h"
 #include "panel_application.h"
@@ -22,9 +22,10 @@ QQuickItem *frame(QQuickItem *item)
 {
     for (QQuickItem *child : item->childItems()) {
         const double width = RunningExplorer::valueOf(child, u"border.width"_s).toDouble();
-        if (child->isVisible() && width == RunningExplorer::valueOf(
-                                      child, u"GlobalValues.defaultFocusedElementBorderThickness"_s)
-                                       .toDouble())
+        if (child->isVisible()
+            && width
+                == RunningExplorer::valueOf(child, u"GlobalValues.defaultFocusedElementBorderThickness"_s)
+                       .toDouble())
             return child;
     }
     return nullptr;
