@@ -98,6 +98,7 @@ Item {
     GridView {
         id: grid
 
+        activeFocusOnTab: true
         anchors {
             top: header.bottom
             bottom: parent.bottom

@@ -442,6 +442,10 @@ void tst_Workflow::keysAlone()
     QVERIFY(names().contains(u"Continue"_s));
     QVERIFY(act(u"key centre"_s));
     QVERIFY(names().contains(u"Change picture every"_s));
+    QVERIFY(
+        walk({u"key back"_s, u"key left"_s, u"key up"_s, u"key down"_s})); // the header, and the row again
+    QVERIFY(act(u"key centre"_s));
+    QVERIFY(names().contains(u"Back"_s));
 }
 
 QTEST_GUILESS_MAIN(tst_Workflow)
