@@ -33,7 +33,7 @@ private slots:
     void unknownView();
     void sameViewAgain();
     void orderOfTheShowsRow();
-    void orderOfTheOverviewsRow();
+    void orderOfTheOtherRows();
     void screensChangeTheView();
     void windowFollowsThePanel();
     void infoMessage();
@@ -156,7 +156,7 @@ void tst_AppViews::orderOfTheShowsRow()
              0);
 }
 
-void tst_AppViews::orderOfTheOverviewsRow()
+void tst_AppViews::orderOfTheOtherRows()
 {
     App app;
     QCOMPARE(runApp(app,
@@ -178,14 +178,18 @@ void tst_AppViews::orderOfTheOverviewsRow()
                                   "\nSetHardTimerEx nextImageEvent callback context 30000");
 
                         // Behind panel, quality and the full refresh; nothing comes after it.
-                        m_callsAtComponent.clear();
-                        app.changeView(u"playlists"_s);
-                        m_test->device.setColourMask(0);
-                        QCOMPARE(m_callsAtComponent.size(), 1);
-                        QVERIFY2(m_callsAtComponent.first().endsWith(
-                                     "SetPanelType 1\nsetFastUpdates 1\nsetScreenUpdateMode 5"),
-                                 m_callsAtComponent.first().constData());
-                        QCOMPARE(m_test->calls(), m_callsAtComponent.first());
+                        for (const QString &view : {u"playlists"_s, u"playlist"_s, u"select_photos"_s}) {
+                            m_test->device.setColourMask(1);
+                            app.changeView(u"slideshow"_s);
+                            m_callsAtComponent.clear();
+                            app.changeView(view);
+                            m_test->device.setColourMask(0);
+                            QCOMPARE(m_callsAtComponent.size(), 1);
+                            QVERIFY2(m_callsAtComponent.first().endsWith(
+                                         "SetPanelType 1\nsetFastUpdates 1\nsetScreenUpdateMode 5"),
+                                     m_callsAtComponent.first().constData());
+                            QCOMPARE(m_test->calls(), m_callsAtComponent.first());
+                        }
                     }),
              0);
 }

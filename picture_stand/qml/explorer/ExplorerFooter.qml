@@ -192,7 +192,7 @@ Item {
                 anchors.verticalCenter: parent.verticalCenter
                 fillMode: Image.Pad
                 horizontalAlignment: Image.AlignLeft
-                opacity: button.enabled ? 1 : 1 / 3 // black as the grey of a disabled text
+                opacity: button.enabled ? 1 : 86 / 256 // #AAAAAA, as the text
                 source: wrapper.imageSource === "" ? ""
                     : (button.enabled && button.hovered ? "image://resource_inv/" : "image://resource/")
                       + wrapper.imageSource
