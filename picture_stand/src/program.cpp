@@ -26,7 +26,10 @@ int runProgram(int argc, char **argv)
     QGuiApplication::setFont(font);
 
     App app;
-    return app.run(&application);
+    const int result = app.run(&application);
+    // What drew the canvases is to be deleted later, and no event loop comes for it any more.
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    return result;
 }
 
 } // namespace lindenreed::picture_stand
