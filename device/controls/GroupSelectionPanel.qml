@@ -11,7 +11,8 @@ Item {
     property string select_all_title
     property bool use_disabled: false ///< the box is asleep while there is nothing to take
 
-    readonly property bool allSelected: items_count > 0 && selected_count >= items_count
+    /// Of more than there are here some are elsewhere, perhaps all: the box is not to give them up.
+    readonly property bool allSelected: items_count > 0 && selected_count === items_count
 
     signal cancel()
     signal selectAll(bool select)

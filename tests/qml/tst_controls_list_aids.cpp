@@ -88,6 +88,7 @@ void tst_ControlsListAids::selectAll_data()
     QTest::newRow("nothing is selected") << 24 << 0 << false;
     QTest::newRow("some are selected") << 24 << 23 << false;
     QTest::newRow("all are selected") << 24 << 24 << true;
+    QTest::newRow("more are selected, elsewhere") << 24 << 25 << false;
     QTest::newRow("there is nothing") << 0 << 0 << false;
 }
 
