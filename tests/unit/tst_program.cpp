@@ -1,11 +1,13 @@
 // One whole run of the program in this process: its first steps, a show as the user drives it, and all that
 // it asks of the device, down to the end of its last object.
 
+#include "accessible_items.h"
 #include "device_calls.h"
 #include "program.h"
 
 #include <device.h>
 #include <journal.h>
+#include <slateview.h>
 
 #include <QDir>
 #include <QFile>
@@ -67,9 +69,31 @@ bool waitForCalls(const QByteArray &last, qsizetype more)
 
 bool play(QWindow *window)
 {
-    // The play button, and through the two dialogs before the first show.
-    for (const QPoint place : {QPoint(685, 224), QPoint(379, 724), QPoint(430, 523)})
-        QTest::mouseClick(window, Qt::LeftButton, {}, window->mapFromGlobal(place));
+    // The play button, and through the two dialogs before the first show: interval and button are in the
+    // second.
+    auto *quickWindow = qobject_cast<QQuickWindow *>(window);
+    const QString start = QString::fromUtf8(GetLangText("@StartPlayback"));
+    const QPoint place = window->mapFromGlobal(QPoint(685, 224));
+    const auto isThere = [&] {
+        QQuickItem *button = findAccessible(quickWindow->contentItem(), QAccessible::Button, start);
+        return button && button->isEnabled() && sceneRectangle(button).contains(place);
+    };
+    const auto hasTheKeys = [quickWindow](const QString &name) {
+        return QTest::qWaitFor(
+            [=] { return accessibleName(quickWindow->activeFocusItem()).startsWith(name); });
+    };
+    if (!QTest::qWaitFor(isThere))
+        return false;
+    QTest::mouseClick(window, Qt::LeftButton, {}, place);
+    if (!hasTheKeys(QString::fromUtf8(GetLangText("@Continue"))))
+        return false;
+    QTest::keyClick(window, Qt::Key_Return);
+    if (!hasTheKeys(u"30 "_s))
+        return false;
+    QTest::keyClick(window, Qt::Key_Down);
+    if (!hasTheKeys(start))
+        return false;
+    QTest::keyClick(window, Qt::Key_Return);
     if (!waitForCalls("SetHardTimerEx nextImageEvent callback context 30000", 8))
         return false;
     for (int picture = 0; picture < 3; ++picture) {
