@@ -98,8 +98,9 @@ void tst_MediaShow::twoHundredTimes()
     }
     QVERIFY(m_device->idle());
     const QList<qsizetype> late = leftovers();
-    QCOMPARE(late.at(0), early.at(0));
-    QVERIFY(late.at(1) <= early.at(1)); // idle workers may have gone home
+    // Idle workers may have gone home, and a thumbnail of the overview may have been open still.
+    QVERIFY(late.at(0) <= early.at(0));
+    QVERIFY(late.at(1) <= early.at(1));
     QCOMPARE(late.at(2), early.at(2));
     const qint64 grown = residentKb() - residentEarly;
     QVERIFY2(grown < mostGrowthKb, qPrintable(u"%1 KB"_s.arg(grown)));

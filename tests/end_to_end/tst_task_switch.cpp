@@ -142,7 +142,8 @@ void tst_TaskSwitch::backgroundAndForeground()
         QCOMPARE(state(u"power"_s).value("auto_power_off"_L1), QJsonValue(false));
     }
     QVERIFY(does(u"quit"_s));
-    QCOMPARE(LauncherPlace::end(launcher).status, 0);
+    const LauncherEnd end = LauncherPlace::end(launcher);
+    QVERIFY2(end.status == 0, end.errors.constData());
 }
 
 // Inside a device is a machine that has the folders itself, once it no longer looks held.
