@@ -30,30 +30,29 @@ Item {
         button.forceActiveFocus(Qt.TabFocusReason)
     }
 
+    /// What the button is for, beside making a playlist and starting a show.
+    function picks() {
+        return PlaylistModel.mode === PlaylistDataRoles.AddMode || PlaylistModel.mode === PlaylistDataRoles.CreateMode
+    }
+
+    function deletes() {
+        return PlaylistModel.mode === PlaylistDataRoles.ViewMode && FolderModel.mode === FolderModelModeRoles.SelectionMode
+    }
+
     function refreshText() {
-        if (PlaylistModel.mode === PlaylistDataRoles.AllViewMode) {
+        if (picks()) {
+            textButton = PlaylistModel.mode === PlaylistDataRoles.AddMode ? qsTr("@AddPhotos") : qsTr("@CreatePlaylist")
+            imageSource = ""
+        } else if (PlaylistModel.mode === PlaylistDataRoles.AllViewMode) {
             textButton = qsTr("@New_playlist")
             imageSource = "plus_add"
-        } else if (PlaylistModel.mode === PlaylistDataRoles.AddMode) {
-            textButton = qsTr("@AddPhotos")
-            imageSource = ""
-        } else if (PlaylistModel.mode === PlaylistDataRoles.CreateMode) {
-            textButton = qsTr("@CreatePlaylist")
-            imageSource = ""
-        } else if (FolderModel.mode === FolderModelModeRoles.SelectionMode) {
+        } else if (deletes()) {
             textButton = qsTr("@Delete")
             imageSource = "trash"
         } else {
             textButton = qsTr("@PlayItem")
             imageSource = "audio_book_play"
         }
-    }
-
-    function needsSelection() {
-        return PlaylistModel.mode === PlaylistDataRoles.AddMode
-            || PlaylistModel.mode === PlaylistDataRoles.CreateMode
-            || (PlaylistModel.mode === PlaylistDataRoles.ViewMode
-                && FolderModel.mode === FolderModelModeRoles.SelectionMode)
     }
 
     function addSelected() {
@@ -77,11 +76,11 @@ Item {
     }
 
     function runAction() {
-        if (PlaylistModel.mode === PlaylistDataRoles.AddMode || PlaylistModel.mode === PlaylistDataRoles.CreateMode)
+        if (picks())
             addSelected()
         else if (PlaylistModel.mode === PlaylistDataRoles.AllViewMode)
             title_dialog.open()
-        else if (FolderModel.mode === FolderModelModeRoles.SelectionMode)
+        else if (deletes())
             deleteSelected()
         else
             tryRunSlideShow()
@@ -168,7 +167,7 @@ Item {
         }
         border.color: GlobalValues.defaultSolidseparatorColor
         border.width: GlobalValues.minimalLineThickness
-        enabled: !wrapper.needsSelection() || FolderModel.countSelected > 0
+        enabled: !wrapper.picks() && !wrapper.deletes() || FolderModel.countSelected > 0
         height: GlobalValues.scrollListButtonsHeight
         radius: GlobalValues.defaultElementBorderRadius
         visibleBorders: [1, 1, 0, 1]
