@@ -77,8 +77,6 @@ private slots:
     void vanishedFiles();
     void picker();
     void pickerShowsTheGridAlone();
-    void selectAll_data();
-    void selectAll();
     void footerOfEachState_data();
     void footerOfEachState();
 
@@ -322,42 +320,6 @@ void tst_PlaylistScreens::pickerShowsTheGridAlone()
         running.screen()->setVisible(true);
         QVERIFY(running.itemWith("countImagesInRow")->isVisible());
         WorkflowFixture::folders(running)->setViewMode(FolderModel::GridViewMode);
-    });
-}
-
-void tst_PlaylistScreens::selectAll_data()
-{
-    QTest::addColumn<bool>("picking");
-
-    QTest::newRow("playlist") << false;
-    QTest::newRow("picker, without what the playlist has") << true;
-}
-
-void tst_PlaylistScreens::selectAll()
-{
-    QFETCH(bool, picking);
-
-    runWithOne([&](RunningApp &running) {
-        FolderModel *const folders = WorkflowFixture::folders(running);
-        if (picking) {
-            QVERIFY(WorkflowFixture::choose(running, u"Mine. 2"_s, textOf("@AddPhotosToPlaylist")));
-        } else {
-            QVERIFY(open(running));
-            folders->setMode(FolderModel::SelectionMode);
-        }
-        QQuickItem *const box
-            = findAccessible(running.window->contentItem(), QAccessible::CheckBox, textOf("@All"));
-        QVERIFY(box);
-        QVERIFY(pressByAccessibility(box));
-        QStringList selected = folders->getSelected();
-        selected.sort();
-        QCOMPARE(selected, picking ? m_test->paths.last(2) : m_test->paths.first(2));
-        QVERIFY(pressByAccessibility(box));
-        QCOMPARE(folders->getSelected(), QStringList());
-        folders->selectFile(selected.first(), true);
-        QVERIFY(pressByAccessibility(box)); // one of two: the rest as well
-        QCOMPARE(folders->countSelected(), 2);
-        folders->clearSelection();
     });
 }
 
