@@ -138,7 +138,7 @@ QVariant Integration::styleHint(StyleHint hint) const
     case CursorFlashTime:
         return 0; // each blink would be a refresh
     case MousePressAndHoldInterval:
-        return 800;
+        return 480; // with the 120 ms for which a list keeps a press to itself, 600
     case StartDragDistance:
         return Device::instance() ? int(std::lround(fingerWobble * Device::instance()->profile.dpi / 25.4))
                                   : 10;
