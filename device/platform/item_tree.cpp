@@ -6,6 +6,7 @@
 #include "platform_window.h"
 #include "status_panel.h"
 
+#include <QAccessible>
 #include <QGuiApplication>
 #include <QJSValue>
 #include <QJsonObject>
@@ -40,6 +41,13 @@ bool takesTaps(const QQuickItem *item)
     // A mouse area has an "enabled" of its own, beside the item's.
     return item->inherits("QQuickMouseArea") && item->isEnabled() && item->property("enabled").toBool()
         && item->property("acceptedButtons").value<Qt::MouseButtons>().testFlag(Qt::LeftButton);
+}
+
+bool canBePressed(const TreeNode &node)
+{
+    QAccessibleInterface *accessible = accessibleInterface(node.item);
+    QAccessibleActionInterface *actions = accessible ? accessible->actionInterface() : nullptr;
+    return actions && actions->actionNames().contains(QAccessibleActionInterface::pressAction());
 }
 
 /// Children in the order of painting.
@@ -131,18 +139,27 @@ private:
             node->rectangle = rectangle;
             m_below.insert(item, {m_covers.size(), m_modals.size()});
         }
-        std::vector<TreeNode> children;
+        const auto above = std::ptrdiff_t(siblings.size());
         const QList<QQuickItem *> items = childClip.isEmpty() ? QList<QQuickItem *>() : paintOrder(item);
         for (QQuickItem *child : items)
             visit(child, childClip, opacity, node ? node->children : siblings);
-        if (!node)
-            return;
-        // The focus is told once, where it is nearest.
-        if (m_focus && (item == m_focus || item->isAncestorOf(m_focus))) {
-            node->focused = true;
-            m_focus = nullptr;
+        if (node) {
+            // The focus is told once, where it is nearest.
+            if (m_focus && (item == m_focus || item->isAncestorOf(m_focus)))
+                tellFocus(*node);
+            siblings.push_back(std::move(*node));
+        } else if (item == m_focus) {
+            // The cell of a list has the keys for what is in it.
+            const auto first = std::find_if(siblings.begin() + above, siblings.end(), canBePressed);
+            if (first != siblings.end())
+                tellFocus(*first);
         }
-        siblings.push_back(std::move(*node));
+    }
+
+    void tellFocus(TreeNode &node)
+    {
+        node.focused = true;
+        m_focus = nullptr;
     }
 
     QRect m_screen;

@@ -28,7 +28,9 @@ struct TreeNode
     QString value; ///< of a slider or a field
     QRect rectangle; ///< screen pixels, cut by each ancestor that clips, and by the screen
     bool enabled = true;
-    bool focused = false; ///< it, or something in it that says nothing, gets the keys
+    /// It gets the keys, or something that says nothing of itself gets them: what lies in that and can be
+    /// pressed, the first by painting, is focused, and where there is no such thing, what that lies in.
+    bool focused = false;
     std::optional<bool> checked; ///< nothing where it cannot be checked
     /// Wholly hidden: one opaque rectangle that is painted later, and is no part of the item itself, or a
     /// window above, covers all that would show.

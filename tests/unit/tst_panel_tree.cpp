@@ -256,6 +256,12 @@ void tst_PanelTree::focused()
         Row { objectName: "second"; y: 40 }
         Row { objectName: "around"; y: 80
               FocusScope { objectName: "scope"; width: 50; height: 30; Item { focus: true; width: 9; height: 9 } } }
+        Row { objectName: "list"; y: 160
+              Item { objectName: "cell"; width: 90; height: 30
+                     Text { text: "a text" }
+                     Row { objectName: "hidden"; visible: false }
+                     Row { objectName: "in the cell"; width: 40 }
+                     Row { objectName: "also in it"; x: 50; width: 40 } } }
         TextInput { objectName: "field"; y: 120; width: 100; height: 30; text: "typed" })");
     const auto focusedNames = [this] {
         QStringList names;
@@ -274,6 +280,8 @@ void tst_PanelTree::focused()
     QCOMPARE(focusedNames(), QStringList{u"typed"_s});
     focus(u"scope"_s); // nothing in it says anything, so what it lies in is told
     QCOMPARE(focusedNames(), QStringList{u"around"_s});
+    focus(u"cell"_s); // stands for what can be pressed in it
+    QCOMPARE(focusedNames(), QStringList{u"in the cell"_s});
 
     // The keys go to the window in front alone.
     const auto above = loadWindow(m_engine, "Window { y: 600; width: 100; height: 100; visible: true }");
