@@ -52,6 +52,7 @@ private slots:
 
     void frameOfAFolder();
     void frameOfAStorage();
+    void frameOfAPicture();
     void frameFollowsTheKeys();
     void intoAFolderAndOn();
     void centreOpensAndSelects();
@@ -87,6 +88,26 @@ void tst_ExplorerOnKeys::frameOfAStorage()
         for (const int row : {0, 1, 2}) {
             explorer.list()->setProperty("currentIndex", row);
             QTRY_COMPARE(framed(explorer), QList<int>{row});
+        }
+    });
+}
+
+// White is between the two, also where the picture is as dark as the frame, and the list cuts nothing of it.
+void tst_ExplorerOnKeys::frameOfAPicture()
+{
+    m_test->pictures(3);
+    explore([&](RunningExplorer &explorer) {
+        explorer.openPicker(m_test->tree.top);
+        QTRY_COMPARE(framed(explorer), QList<int>{0});
+        for (const int row : {0, 1, 2}) {
+            explorer.list()->setProperty("currentIndex", row);
+            QTRY_COMPARE(framed(explorer), QList<int>{row});
+            QQuickItem *const frame = frames(explorer.cell(row)).first();
+            const QRectF picture
+                = frame->mapRectFromItem(frame->parentItem(), frame->parentItem()->boundingRect());
+            QCOMPARE(picture, frame->boundingRect().adjusted(8, 8, -8, -8));
+            const QRectF inList = explorer.list()->mapRectFromItem(frame, frame->boundingRect());
+            QVERIFY(explorer.list()->boundingRect().contains(inList));
         }
     });
 }

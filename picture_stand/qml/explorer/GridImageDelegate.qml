@@ -108,9 +108,14 @@ Rectangle {
         }
     }
 
-    // As around the cells of folders.
+    // As around the cells of folders; off the picture, which may be as dark as the frame.
     Rectangle {
-        anchors.fill: parent
+        id: key_frame
+
+        anchors {
+            fill: parent
+            margins: -2 * key_frame.border.width
+        }
         border.color: "black"
         border.width: Global.dp(6 * 0.5333)
         color: "transparent"
