@@ -1,16 +1,12 @@
 // What becomes of a picture file on its way to a thumbnail, and how it is handed over.
 
-#include "async_image_response.h"
-#include "cover_cache.h"
 #include "exif_builder.h"
+#include "finished_cover.h"
 #include "panel_application.h"
 #include "picture_fixture.h"
 
 #include <boardconf.h>
 #include <slateview.h>
-
-#include <QQuickTextureFactory>
-#include <QSignalSpy>
 
 #include <libexif/exif-data.h>
 
@@ -19,32 +15,8 @@
 using namespace Qt::StringLiterals;
 using lindenreed::device::SdkCall;
 using lindenreed::picture_stand::AsyncImageResponse;
-using lindenreed::picture_stand::CoverCache;
-using lindenreed::picture_stand::coverKey;
 
 namespace {
-
-/// Runs it here and now; what the engine gets.
-QImage handedOver(AsyncImageResponse &response)
-{
-    const QSignalSpy finished(&response, &QQuickImageResponse::finished);
-    response.run();
-    if (finished.count() != 1 || !response.errorString().isEmpty())
-        return QImage(1, 1, QImage::Format_Mono);
-    const std::unique_ptr<QQuickTextureFactory> factory(response.textureFactory());
-    return factory ? factory->image() : QImage();
-}
-
-QImage cover(const QString &path, QSize box)
-{
-    AsyncImageResponse response(path, box);
-    return handedOver(response);
-}
-
-std::optional<QImage> cached(const QString &path, QSize box)
-{
-    return CoverCache::instance().find(coverKey(path, box.width(), box.height()));
-}
 
 QByteArray contentsOf(const QString &path)
 {
@@ -89,16 +61,8 @@ private slots:
     void readWholeAndScaledBeforeItIsConverted();
     void parametersDoNotApply();
     void exifThumbnailAndTurnAreNotUsed();
-    void secondRequestReadsNothing();
-    void twoSizesAreTwoEntries();
-    void longPathGivesTheFirstSize();
-    void pathWithACutLetter();
-    void hitIsAUse();
-    void missIsAUse();
-    void inversionIsOfTheHandOver();
     void cannotBeShown_data();
     void cannotBeShown();
-    void remembersWhatCannotBeShown();
     void cancelDoesNothing();
     void poolKeepsItsHandsOff();
     void metaObject();
@@ -153,7 +117,7 @@ void tst_CoverResponse::unusable()
     m_test->device.forgetCalls();
     QVERIFY(cover(path, box).isNull()); // and finished() came
     QVERIFY(!cached(path, box)); // it is no failure to remember
-    QVERIFY(!CoverCache::instance().find(coverKey(path, -1, -1)));
+    QVERIFY(!cached(path, {-1, -1}));
     QVERIFY(m_test->device.calls({"adjustAreaDefault", "QuickFloyd16Dither"}).isEmpty());
 }
 
@@ -265,91 +229,6 @@ void tst_CoverResponse::exifThumbnailAndTurnAreNotUsed()
     QCOMPARE(*cached(turned, {30, 30}), *cached(plain, {30, 30}));
 }
 
-void tst_CoverResponse::secondRequestReadsNothing()
-{
-    const QString path = m_test->save(gradient({64, 64}), u"a.png"_s);
-    const QImage first = cover(path, {32, 32});
-    QVERIFY(QFile::remove(path));
-    m_test->device.forgetCalls();
-    QCOMPARE(cover(path, {32, 32}), first);
-    QVERIFY(m_test->device.calls({"adjustAreaDefault", "QuickFloyd16Dither"}).isEmpty());
-}
-
-void tst_CoverResponse::twoSizesAreTwoEntries()
-{
-    const QString path = m_test->save(gradient({64, 64}), u"a.png"_s);
-    QCOMPARE(cover(path, {32, 32}).size(), QSize(32, 32));
-    QCOMPARE(cover(path, {16, 16}).size(), QSize(16, 16));
-    QVERIFY(cached(path, {32, 32}) && cached(path, {16, 16}));
-}
-
-void tst_CoverResponse::longPathGivesTheFirstSize()
-{
-    const QString path = m_test->save(gradient({64, 64}), QString(70, u'n') + u".png"_s);
-    QVERIFY(path.size() >= 70);
-    QCOMPARE(cover(path, {32, 32}).size(), QSize(32, 32));
-    QCOMPARE(cover(path, {16, 16}).size(), QSize(32, 32));
-    // Another file, of which the name does not tell the first 62 bytes apart.
-    QCOMPARE(cover(path + u"x"_s, {16, 16}).size(), QSize(32, 32));
-}
-
-void tst_CoverResponse::pathWithACutLetter()
-{
-    const QString start = m_test->folder.path() + u'/';
-    const QString filler(61 - start.toUtf8().size(), u'n');
-    const QString first = m_test->save(gradient({40, 20}), filler + u"ü.png"_s);
-    const QString second = m_test->save(gradient({20, 20}), filler + u"ö.png"_s);
-    QCOMPARE(cover(first, {10, 10}).size(), QSize(10, 5));
-    QCOMPARE(cover(second, {10, 10}).size(), QSize(10, 5)); // the first one's
-}
-
-void tst_CoverResponse::hitIsAUse()
-{
-    const QString path = m_test->save(gradient({8, 8}), u"a.png"_s);
-    cover(path, {1, 1});
-    for (int i = 2; i <= 50; ++i)
-        cover(path, {i, i});
-    cover(path, {1, 1});
-    cover(path, {51, 51});
-    QVERIFY(cached(path, {1, 1}));
-    QVERIFY(!cached(path, {2, 2}));
-    QVERIFY(cached(path, {3, 3}));
-}
-
-void tst_CoverResponse::missIsAUse()
-{
-    // Fifty-one files that are not there: their entries count like any other.
-    const QString path = m_test->save(gradient({8, 8}), u"a.png"_s);
-    cover(path, {4, 4});
-    for (int i = 0; i < 50; ++i) {
-        QVERIFY(cached(path, {4, 4}));
-        cover(m_test->folder.filePath(QString::number(i)), {4, 4});
-    }
-    QVERIFY(!cached(path, {4, 4}));
-}
-
-void tst_CoverResponse::inversionIsOfTheHandOver()
-{
-    const QString path = m_test->save(gradient({64, 64}), u"a.png"_s);
-    AsyncImageResponse response(path, {32, 32});
-    lindenreed::device::facts().inverted = true;
-    const QImage inverted = handedOver(response);
-    const QImage kept = *cached(path, {32, 32});
-    QImage expected = kept.convertToFormat(inverted.format());
-    expected.invertPixels(QImage::InvertRgb);
-    QCOMPARE(inverted, expected);
-
-    // The same response, and the same entry, after the screen was switched; and again.
-    lindenreed::device::facts().inverted = false;
-    QCOMPARE(std::unique_ptr<QQuickTextureFactory>(response.textureFactory())->image(),
-             kept.convertToFormat(inverted.format()));
-    QVERIFY(QFile::remove(path));
-    QCOMPARE(cover(path, {32, 32}), kept.convertToFormat(inverted.format()));
-    lindenreed::device::facts().inverted = true;
-    QCOMPARE(cover(path, {32, 32}), inverted);
-    QCOMPARE(*cached(path, {32, 32}), kept);
-}
-
 void tst_CoverResponse::cannotBeShown_data()
 {
     QTest::addColumn<QByteArray>("kind");
@@ -390,17 +269,6 @@ void tst_CoverResponse::cannotBeShown()
     QCOMPARE(calls.at(1).arguments, (QByteArrayList{"0", "0", "0", "0", "0"}));
     QVERIFY(cached(path, {32, 32}));
     QCOMPARE(m_test->log.text(), QByteArray());
-}
-
-void tst_CoverResponse::remembersWhatCannotBeShown()
-{
-    const QString path = m_test->folder.filePath(u"late.png"_s);
-    QVERIFY(cover(path, {32, 32}).isNull());
-    QVERIFY(gradient({8, 8}).save(path));
-    QVERIFY(cover(path, {32, 32}).isNull());
-    for (int i = 1; i <= 50; ++i) // until its place is taken
-        cover(path, {i, 1});
-    QVERIFY(!cover(path, {32, 32}).isNull());
 }
 
 void tst_CoverResponse::cancelDoesNothing()
