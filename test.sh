@@ -6,14 +6,18 @@ set -euo pipefail
 cd "$(dirname "$0")"
 
 usage() {
-    echo "usage: ./test.sh [--quick]   (--quick: the release build and its tests alone)" >&2
+    echo "usage: ./test.sh [--quick] [--long]" >&2
+    echo "  --quick: the release build and its tests alone" >&2
+    echo "  --long: random tests go on for longer, with other seeds each day" >&2
     exit 2
 }
 
 quick=false
+long=()
 for argument; do
     case $argument in
     --quick) quick=true ;;
+    --long) long=(--build-config Long) ;;
     *) usage ;;
     esac
 done
@@ -42,10 +46,10 @@ if ! $quick; then
     step "build: asan"
     build asan
     step "test: asan"
-    ctest --preset asan --parallel "$jobs" --no-tests=error "${once_more[@]}"
+    ctest --preset asan --parallel "$jobs" --no-tests=error "${long[@]}" "${once_more[@]}"
 fi
 
 step "build: release"
 build release
 step "checks and tests: release"
-ctest --preset release --parallel "$jobs" --no-tests=error "${once_more[@]}"
+ctest --preset release --parallel "$jobs" --no-tests=error "${long[@]}" "${once_more[@]}"
