@@ -23,7 +23,7 @@ struct WorkflowModel
         : world(itsWorld)
     {
         storagesAreReported();
-        changeFolder(QStringLiteral("/mnt/ext1/album"));
+        changeFolder(QStringLiteral("/mnt/ext1/Photo"));
     }
 
     // The overview.

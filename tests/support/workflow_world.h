@@ -37,7 +37,7 @@ public:
     ~WorkflowWorld()
     {
         for (const QString &picture : QSet<QString>(m_pictures))
-            setThere(picture, false);
+            QFile::remove(place(picture));
         QDir(QStringLiteral("/mnt/ext1/album")).removeRecursively();
     }
     WorkflowWorld(const WorkflowWorld &) = delete;
@@ -47,6 +47,8 @@ public:
     {
         static const QStringList all{
             QStringLiteral("/mnt/ext1/top.png"),
+            QStringLiteral("/mnt/ext1/Photo/05.jpg"),
+            QStringLiteral("/mnt/ext1/Photo/09.jpg"),
             QStringLiteral("/mnt/ext1/album/01.png"),
             QStringLiteral("/mnt/ext1/album/02.JPG"),
             QStringLiteral("/mnt/ext1/album/100% #1?.png"),
@@ -116,6 +118,7 @@ private:
     static const QStringList &allFolders()
     {
         static const QStringList all{
+            QStringLiteral("/mnt/ext1/Photo"),
             QStringLiteral("/mnt/ext1/album"),
             QStringLiteral("/mnt/ext1/album/empty"),
             QStringLiteral("/mnt/ext1/album/lake"),

@@ -42,7 +42,7 @@ public:
                          &FolderModel::storageChanged);
         QObject::connect(&playlists, &PlaylistModel::activeIdChanged, &settings,
                          [this] { settings.setActivePlaylist(static_cast<int>(playlists.activeId())); });
-        folders.changeFolder(u"/mnt/ext1/album"_s);
+        folders.changeFolder(u"/mnt/ext1/Photo"_s);
     }
 
     void act(const WorkflowWalk::Step &step);
