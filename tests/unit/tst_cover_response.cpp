@@ -61,6 +61,7 @@ private slots:
     void readWholeAndScaledBeforeItIsConverted();
     void parametersDoNotApply();
     void exifThumbnailAndTurnAreNotUsed();
+    void kindIsInTheContent();
     void cannotBeShown_data();
     void cannotBeShown();
     void cancelDoesNothing();
@@ -227,6 +228,15 @@ void tst_CoverResponse::exifThumbnailAndTurnAreNotUsed()
     cover(turned, {30, 30});
     QCOMPARE(cached(turned, {30, 30})->size(), QSize(30, 15));
     QCOMPARE(*cached(turned, {30, 30}), *cached(plain, {30, 30}));
+}
+
+void tst_CoverResponse::kindIsInTheContent()
+{
+    for (const char *name : {"a.jpg", "a.png", "a.bmp", "a.tiff", "a.svg"}) {
+        const QString path = m_test->folder.filePath(QString::fromLatin1(name));
+        QVERIFY(gradient({60, 30}).save(path, "JPG"));
+        QCOMPARE(cover(path, {30, 30}).size(), QSize(30, 15));
+    }
 }
 
 void tst_CoverResponse::cannotBeShown_data()

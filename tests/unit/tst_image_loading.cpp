@@ -30,6 +30,7 @@ private slots:
     void colourPanelKeepsColours();
     void transparencyIsDropped();
     void turnIsNotHonoured();
+    void kindIsInTheContent();
     void invertedScreen();
     void invertedColourScreen();
     void inversionIsKept();
@@ -196,6 +197,15 @@ void tst_ImageLoading::turnIsNotHonoured()
     file.write(bytes);
     file.close();
     QCOMPARE(readImage(path).size(), QSize(8, 4));
+}
+
+void tst_ImageLoading::kindIsInTheContent()
+{
+    for (const char *name : {"a.jpg", "a.png", "a.bmp", "a.tiff", "a.svg"}) {
+        const QString path = m_test->folder.filePath(QString::fromLatin1(name));
+        QVERIFY(gradient({2000, 1000}).save(path, "JPG"));
+        QCOMPARE(readImage(path).size(), QSize(758, 379));
+    }
 }
 
 void tst_ImageLoading::invertedScreen()
