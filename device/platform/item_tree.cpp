@@ -43,6 +43,13 @@ bool takesTaps(const QQuickItem *item)
         && item->property("acceptedButtons").value<Qt::MouseButtons>().testFlag(Qt::LeftButton);
 }
 
+/// Whether it stands for one row of a list, so that it has the keys for what is in it.
+bool isCell(const QQuickItem *item)
+{
+    const QQuickItem *content = item->parentItem();
+    return content && content->parentItem() && content->parentItem()->inherits("QQuickItemView");
+}
+
 bool canBePressed(const TreeNode &node)
 {
     QAccessibleInterface *accessible = accessibleInterface(node.item);
@@ -148,8 +155,7 @@ private:
             if (m_focus && (item == m_focus || item->isAncestorOf(m_focus)))
                 tellFocus(*node);
             siblings.push_back(std::move(*node));
-        } else if (item == m_focus) {
-            // The cell of a list has the keys for what is in it.
+        } else if (item == m_focus && isCell(item)) {
             const auto first = std::find_if(siblings.begin() + above, siblings.end(), canBePressed);
             if (first != siblings.end())
                 tellFocus(*first);

@@ -28,8 +28,8 @@ struct TreeNode
     QString value; ///< of a slider or a field
     QRect rectangle; ///< screen pixels, cut by each ancestor that clips, and by the screen
     bool enabled = true;
-    /// It gets the keys, or something that says nothing of itself gets them: what lies in that and can be
-    /// pressed, the first by painting, is focused, and where there is no such thing, what that lies in.
+    /// It gets the keys, or something that says nothing of itself gets them: the cell of a list, in which it
+    /// is the first by painting that can be pressed, or something in it.
     bool focused = false;
     std::optional<bool> checked; ///< nothing where it cannot be checked
     /// Wholly hidden: one opaque rectangle that is painted later, and is no part of the item itself, or a

@@ -256,12 +256,13 @@ void tst_PanelTree::focused()
         Row { objectName: "second"; y: 40 }
         Row { objectName: "around"; y: 80
               FocusScope { objectName: "scope"; width: 50; height: 30; Item { focus: true; width: 9; height: 9 } } }
-        Row { objectName: "list"; y: 160
-              Item { objectName: "cell"; width: 90; height: 30
+        ListView { objectName: "list"; y: 160; width: 100; height: 60; model: 2
+              delegate: Item { width: 90; height: 30
                      Text { text: "a text" }
                      Row { objectName: "hidden"; visible: false }
-                     Row { objectName: "in the cell"; width: 40 }
+                     Row { objectName: "in cell " + index; width: 40 }
                      Row { objectName: "also in it"; x: 50; width: 40 } } }
+        FocusScope { objectName: "no cell"; y: 240; width: 100; height: 30; Row { objectName: "in no cell" } }
         TextInput { objectName: "field"; y: 120; width: 100; height: 30; text: "typed" })");
     const auto focusedNames = [this] {
         QStringList names;
@@ -280,8 +281,12 @@ void tst_PanelTree::focused()
     QCOMPARE(focusedNames(), QStringList{u"typed"_s});
     focus(u"scope"_s); // nothing in it says anything, so what it lies in is told
     QCOMPARE(focusedNames(), QStringList{u"around"_s});
-    focus(u"cell"_s); // stands for what can be pressed in it
-    QCOMPARE(focusedNames(), QStringList{u"in the cell"_s});
+    focus(u"list"_s); // its cell stands for what can be pressed in that
+    QCOMPARE(focusedNames(), QStringList{u"in cell 0"_s});
+    m_window->findChild<QQuickItem *>(u"list"_s)->setProperty("currentIndex", 1);
+    QCOMPARE(focusedNames(), QStringList{u"in cell 1"_s});
+    focus(u"no cell"_s);
+    QCOMPARE(focusedNames(), QStringList());
 
     // The keys go to the window in front alone.
     const auto above = loadWindow(m_engine, "Window { y: 600; width: 100; height: 100; visible: true }");
