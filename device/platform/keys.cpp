@@ -23,9 +23,9 @@ struct NamedKey
     Key key;
 };
 
-// The page keys turn pages in lists as well; the menu key is the device's alone.
+// The page keys turn pages in lists as well, and the menu key opens the menu of an item.
 const std::array<NamedKey, 11> table{{
-    {u"menu", {23, std::nullopt}},
+    {u"menu", {23, Qt::Key_Menu}},
     {u"prev", {24, Qt::Key_PageUp}},
     {u"next", {25, Qt::Key_PageDown}},
     {u"page-up", {std::nullopt, Qt::Key_PageUp}},

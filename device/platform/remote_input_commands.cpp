@@ -65,7 +65,9 @@ void RemoteControl::addInputCommands()
             return;
         if (key->deviceCode)
             m_device.events.post(event::key, *key->deviceCode, 0);
-        if (key->qtKey && !m_inputContext.takeKey(*key->qtKey)) {
+        // A finger holds an item for its menu; which item has the focus shows without touch alone.
+        const bool ofTheDeviceAlone = key->qtKey == Qt::Key_Menu && m_device.profile.touch;
+        if (key->qtKey && !ofTheDeviceAlone && !m_inputContext.takeKey(*key->qtKey)) {
             const bool taken = keys::press(*key->qtKey, *key->qtKey == Qt::Key_Return ? u"\r"_s : QString());
             // Without touch the arrow keys are the only way to another item.
             if (!taken && !m_device.profile.touch)

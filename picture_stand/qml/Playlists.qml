@@ -146,8 +146,16 @@ Item {
                 grid.currentItem.forceActiveFocus()
             }
 
+            function openMenu() {
+                grid.currentIndex = index
+                const corner = mapToGlobal(0, 0)
+                Global.openContextMenuLoader(context_menu, playlistMenu, "ImageTextButton", "",
+                                             Qt.rect(corner.x, corner.y, width, height))
+            }
+
             Keys.onDownPressed: index + 1 < grid.count ? goTo(index + 1) : explorer_footer.takeFocus()
             Keys.onEnterPressed: wrapper.openPlaylist(playlist_id)
+            Keys.onMenuPressed: openMenu()
             Keys.onReturnPressed: wrapper.openPlaylist(playlist_id)
             Keys.onRightPressed: play_button.forceActiveFocus()
             Keys.onUpPressed: event => {
@@ -256,12 +264,7 @@ Item {
 
                 MouseAreaDelegate {
                     onClicked: wrapper.openPlaylist(row.playlist_id)
-                    onPressAndHold: {
-                        grid.currentIndex = row.index
-                        const corner = row.mapToGlobal(0, 0)
-                        Global.openContextMenuLoader(context_menu, playlistMenu, "ImageTextButton", "",
-                                                     Qt.rect(corner.x, corner.y, row.width, row.height))
-                    }
+                    onPressAndHold: row.openMenu()
                 }
             }
 

@@ -9,11 +9,11 @@
 
 /// Rows for the keys by their names, with the device's events and Qt's key that come of each: "events" and
 /// "qtKey", which is 0 for none.
-inline void addKeys()
+inline void addKeys(int menuKey)
 {
     QTest::addColumn<QStringList>("events");
     QTest::addColumn<int>("qtKey");
-    QTest::newRow("menu") << QStringList{QStringLiteral("25 23 0")} << 0;
+    QTest::newRow("menu") << QStringList{QStringLiteral("25 23 0")} << menuKey;
     QTest::newRow("prev") << QStringList{QStringLiteral("25 24 0")} << int(Qt::Key_PageUp);
     QTest::newRow("next") << QStringList{QStringLiteral("25 25 0")} << int(Qt::Key_PageDown);
     QTest::newRow("page-up") << QStringList() << int(Qt::Key_PageUp);

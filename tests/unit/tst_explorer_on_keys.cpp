@@ -1,7 +1,8 @@
-// The grid on a device with keys and without touch.
+// Grid and list on a device with keys and without touch.
 
-#include "explorer_fixture.h"
+#include "explorer_menu.h"
 #include "panel_application.h"
+#include "panel_remote.h"
 
 #include <device.h>
 
@@ -58,6 +59,9 @@ private slots:
     void centreOpensAndSelects();
     void pageKeys();
     void pageThatAllFits();
+    void menuKey_data();
+    void menuKey();
+    void menuKeyWhereAFingerOpensNone();
 
 private:
     std::unique_ptr<ExplorerFixture> m_test;
@@ -182,6 +186,60 @@ void tst_ExplorerOnKeys::pageThatAllFits()
         QTRY_COMPARE(framed(explorer), QList<int>{0});
         explorer.key(Qt::Key_PageDown);
         QCOMPARE(explorer.list()->property("contentY").toDouble(), 0.);
+    });
+}
+
+void tst_ExplorerOnKeys::menuKey_data()
+{
+    QTest::addColumn<FolderModel::FolderModelViewMode>("view");
+    QTest::addColumn<QString>("onward");
+
+    QTest::newRow("grid") << FolderModel::GridViewMode << u"right"_s;
+    QTest::newRow("list") << FolderModel::ListViewMode << u"down"_s;
+}
+
+void tst_ExplorerOnKeys::menuKey()
+{
+    QFETCH(FolderModel::FolderModelViewMode, view);
+    QFETCH(QString, onward);
+
+    const QStringList paths = m_test->pictures(3);
+    explore([&](RunningExplorer &explorer) {
+        explorer.openPlaylist(paths, FolderModel::NormalMode, view);
+        QTRY_COMPARE(framed(explorer), QList<int>{0});
+        PanelRemote remote;
+        const auto press = [&](const QString &name) {
+            return code(remote.ask(u"key"_s, {{u"name"_s, name}})) == u"ok";
+        };
+        explorer.folders()->setMode(FolderModel::SelectionMode);
+        QVERIFY(press(onward) && press(u"menu"_s));
+        QVERIFY(!explorer_menu::shown(explorer));
+        explorer.folders()->setMode(FolderModel::NormalMode);
+        QVERIFY(press(u"menu"_s));
+        QVERIFY(explorer_menu::shown(explorer));
+        QVERIFY(press(u"menu"_s)); // stays open
+        QVERIFY(explorer_menu::shown(explorer));
+        QCOMPARE(explorer_menu::rows(explorer).size(), 2);
+        QVERIFY(press(u"down"_s) && press(u"centre"_s)); // deletes
+        QTRY_COMPARE(explorer.cells(), 2);
+        QCOMPARE(explorer.playlists()->getImagesById(explorer.playlists()->activeId()),
+                 (QStringList{paths.at(0), paths.at(2)}));
+    });
+}
+
+void tst_ExplorerOnKeys::menuKeyWhereAFingerOpensNone()
+{
+    m_test->tree.make({u"a/"_s});
+    const QString path = m_test->picture(u"p.png"_s);
+    explore([&](RunningExplorer &explorer) {
+        explorer.onlyPlaylist({path});
+        explorer.openPicker(m_test->tree.top, PlaylistModel::AddMode, FolderModel::NormalMode);
+        QTRY_VERIFY(explorer.cell(3));
+        for (const int row : {0, 1, 3}) { // a folder, a blank cell, a picture that the playlist has
+            explorer.list()->setProperty("currentIndex", row);
+            explorer.key(Qt::Key_Menu);
+            QVERIFY(!explorer_menu::shown(explorer));
+        }
     });
 }
 

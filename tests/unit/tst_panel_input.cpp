@@ -278,7 +278,7 @@ void tst_PanelInput::badArguments()
 
 void tst_PanelInput::keys_data()
 {
-    addKeys();
+    addKeys(0);
 }
 
 void tst_PanelInput::keys()

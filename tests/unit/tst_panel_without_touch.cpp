@@ -118,7 +118,7 @@ void tst_PanelWithoutTouch::fingerIsNotSupported()
 
 void tst_PanelWithoutTouch::keys_data()
 {
-    addKeys();
+    addKeys(Qt::Key_Menu);
 }
 
 void tst_PanelWithoutTouch::keys()

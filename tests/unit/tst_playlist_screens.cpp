@@ -70,6 +70,7 @@ private slots:
     void cleanup() { m_test.reset(); }
 
     void rowOfTheOverview();
+    void menuKeyOnARow();
     void coversOfARow();
     void headerOfThePlaylist();
     void panelOfThePlaylist();
@@ -137,6 +138,18 @@ void tst_PlaylistScreens::rowOfTheOverview()
             row, [](const QQuickItem *item) { return item->metaObject()->indexOfProperty("hovered") >= 0; });
         QVERIFY(area);
         QCOMPARE(sceneRectangle(area), place.adjusted(0, 0, -dp(102), 0));
+    });
+}
+
+void tst_PlaylistScreens::menuKeyOnARow()
+{
+    runWithOne([&](RunningApp &running) {
+        WorkflowFixture::add(running, u"Other"_s, {});
+        QTRY_VERIFY(running.itemWith("cellHeight")->hasActiveFocus());
+        for (const Qt::Key key : {Qt::Key_Down, Qt::Key_Menu, Qt::Key_Down, Qt::Key_Down, Qt::Key_Return})
+            QTest::keyClick(running.window, key); // the last of the menu of the second row: delete
+        QCOMPARE(running.playlists()->count(), 1);
+        QCOMPARE(stored_database::rows(u"SELECT title FROM playlists"_s), QStringList{u"Mine"_s});
     });
 }
 

@@ -100,21 +100,18 @@ Item {
             readonly property int currentIndex: grid.currentIndex
             property int gridMargid // read by nobody
 
-            /// What a tap does; nothing in a blank cell.
-            function activate() {
-                for (let i = 0; i < children.length; ++i) {
-                    if (!children[i].visible)
-                        continue
-                    children[i].activate?.()
-                    return
-                }
+            /// The delegate on show.
+            function shown() {
+                return Array.from(children).find(child => child.visible)
             }
 
             height: grid.cellHeight
             width: grid.cellWidth
 
-            Keys.onEnterPressed: activate()
-            Keys.onReturnPressed: activate()
+            // What a tap does, and what a finger that stays does; nothing in a blank cell.
+            Keys.onEnterPressed: shown()?.activate?.()
+            Keys.onMenuPressed: shown()?.openMenu?.()
+            Keys.onReturnPressed: shown()?.activate?.()
 
             GridImageDelegate {
                 visible: model.type === StorageItemDataRoles.StorageItemFile

@@ -71,10 +71,20 @@ Item {
                     PlaylistModel.openImage(path)
             }
 
+            function openMenu() {
+                if (FolderModel.mode === FolderModelModeRoles.SelectionMode)
+                    return
+                const corner = image.mapToGlobal(0, 0)
+                Global.openContextMenuLoader(context_menu, imageMenu, "ImageTextButton", "",
+                                             Qt.rect(corner.x, corner.y, image.width, image.height))
+                context_menu.item.forceActiveFocus()
+            }
+
             height: grid.cellHeight
             width: grid.cellWidth
 
             Keys.onEnterPressed: activate()
+            Keys.onMenuPressed: openMenu()
             Keys.onReturnPressed: activate()
 
             Accessible.name: name
@@ -182,14 +192,7 @@ Item {
 
             MouseAreaDelegate {
                 onClicked: row.activate()
-                onPressAndHold: {
-                    if (FolderModel.mode === FolderModelModeRoles.SelectionMode)
-                        return
-                    const corner = image.mapToGlobal(0, 0)
-                    Global.openContextMenuLoader(context_menu, imageMenu, "ImageTextButton", "",
-                                                 Qt.rect(corner.x, corner.y, image.width, image.height))
-                    context_menu.item.forceActiveFocus()
-                }
+                onPressAndHold: row.openMenu()
             }
 
             LoaderNoSleep {

@@ -28,6 +28,17 @@ Rectangle {
             PlaylistModel.openImage(path)
     }
 
+    /// Nothing where the check circle or the greying would take the finger.
+    function openMenu() {
+        if (greying.visible || FolderModel.mode === FolderModelModeRoles.SelectionMode)
+            return
+        const corner = image.mapToGlobal(0, 0)
+        Global.openContextMenuLoader(
+            context_menu, PlaylistModel.mode === PlaylistDataRoles.ViewMode ? imageMenu : imageMenuSelect,
+            "ImageTextButton", "", Qt.rect(corner.x, corner.y, image.width, image.height))
+        context_menu.item.forceActiveFocus()
+    }
+
     function toggle() {
         FolderModel.selectFile(path, !selected)
     }
@@ -65,14 +76,7 @@ Rectangle {
 
         MouseAreaDelegate {
             onClicked: PlaylistModel.openImage(path)
-            onPressAndHold: {
-                const corner = image.mapToGlobal(0, 0)
-                Global.openContextMenuLoader(
-                    context_menu,
-                    PlaylistModel.mode === PlaylistDataRoles.ViewMode ? imageMenu : imageMenuSelect,
-                    "ImageTextButton", "", Qt.rect(corner.x, corner.y, image.width, image.height))
-                context_menu.item.forceActiveFocus()
-            }
+            onPressAndHold: wrapper.openMenu()
         }
 
         ExplorerLoadingImage {
