@@ -30,6 +30,7 @@ private slots:
     void closedOutside();
     void renamed_data();
     void renamed();
+    void keyboardAfterARename();
     void createdByReturn();
     void sameTitleTwice();
     void failingStore();
@@ -225,6 +226,18 @@ void tst_PlaylistTitles::renamed()
         QCOMPARE(running.playlists()->activeId(), m_mine); // stays
         QCOMPARE(titles(), QStringList{u"Ours"_s});
         QTRY_VERIFY(WorkflowFixture::button(running, u"Ours. 4"_s));
+    });
+}
+
+void tst_PlaylistTitles::keyboardAfterARename()
+{
+    runDialog(false, [&](RunningApp &running) {
+        QTRY_VERIFY(QGuiApplication::inputMethod()->isVisible());
+        QVERIFY(press(running, textOf("@OK")));
+        QTRY_VERIFY(!QGuiApplication::inputMethod()->isVisible());
+        QVERIFY(running.itemWith("cellHeight")->hasActiveFocus());
+        QVERIFY(openNew(running));
+        QTRY_VERIFY(QGuiApplication::inputMethod()->isVisible());
     });
 }
 

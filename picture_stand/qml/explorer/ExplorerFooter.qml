@@ -461,6 +461,10 @@ Item {
                 sourceComponent = title_dialog_inner
             else if (visible && item)
                 Qt.callLater(item.begin)
+            // A renamed row is made anew, and takes no focus back. Left in the dialog, the focus would bring no keyboard
+            // at the next title.
+            else if (item?.activeFocus)
+                wrapper.list?.forceActiveFocus()
         }
     }
 
