@@ -14,6 +14,30 @@ Window {
             SlideshowModel.switchHQUpdates(true)
             main_loader.sourceComponent = slideshow
             SlideshowModel.start()
+        } else if (view === "settings_slideshow") {
+            App.showPanel(true)
+            SlideshowModel.switchHQUpdates(false)
+            main_loader.sourceComponent = settings_slideshow
+        } else if (view === "settings_created_datetime") {
+            App.showPanel(true)
+            SlideshowModel.switchHQUpdates(false)
+            main_loader.sourceComponent = settings_created_datetime
+        } else if (view === "settings_current_datetime") {
+            App.showPanel(true)
+            SlideshowModel.switchHQUpdates(false)
+            main_loader.sourceComponent = settings_current_datetime
+        } else if (view === "settings_customize_created_date") {
+            App.showPanel(false)
+            SlideshowModel.switchHQUpdates(false)
+            App.updateScreen()
+            main_loader.sourceComponent = settings_customize_created_date
+            DeviceInfoProvider.requireFullUpdateHQ()
+        } else if (view === "settings_customize_current_date") {
+            App.showPanel(false)
+            SlideshowModel.switchHQUpdates(false)
+            App.updateScreen()
+            main_loader.sourceComponent = settings_customize_current_date
+            DeviceInfoProvider.requireFullUpdateHQ()
         } else if (view === "playlists") {
             App.showPanel(true)
             SlideshowModel.switchHQUpdates(false)
@@ -86,6 +110,51 @@ Window {
         id: info_message_inner
 
         InfoMessage {}
+    }
+
+    Component {
+        id: settings_customize_created_date
+
+        SettingsCustomizeCreatedDate {
+            onBack: App.changeView("settings_created_datetime")
+        }
+    }
+
+    Component {
+        id: settings_customize_current_date
+
+        SettingsCustomizeCurrentDate {
+            onBack: App.changeView("settings_current_datetime")
+        }
+    }
+
+    Component {
+        id: settings_slideshow
+
+        SettingsSlideshow {
+            onChangeView: view => App.changeView(view)
+            onBack: App.changeView(App.backView)
+        }
+    }
+
+    Component {
+        id: settings_created_datetime
+
+        SettingsCreatedDateTime {
+            title: qsTr("@PhotoCreatedDate")
+            onBack: App.changeView("settings_slideshow")
+            onCustomize: App.changeView("settings_customize_created_date")
+        }
+    }
+
+    Component {
+        id: settings_current_datetime
+
+        SettingsCurrentDateTime {
+            title: qsTr("@CurrentDateTime")
+            onBack: App.changeView("settings_slideshow")
+            onCustomize: App.changeView("settings_customize_current_date")
+        }
     }
 
     Component {

@@ -43,9 +43,17 @@ void tst_QmlModule::description()
                         "typeinfo picture_stand.qmltypes\n"
                         "prefer :/qt/qml/com/lindenreed/picture_stand/\n"
                         "Main 1.0 qml/Main.qml\n"
+                        "SettingsCurrentDateTime 1.0 qml/SettingsCurrentDateTime.qml\n"
+                        "SettingsSlideshow 1.0 qml/SettingsSlideshow.qml\n"
+                        "SpinBox 1.0 qml/SpinBox.qml\n"
                         "SlideshowMenu 1.0 qml/SlideshowMenu.qml\n"
                         "SlideShow 1.0 qml/SlideShow.qml\n"
                         "SettingsFrontlight 1.0 qml/SettingsFrontlight.qml\n"
+                        "SettingsCustomizeCreatedDate 1.0 qml/SettingsCustomizeCreatedDate.qml\n"
+                        "SettingsCustomizeCurrentDate 1.0 qml/SettingsCustomizeCurrentDate.qml\n"
+                        "PositionContextMenu 1.0 qml/PositionContextMenu.qml\n"
+                        "SettingsCustomizeDate 1.0 qml/SettingsCustomizeDate.qml\n"
+                        "SettingsCreatedDateTime 1.0 qml/SettingsCreatedDateTime.qml\n"
                         "RectangleCurrentDate 1.0 qml/RectangleCurrentDate.qml\n"
                         "RectangleCreatedDate 1.0 qml/RectangleCreatedDate.qml\n"
                         "Playlists 1.0 qml/Playlists.qml\n"
@@ -80,9 +88,17 @@ void tst_QmlModule::components_data()
     QTest::addColumn<QString>("path");
 
     QTest::newRow("Main") << u"qml/Main.qml"_s;
+    QTest::newRow("SettingsCurrentDateTime") << u"qml/SettingsCurrentDateTime.qml"_s;
+    QTest::newRow("SettingsSlideshow") << u"qml/SettingsSlideshow.qml"_s;
+    QTest::newRow("SpinBox") << u"qml/SpinBox.qml"_s;
     QTest::newRow("SlideshowMenu") << u"qml/SlideshowMenu.qml"_s;
     QTest::newRow("SlideShow") << u"qml/SlideShow.qml"_s;
     QTest::newRow("SettingsFrontlight") << u"qml/SettingsFrontlight.qml"_s;
+    QTest::newRow("SettingsCustomizeCreatedDate") << u"qml/SettingsCustomizeCreatedDate.qml"_s;
+    QTest::newRow("SettingsCustomizeCurrentDate") << u"qml/SettingsCustomizeCurrentDate.qml"_s;
+    QTest::newRow("PositionContextMenu") << u"qml/PositionContextMenu.qml"_s;
+    QTest::newRow("SettingsCustomizeDate") << u"qml/SettingsCustomizeDate.qml"_s;
+    QTest::newRow("SettingsCreatedDateTime") << u"qml/SettingsCreatedDateTime.qml"_s;
     QTest::newRow("RectangleCurrentDate") << u"qml/RectangleCurrentDate.qml"_s;
     QTest::newRow("RectangleCreatedDate") << u"qml/RectangleCreatedDate.qml"_s;
     QTest::newRow("Playlists") << u"qml/Playlists.qml"_s;

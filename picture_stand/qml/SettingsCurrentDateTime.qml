@@ -1,0 +1,106 @@
+// Whether a show tells the date and the time, and the way to how it does.
+import QtQuick 2.12
+import com.lindenreed.controls 1.0
+import com.lindenreed.controls 2.0 as LRControls2
+import com.lindenreed.picturestand 1.0
+
+Flickable {
+    id: wrapper
+
+    property string title
+
+    signal back()
+    signal customize()
+
+    boundsBehavior: contentHeight <= height ? Flickable.StopAtBounds : Flickable.DragAndOvershootBounds
+    clip: true
+    contentHeight: content.height // of the rows alone, by intent: the header scrolls away with them
+    flickableDirection: Flickable.VerticalFlick
+    pressDelay: GlobalValues.listPressDelay
+
+    Component.onCompleted: wrapper.forceActiveFocus()
+    // Without touch the keys begin at the first row.
+    onActiveFocusChanged: {
+        if (activeFocus && !DeviceInfoProvider.isTouchDevice)
+            menu_show.forceActiveFocus()
+    }
+    onMovementStarted: {
+        // Nothing here has this name: a line in the log, and the flick stays in the panel's normal mode. It has to be so.
+        const corner = content_wrapper.mapToGlobal(0, 0) // qmllint disable unqualified
+        DeviceInfoProvider.enterA2onFlick(corner.x, corner.y,
+                                          content_wrapper.width, // qmllint disable unqualified
+                                          content_wrapper.height) // qmllint disable unqualified
+    }
+
+    LRControls2.AppHeader {
+        id: header
+
+        anchors {
+            top: parent.top
+            left: parent.left
+            right: parent.right
+        }
+        closeAccessibleName: qsTr("@Back")
+        closeIcon: "image://resource/back"
+        closePressedIcon: "image://resource/back_inv"
+        title: wrapper.title
+        onClose: wrapper.back()
+    }
+
+    Column {
+        id: content
+
+        component Separator: DottedSeparator {
+            required property int sideMargin
+
+            anchors {
+                bottom: parent.bottom
+                left: parent.left
+                leftMargin: sideMargin
+                right: parent.right
+                rightMargin: sideMargin
+            }
+            color: GlobalValues.defaultSolidseparatorColor
+            height: GlobalValues.defaultSolidSeparatorThickness
+        }
+
+        anchors {
+            top: header.bottom
+            left: parent.left
+            leftMargin: GlobalValues.defaultListViewSideMargin - GlobalValues.listElementHoverFrameBorderRadius
+            right: parent.right
+            rightMargin: GlobalValues.defaultListViewSideMargin - GlobalValues.listElementHoverFrameBorderRadius
+        }
+
+        SettingsBitmapTextSwitcher {
+            id: menu_show
+
+            image_src: "image://resource/desktop_app_calendar"
+            image_src_pressed: "image://resource_inv/desktop_app_calendar"
+            switch_value: SettingsModel.current_date_show
+            title: qsTr("@Show_panel_time")
+            onAction: {
+                SettingsModel.current_date_show = !menu_show.switch_value
+                SettingsModel.saveConfig("current_date_show")
+            }
+
+            Separator {
+                sideMargin: menu_show.radius
+            }
+        }
+
+        SettingsBitmapTextTextButton {
+            id: menu_customize
+
+            image_src: "image://resource/scribble_text_tool"
+            image_src_pressed: "image://resource_inv/scribble_text_tool"
+            text: "..."
+            title: qsTr("@CustomizeFontAndPositioning")
+            onAction: wrapper.customize()
+
+            Separator {
+                sideMargin: menu_customize.radius
+            }
+        }
+    }
+}
