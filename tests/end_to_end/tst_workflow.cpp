@@ -163,17 +163,19 @@ void tst_Workflow::states_data()
     QTest::addColumn<QStringList>("steps");
     QTest::addColumn<QString>("button");
     QTest::addColumn<bool>("needsSelection");
+    QTest::addColumn<QStringList>("inStore");
 
+    const QStringList one{u"@DefaultPlaylist|10"_s};
     const QString open = u"touch Photos. 10"_s;
-    QTest::newRow("overview") << QStringList() << u"New playlist"_s << false;
-    QTest::newRow("playlist") << QStringList{open} << u"Play"_s << false;
+    QTest::newRow("overview") << QStringList() << u"New playlist"_s << false << one;
+    QTest::newRow("playlist") << QStringList{open} << u"Play"_s << false << one;
     QTest::newRow("playlist, selecting")
-        << QStringList{open, u"hold 01.jpg"_s, u"touch Select multiple"_s} << u"Delete"_s << true;
+        << QStringList{open, u"hold 01.jpg"_s, u"touch Select multiple"_s} << u"Delete"_s << true << one;
     QTest::newRow("adding") << QStringList{u"hold Photos. 10"_s, u"touch Add pictures to playlist"_s,
                                            u"touch This device"_s}
-                            << u"Add pictures"_s << true;
+                            << u"Add pictures"_s << true << one;
     QTest::newRow("creating") << QStringList{u"touch New playlist"_s, u"touch Continue"_s}
-                              << u"Create playlist"_s << true;
+                              << u"Create playlist"_s << true << one + QStringList{u"New playlist|0"_s};
 }
 
 void tst_Workflow::states()
@@ -181,11 +183,13 @@ void tst_Workflow::states()
     QFETCH(QStringList, steps);
     QFETCH(QString, button);
     QFETCH(bool, needsSelection);
+    QFETCH(QStringList, inStore);
 
     QFile::copy(u"/mnt/ext1/Photo/01.jpg"_s, u"/mnt/ext1/loose.jpg"_s); // beside what the playlist has
     QVERIFY(start());
     QVERIFY(walk(steps));
     QCOMPARE(isEnabled(button), !needsSelection);
+    QCOMPARE(stored(), inStore);
     const QImage before = m_device->screenshot();
     if (needsSelection) {
         QVERIFY(act(u"touch "_s + button)); // a disabled button lets nothing through to the list either
@@ -202,6 +206,7 @@ void tst_Workflow::transitions_data()
     QTest::addColumn<QStringList>("event");
     QTest::addColumn<QStringList>("shown");
     QTest::addColumn<QStringList>("after");
+    QTest::addColumn<int>("views"); // that are gone to
     QTest::addColumn<bool>("withLine");
 
     const QStringList overview;
@@ -215,26 +220,28 @@ void tst_Workflow::transitions_data()
     const QStringList atPlaylist{u"Photos"_s, u"Play"_s, u"Back"_s, u"01.jpg"_s};
     const QStringList atPicker{u"Cancel"_s, u"All"_s, u"Photo"_s, u"0 / 10"_s};
 
-    const auto row = [](const char *name, const QStringList &before, const QStringList &event,
-                        const QStringList &shown, const QStringList &after, bool withLine = false) {
-        QTest::newRow(name) << before << event << shown << after << withLine;
-    };
+    const auto row
+        = [](const char *name, const QStringList &before, const QStringList &event, const QStringList &shown,
+             const QStringList &after, int views = 1, bool withLine = false) {
+              QTest::newRow(name) << before << event << shown << after << views << withLine;
+          };
     row("overview, tap on a row", overview, playlist, atPlaylist, all);
     row("overview, assistive press on a row", overview, {u"press Photos. 10"_s}, atPlaylist, all);
     row("overview, dialog with a title", overview, creating, atPicker + QStringList{u"Create playlist"_s},
         all + QStringList{u"New playlist|0"_s});
     row("overview, menu, add", overview, adding, {u"Cancel"_s, u"Add pictures"_s}, all);
     row("overview, menu, rename", overview, {u"hold Photos. 10"_s, u"touch Rename"_s, u"touch OK"_s},
-        {u"Photos. 10"_s, u"New playlist"_s}, {u"Photos|10"_s});
-    row("playlist, plus", playlist, {u"touch Add pictures"_s}, {u"Cancel"_s, u"Add pictures"_s}, all, true);
+        {u"Photos. 10"_s, u"New playlist"_s}, {u"Photos|10"_s}, 0);
+    row("playlist, plus", playlist, {u"touch Add pictures"_s}, {u"Cancel"_s, u"Add pictures"_s}, all, 1,
+        true);
     row("playlist, back", playlist, {u"touch Back"_s}, atOverview, all);
     row("playlist, select several", playlist, {u"hold 01.jpg"_s, u"touch Select multiple"_s},
-        {u"Cancel"_s, u"Delete"_s, u"0 / 10"_s}, all);
+        {u"Cancel"_s, u"Delete"_s, u"0 / 10"_s}, all, 0);
     row("playlist, delete one by its menu", playlist, {u"hold 01.jpg"_s, u"touch Delete"_s},
-        {u"Photos"_s, u"Play"_s, u"02.jpg"_s}, {u"@DefaultPlaylist|9"_s});
-    row("selecting, cancel", selecting, {u"touch 01.jpg"_s, u"touch Cancel"_s}, atPlaylist, all);
+        {u"Photos"_s, u"Play"_s, u"02.jpg"_s}, {u"@DefaultPlaylist|9"_s}, 0);
+    row("selecting, cancel", selecting, {u"touch 01.jpg"_s, u"touch Cancel"_s}, atPlaylist, all, 0);
     row("selecting, delete", selecting, {u"touch 01.jpg"_s, u"touch 03.jpg"_s, u"touch Delete"_s},
-        {u"Photos"_s, u"Play"_s, u"02.jpg"_s}, {u"@DefaultPlaylist|8"_s});
+        {u"Photos"_s, u"Play"_s, u"02.jpg"_s}, {u"@DefaultPlaylist|8"_s}, 0);
     row("creating, add", creating, pick + QStringList{u"touch Create playlist"_s},
         {u"New playlist"_s, u"Play"_s, u"01.jpg"_s, messageOfTwo}, all + QStringList{u"New playlist|2"_s});
     row("creating, cancel", creating, pick + QStringList{u"touch Cancel"_s}, atOverview, all);
@@ -247,6 +254,7 @@ void tst_Workflow::transitions()
     QFETCH(QStringList, event);
     QFETCH(QStringList, shown);
     QFETCH(QStringList, after);
+    QFETCH(int, views);
     QFETCH(bool, withLine);
 
     QVERIFY(start());
@@ -260,11 +268,19 @@ void tst_Workflow::transitions()
     if (withLine)
         m_expectedErrors.append("ReferenceError: select_photos_loader is not defined");
 
-    // No show is begun on any of these ways, and no picture's file is touched.
+    // Each view has the panel. No show is begun on any of these ways, and no picture's file is touched.
     const QJsonArray journal = m_device->journal();
-    for (qsizetype i = calls; i < journal.size(); ++i)
-        QVERIFY(journal.at(i).toObject().value("name"_L1) != "SetAutoPowerOff"_L1);
-    QCOMPARE(m_device->state().value("panel"_L1).toObject().value("type"_L1).toInt(), 1);
+    QStringList panels;
+    for (qsizetype i = calls; i < journal.size(); ++i) {
+        const QJsonObject call = journal.at(i).toObject();
+        QVERIFY(call.value("name"_L1) != "SetAutoPowerOff"_L1);
+        if (call.value("name"_L1) == "SetPanelType"_L1)
+            panels.append(call.value("arguments"_L1).toArray().first().toString());
+    }
+    QCOMPARE(panels, QStringList(views, u"1"_s));
+    const QJsonObject state = m_device->state();
+    QCOMPARE(state.value("panel"_L1).toObject().value("type"_L1).toInt(), 1);
+    QVERIFY(state.value("power"_L1).toObject().value("auto_power_off"_L1).toBool());
     QCOMPARE(QDir(u"/mnt/ext1/Photo"_s).entryList(QDir::Files).size(), 10);
 }
 
