@@ -1,7 +1,6 @@
 // The menu of a picture in the grid: when it opens, what it offers, and who has the keys afterwards.
 
-#include "accessible_items.h"
-#include "explorer_fixture.h"
+#include "explorer_menu.h"
 #include "panel_application.h"
 #include "panel_remote.h"
 
@@ -12,60 +11,13 @@
 using namespace Qt::StringLiterals;
 using lindenreed::device::Device;
 using lindenreed::picture_stand::FolderModel;
+namespace menu = explorer_menu;
 
 namespace {
 
 QQuickItem *delegate(const RunningExplorer &explorer, int row)
 {
     return explorer.cell(row)->childItems().first();
-}
-
-/// The menu that is open; null where none is.
-QQuickItem *menu(const RunningExplorer &explorer)
-{
-    for (QQuickItem *loader : explorer.window->contentItem()->childItems()) {
-        auto *item = loader->property("item").value<QQuickItem *>();
-        if (item && item->isVisible() && item->metaObject()->indexOfProperty("radioBtnDontCheckChecked") >= 0)
-            return item;
-    }
-    return nullptr;
-}
-
-/// "text icon" of each row.
-QStringList rows(const RunningExplorer &explorer)
-{
-    QStringList found;
-    const std::function<void(QQuickItem *)> collect = [&](QQuickItem *item) {
-        if (item->metaObject()->indexOfProperty("hasRadioSign") >= 0)
-            found.append(item->property("text").toString() + u' ' + item->property("icon").toString());
-        const QList<QQuickItem *> children = item->childItems();
-        for (QQuickItem *child : children)
-            collect(child);
-    };
-    collect(menu(explorer));
-    return found;
-}
-
-QString text(const char *key)
-{
-    return QString::fromUtf8(GetLangText(key));
-}
-
-void hold(const RunningExplorer &explorer, int row)
-{
-    const QPoint point = RunningExplorer::centreOf(explorer.cell(row));
-    QTest::mousePress(explorer.window, Qt::LeftButton, {}, point);
-    QTRY_VERIFY(menu(explorer));
-    QTest::mouseRelease(explorer.window, Qt::LeftButton, {}, point);
-}
-
-/// Presses a row of the menu.
-void choose(const RunningExplorer &explorer, const char *key)
-{
-    QQuickItem *const row = findAccessible(menu(explorer), QAccessible::MenuItem, text(key));
-    QVERIFY(row);
-    explorer.tap(row);
-    QTRY_VERIFY(!menu(explorer));
 }
 
 } // namespace
@@ -106,11 +58,12 @@ void tst_ExplorerMenu::rowsOfAPlaylist()
     explore([&](RunningExplorer &explorer) {
         explorer.openPlaylist(m_paths);
         QTRY_VERIFY(explorer.cell(3));
-        hold(explorer, 1);
-        QCOMPARE(rows(explorer),
-                 (QStringList{text("@SelectMultiple") + u" checkbox_on"_s, text("@Delete") + u" trash"_s}));
-        QVERIFY(menu(explorer)->property("title").toString().isEmpty());
-        QVERIFY(menu(explorer)->hasActiveFocus());
+        menu::hold(explorer, 1);
+        QCOMPARE(menu::rows(explorer),
+                 (QStringList{menu::text("@SelectMultiple") + u" checkbox_on"_s,
+                              menu::text("@Delete") + u" trash"_s}));
+        QVERIFY(menu::shown(explorer)->property("title").toString().isEmpty());
+        QVERIFY(menu::shown(explorer)->hasActiveFocus());
     });
 }
 
@@ -130,9 +83,9 @@ void tst_ExplorerMenu::rowsInOtherModes()
         explorer.onlyPlaylist({});
         explorer.openPicker(m_test->tree.top, mode, FolderModel::NormalMode);
         QTRY_VERIFY(explorer.cell(3));
-        hold(explorer, 1);
-        QCOMPARE(rows(explorer), QStringList{text("@SelectMultiple") + u" checkbox_on"_s});
-        choose(explorer, "@SelectMultiple");
+        menu::hold(explorer, 1);
+        QCOMPARE(menu::rows(explorer), QStringList{menu::text("@SelectMultiple") + u" checkbox_on"_s});
+        menu::choose(explorer, "@SelectMultiple");
         QCOMPARE(explorer.folders()->mode(), FolderModel::SelectionMode);
     });
 }
@@ -151,14 +104,14 @@ void tst_ExplorerMenu::loadedOnFirstUse()
             return count;
         };
         QCOMPARE(loaded(), 0);
-        hold(explorer, 0);
+        menu::hold(explorer, 0);
         QCOMPARE(loaded(), 1);
-        QCOMPARE(menu(explorer)->size(), explorer.window->contentItem()->size());
-        const QQuickItem *const first = menu(explorer);
+        QCOMPARE(menu::shown(explorer)->size(), explorer.window->contentItem()->size());
+        const QQuickItem *const first = menu::shown(explorer);
         explorer.key(Qt::Key_Escape);
-        QTRY_VERIFY(!menu(explorer));
-        hold(explorer, 0);
-        QCOMPARE(menu(explorer), first);
+        QTRY_VERIFY(!menu::shown(explorer));
+        menu::hold(explorer, 0);
+        QCOMPARE(menu::shown(explorer), first);
     });
 }
 
@@ -168,12 +121,12 @@ void tst_ExplorerMenu::belongsToThePicture()
         explorer.openPlaylist(m_paths);
         QTRY_VERIFY(explorer.cell(3));
         for (const int row : {1, 3}) {
-            hold(explorer, row);
+            menu::hold(explorer, row);
             const QQuickItem *const image = RunningExplorer::below(delegate(explorer, row), "sourceSize");
-            QCOMPARE(menu(explorer)->property("globalArea").toRectF(),
+            QCOMPARE(menu::shown(explorer)->property("globalArea").toRectF(),
                      QRectF(image->mapToGlobal(QPointF()), image->size()));
             explorer.key(Qt::Key_Escape);
-            QTRY_VERIFY(!menu(explorer));
+            QTRY_VERIFY(!menu::shown(explorer));
         }
     });
 }
@@ -183,9 +136,9 @@ void tst_ExplorerMenu::opensNothing()
     explore([&](RunningExplorer &explorer) {
         explorer.openPlaylist(m_paths);
         QTRY_VERIFY(explorer.cell(3));
-        hold(explorer, 0);
+        menu::hold(explorer, 0);
         explorer.key(Qt::Key_Escape);
-        QTRY_VERIFY(!menu(explorer));
+        QTRY_VERIFY(!menu::shown(explorer));
         explorer.tap(explorer.cell(1));
         QTRY_COMPARE(Device::instance()->viewer.opened(), QStringList{m_paths.at(1)});
     });
@@ -203,10 +156,10 @@ void tst_ExplorerMenu::noneInSelection()
                 u"hold"_s, {{u"x"_s, point.x()}, {u"y"_s, point.y() + PanelHeight()}, {u"ms"_s, 1000}}));
         };
         QCOMPARE(holdFirst(), u"ok"_s);
-        QVERIFY(!menu(explorer));
+        QVERIFY(!menu::shown(explorer));
         explorer.folders()->setMode(FolderModel::NormalMode);
         QCOMPARE(holdFirst(), u"ok"_s); // the same finger where it has something to do
-        QVERIFY(menu(explorer));
+        QVERIFY(menu::shown(explorer));
     });
 }
 
@@ -215,8 +168,8 @@ void tst_ExplorerMenu::selecting()
     explore([&](RunningExplorer &explorer) {
         explorer.openPlaylist(m_paths);
         QTRY_VERIFY(explorer.cell(3));
-        hold(explorer, 2);
-        choose(explorer, "@SelectMultiple");
+        menu::hold(explorer, 2);
+        menu::choose(explorer, "@SelectMultiple");
         QCOMPARE(explorer.folders()->mode(), FolderModel::SelectionMode);
         QCOMPARE(explorer.folders()->countSelected(), 0);
         QVERIFY(delegate(explorer, 2)->hasActiveFocus());
@@ -230,8 +183,8 @@ void tst_ExplorerMenu::deleting()
     explore([&](RunningExplorer &explorer) {
         explorer.openPlaylist(m_paths);
         QTRY_VERIFY(explorer.cell(3));
-        hold(explorer, 1);
-        choose(explorer, "@Delete");
+        menu::hold(explorer, 1);
+        menu::choose(explorer, "@Delete");
         const QStringList left{m_paths.at(0), m_paths.at(2), m_paths.at(3)};
         QCOMPARE(explorer.playlists()->getImagesById(explorer.playlists()->activeId()), left);
         QTRY_COMPARE(explorer.cells(), 3);
@@ -251,8 +204,8 @@ void tst_ExplorerMenu::deletingTheLast()
     explore([&](RunningExplorer &explorer) {
         explorer.openPlaylist({m_paths.at(0)});
         QTRY_VERIFY(explorer.cell(0));
-        hold(explorer, 0);
-        choose(explorer, "@Delete");
+        menu::hold(explorer, 0);
+        menu::choose(explorer, "@Delete");
         QCOMPARE(explorer.folders()->countFiles(), 0);
         QTRY_VERIFY(!explorer.list() || !explorer.list()->isVisible());
     });
@@ -263,9 +216,9 @@ void tst_ExplorerMenu::tapOutside()
     explore([&](RunningExplorer &explorer) {
         explorer.openPlaylist(m_paths);
         QTRY_VERIFY(explorer.cell(3));
-        hold(explorer, 0);
+        menu::hold(explorer, 0);
         explorer.tap(QPoint(explorer.window->width() / 2, explorer.window->height() - 40));
-        QTRY_VERIFY(!menu(explorer));
+        QTRY_VERIFY(!menu::shown(explorer));
         QVERIFY(delegate(explorer, 0)->hasActiveFocus());
         QCOMPARE(explorer.folders()->mode(), FolderModel::NormalMode);
         QCOMPARE(explorer.app.currentView(), u"playlist"_s);
@@ -277,9 +230,9 @@ void tst_ExplorerMenu::backKey()
     explore([&](RunningExplorer &explorer) {
         explorer.openPlaylist(m_paths);
         QTRY_VERIFY(explorer.cell(3));
-        hold(explorer, 3);
+        menu::hold(explorer, 3);
         explorer.key(Qt::Key_Back);
-        QTRY_VERIFY(!menu(explorer));
+        QTRY_VERIFY(!menu::shown(explorer));
         QVERIFY(delegate(explorer, 3)->hasActiveFocus());
         explorer.key(Qt::Key_PageDown); // reaches the grid, which has only one page
         QCOMPARE(explorer.list()->property("contentY").toDouble(), 0.);
