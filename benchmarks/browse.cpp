@@ -5,6 +5,7 @@
 
 #include "device_run.h"
 #include "photographs.h"
+#include "program.h"
 
 #include <QDir>
 #include <QFile>
@@ -45,9 +46,5 @@ BENCHMARK(browse)
 
 int main(int argc, char *argv[])
 {
-    const QCoreApplication application(argc, argv);
-    benchmark::Initialize(&argc, argv);
-    benchmark::RunSpecifiedBenchmarks();
-    benchmark::Shutdown();
-    return 0;
+    return benchmarks::run<QCoreApplication>(argc, argv);
 }

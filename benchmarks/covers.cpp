@@ -4,6 +4,7 @@
 // "peak MiB" is by how much the resident memory grew, "largest MiB" what one of the largest takes.
 
 #include "photographs.h"
+#include "program.h"
 
 #include <cover_cache.h>
 #include <cover_provider.h>
@@ -175,10 +176,7 @@ BENCHMARK(fifty)->ArgName("threads")->Arg(2)->Arg(3)->UseManualTime()->Iteration
 int main(int argc, char *argv[])
 {
     qputenv("QT_QPA_PLATFORM", "minimal");
-    const QGuiApplication application(argc, argv);
-    QLoggingCategory::setFilterRules(u"qt.gui.imageio=false"_s); // what is refused
-    benchmark::Initialize(&argc, argv);
-    benchmark::RunSpecifiedBenchmarks();
-    benchmark::Shutdown();
-    return 0;
+    return benchmarks::run<QGuiApplication>(argc, argv, [] {
+        QLoggingCategory::setFilterRules(u"qt.gui.imageio=false"_s); // what is refused
+    });
 }

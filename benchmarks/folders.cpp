@@ -1,6 +1,8 @@
 // Opening a folder of pictures on the main thread: the rows of the list, and the thumbnails that are begun
 // for what is listed. The reference lists the same folder twice and does nothing with it.
 
+#include "program.h"
+
 #include <cover_provider.h>
 #include <folder_model.h>
 
@@ -96,9 +98,5 @@ BENCHMARK(twoListings)->Apply(folders);
 int main(int argc, char *argv[])
 {
     qputenv("QT_QPA_PLATFORM", "minimal");
-    const QGuiApplication application(argc, argv);
-    benchmark::Initialize(&argc, argv);
-    benchmark::RunSpecifiedBenchmarks();
-    benchmark::Shutdown();
-    return 0;
+    return benchmarks::run<QGuiApplication>(argc, argv);
 }

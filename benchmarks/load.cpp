@@ -2,6 +2,7 @@
 // the cache. The references decode the whole file and scale then, and scale without tone and dither.
 
 #include "photographs.h"
+#include "program.h"
 #include "rates.h"
 
 #include <facts.h>
@@ -117,9 +118,5 @@ BENCHMARK(requestReference)->Apply(oneFile);
 int main(int argc, char *argv[])
 {
     qputenv("QT_QPA_PLATFORM", "minimal");
-    const QGuiApplication application(argc, argv);
-    benchmark::Initialize(&argc, argv);
-    benchmark::RunSpecifiedBenchmarks();
-    benchmark::Shutdown();
-    return 0;
+    return benchmarks::run<QGuiApplication>(argc, argv);
 }

@@ -8,6 +8,7 @@
 
 #include "device_run.h"
 #include "photographs.h"
+#include "program.h"
 
 #include <QDir>
 #include <QFile>
@@ -70,9 +71,5 @@ BENCHMARK(add)
 
 int main(int argc, char *argv[])
 {
-    const QCoreApplication application(argc, argv);
-    benchmark::Initialize(&argc, argv);
-    benchmark::RunSpecifiedBenchmarks();
-    benchmark::Shutdown();
-    return 0;
+    return benchmarks::run<QCoreApplication>(argc, argv);
 }

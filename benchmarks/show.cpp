@@ -8,6 +8,7 @@
 #include "device_run.h"
 #include "exif_builder.h"
 #include "photographs.h"
+#include "program.h"
 
 #include <benchmark/benchmark.h>
 
@@ -85,10 +86,5 @@ void registerRows()
 
 int main(int argc, char *argv[])
 {
-    const QCoreApplication application(argc, argv);
-    benchmark::Initialize(&argc, argv);
-    registerRows();
-    benchmark::RunSpecifiedBenchmarks();
-    benchmark::Shutdown();
-    return 0;
+    return benchmarks::run<QCoreApplication>(argc, argv, registerRows);
 }

@@ -2,6 +2,8 @@
 // resident memory. Ten pictures in each playlist, device root on disk and already in the cache of the file
 // system.
 
+#include "program.h"
+
 #include <benchmark/benchmark.h>
 
 #include <control_client.h>
@@ -173,9 +175,5 @@ BENCHMARK(startToFirstRefresh)
 
 int main(int argc, char *argv[])
 {
-    const QCoreApplication application(argc, argv);
-    benchmark::Initialize(&argc, argv);
-    benchmark::RunSpecifiedBenchmarks();
-    benchmark::Shutdown();
-    return 0;
+    return benchmarks::run<QCoreApplication>(argc, argv);
 }
