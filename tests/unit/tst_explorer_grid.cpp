@@ -1,6 +1,6 @@
 // The grid of folders, storages and pictures: its measures, which cell stands for which row, and its keys.
 
-#include "explorer_fixture.h"
+#include "explorer_lists.h"
 #include "panel_application.h"
 
 #include <QQmlComponent>
@@ -9,7 +9,6 @@
 #include <memory>
 
 using namespace Qt::StringLiterals;
-using lindenreed::device::Device;
 
 namespace {
 
@@ -84,16 +83,7 @@ void tst_ExplorerGrid::properties()
         QCOMPARE(wrapper->property("countImagesInRow").toInt(), 3);
         QCOMPARE(wrapper->property("sideMargin").toInt(), 34); // 48 of 300 dpi
         QCOMPARE(wrapper->property("gridMargin").toInt(), 14); // 20 of 300 dpi
-        const QQuickItem *const list = explorer.list();
-        QVERIFY(list->clip());
-        QVERIFY(list->property("keyNavigationEnabled").toBool());
-        QCOMPARE(list->property("pressDelay").toInt(), 120);
-        QCOMPARE(list->property("model").value<QObject *>(), explorer.folders());
-        const auto *foot = list->property("footerItem").value<QQuickItem *>();
-        QVERIFY(foot);
-        QCOMPARE(foot->height(), explorer.measure(u"GlobalValues.scrollListButtonsHeight"_s));
-        QCOMPARE(foot->width(), list->width());
-        QCOMPARE(explorer.footer()->size(), wrapper->size());
+        explorer_lists::compareProperties(explorer);
     });
 }
 
@@ -338,11 +328,7 @@ void tst_ExplorerGrid::focusGoesToTheGrid()
     m_test->pictures(1);
     explore([&](RunningExplorer &explorer) {
         explorer.openPicker(m_test->tree.top);
-        QTRY_VERIFY(explorer.list()->hasActiveFocus());
-        explorer.footer()->forceActiveFocus();
-        QVERIFY(!explorer.list()->hasActiveFocus());
-        explorer.explorer()->forceActiveFocus();
-        QVERIFY(explorer.list()->hasActiveFocus());
+        explorer_lists::focusIsPassedOn(explorer);
     });
 }
 
@@ -352,19 +338,7 @@ void tst_ExplorerGrid::dragIsFast()
     explore([&](RunningExplorer &explorer) {
         explorer.openPicker(m_test->tree.top);
         QTRY_VERIFY(explorer.cell(0));
-        const QQuickItem *const list = explorer.list();
-        const QSignalSpy wanted(&Device::instance()->screen, &lindenreed::device::Screen::fastModeWanted);
-        const QPoint start(300, 700);
-        QTest::mousePress(explorer.window, Qt::LeftButton, {}, start);
-        for (int step = 1; step <= 8; ++step)
-            QTest::mouseMove(explorer.window, start - QPoint(0, step * 20), 20);
-        QTRY_COMPARE(wanted.count(), 1);
-        QTest::mouseRelease(explorer.window, Qt::LeftButton, {}, start - QPoint(0, 160));
-        const QPoint corner = list->mapToScene(QPointF()).toPoint();
-        QCOMPARE(wanted.first().first().toRect(),
-                 QRect(corner.x(), PanelHeight() + corner.y(), ScreenWidth(), int(list->height()))
-                     & QRect(0, 0, ScreenWidth(), ScreenHeight()));
-        QTRY_VERIFY(!list->property("moving").toBool());
+        explorer_lists::dragIsFast(explorer.window, explorer.list());
     });
 }
 

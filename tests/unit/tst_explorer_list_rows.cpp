@@ -25,6 +25,8 @@ private slots:
     void tapOpens();
     void tapOpensWhatHasGone();
     void tapSelects();
+    void returnKeys_data();
+    void returnKeys();
     void forAssistiveInput();
     void pressFrame();
     void menu();
@@ -100,6 +102,30 @@ void tst_ExplorerListRows::tapSelects()
         explorer.tap(explorer.cell(1));
         QTRY_COMPARE(explorer.folders()->getSelected(), QStringList{m_paths.at(2)});
         QCOMPARE(opened(), QByteArrayList());
+    });
+}
+
+void tst_ExplorerListRows::returnKeys_data()
+{
+    QTest::addColumn<Qt::Key>("key");
+
+    QTest::newRow("Return") << Qt::Key_Return;
+    QTest::newRow("Enter") << Qt::Key_Enter;
+}
+
+void tst_ExplorerListRows::returnKeys()
+{
+    QFETCH(Qt::Key, key);
+
+    inAList(FolderModel::NormalMode, [&](RunningExplorer &explorer) {
+        QTRY_VERIFY(explorer.list()->hasActiveFocus());
+        explorer.key(Qt::Key_Down);
+        explorer.key(key);
+        QCOMPARE(opened().size(), 1);
+        QVERIFY(opened().first().contains(m_paths.at(1).toUtf8()));
+        explorer.folders()->setMode(FolderModel::SelectionMode);
+        explorer.key(key);
+        QCOMPARE(explorer.folders()->getSelected(), QStringList{m_paths.at(1)});
     });
 }
 

@@ -1,10 +1,10 @@
 // The overview of all playlists: its measures, its rows, and the way into a show.
 
+#include "explorer_lists.h"
 #include "panel_application.h"
 #include "running_app.h"
 #include "stored_database.h"
 
-#include <device.h>
 #include <slateview.h>
 #include <slateview_testing.h>
 
@@ -21,7 +21,6 @@
 #include <memory>
 
 using namespace Qt::StringLiterals;
-using lindenreed::device::Device;
 using lindenreed::device::DeviceForTest;
 using lindenreed::picture_stand::App;
 using lindenreed::picture_stand::SlideshowModel;
@@ -239,21 +238,7 @@ void tst_PlaylistsScreen::dragIsFast()
     QCOMPARE(runApp(app,
                     [&](RunningApp &running) {
                         onlyPlaylist(running, {});
-                        const QQuickItem *const list = grid(running);
-                        QSignalSpy wanted(&Device::instance()->screen,
-                                          &lindenreed::device::Screen::fastModeWanted);
-                        const QPoint start(300, 700);
-                        QTest::mousePress(running.window, Qt::LeftButton, {}, start);
-                        for (int step = 1; step <= 8; ++step)
-                            QTest::mouseMove(running.window, start - QPoint(0, step * 20), 20);
-                        QTRY_COMPARE(wanted.count(), 1);
-                        QTest::mouseRelease(running.window, Qt::LeftButton, {}, start - QPoint(0, 160));
-                        const int left = int(list->x());
-                        QCOMPARE(
-                            wanted.first().first().toRect(),
-                            QRect(left, PanelHeight() + int(list->y()), ScreenWidth(), int(list->height()))
-                                & QRect(0, 0, ScreenWidth(), ScreenHeight()));
-                        QTRY_VERIFY(!list->property("moving").toBool());
+                        explorer_lists::dragIsFast(running.window, grid(running));
                     }),
              0);
 }
