@@ -14,6 +14,7 @@
 #include <QRect>
 #include <QTest>
 
+#include <chrono>
 #include <optional>
 
 /// The picture frame, started in the device root that the test itself runs in. Its end ends the program.
@@ -28,12 +29,16 @@ public:
         }
     }
 
+    static QString programPath()
+    {
+        return QCoreApplication::applicationDirPath() + QStringLiteral("/picture_stand");
+    }
+
     /// Waits until the first screen is complete.
     bool start()
     {
         m_program.setProcessChannelMode(QProcess::SeparateChannels);
-        m_program.start(QCoreApplication::applicationDirPath() + QStringLiteral("/picture_stand"),
-                        QStringList());
+        m_program.start(programPath(), QStringList());
         if (!m_program.waitForStarted())
             return false;
         const auto connectedOrOver = [this] {
@@ -43,9 +48,10 @@ public:
         return QTest::qWaitFor(connectedOrOver, 20'000) && m_client && idle();
     }
 
-    QJsonObject ask(const QString &command, const QJsonObject &members = {})
+    QJsonObject ask(const QString &command, const QJsonObject &members = {},
+                    std::chrono::milliseconds limit = std::chrono::seconds(40))
     {
-        return m_client->ask(command, members);
+        return m_client->ask(command, members, limit);
     }
     bool does(const QString &command, const QJsonObject &members = {})
     {

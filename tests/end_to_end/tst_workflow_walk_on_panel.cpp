@@ -33,12 +33,7 @@ void tst_WorkflowWalkOnPanel::sameAsTheModel()
     WalkingDevice::meetFirstRun(model);
     WalkingDevice device;
     QVERIFY(device.start());
-    const auto pullMedia = qScopeGuard([&] {
-        for (const auto medium : {WorkflowWorld::Card, WorkflowWorld::Usb}) {
-            device.ask(medium == WorkflowWorld::Card ? u"card"_s : u"usb"_s, {{u"in"_s, false}});
-            world.setIn(medium, false);
-        }
-    });
+    const auto pullMedia = qScopeGuard([&] { device.pullMedia(world); });
     const WorkflowWitness witness;
     WorkflowWalk walk(seed, WalkingDevice::bounds());
     QStringList lately;

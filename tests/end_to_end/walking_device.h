@@ -122,6 +122,15 @@ public:
         return QTest::qWaitFor(asExpected, 10'000) ? QString() : wrong;
     }
 
+    void pullMedia(WorkflowWorld &world)
+    {
+        for (const auto medium : {WorkflowWorld::Card, WorkflowWorld::Usb}) {
+            ask(medium == WorkflowWorld::Card ? QStringLiteral("card") : QStringLiteral("usb"),
+                {{QStringLiteral("in"), false}});
+            world.setIn(medium, false);
+        }
+    }
+
     /// Reads the screen anew.
     void look() { m_items = items(); }
 

@@ -22,6 +22,17 @@ struct WorkflowModel
     explicit WorkflowModel(WorkflowWorld &itsWorld)
         : world(itsWorld)
     {
+        start();
+    }
+    /// Whatever was going on before, what is stored stays.
+    void start()
+    {
+        activeId = -1;
+        mode = AllViewMode;
+        selecting = true;
+        selected.clear();
+        ignored.clear();
+        showsList = false;
         storagesAreReported();
         changeFolder(QStringLiteral("/mnt/ext1/Photo"));
     }
@@ -198,18 +209,18 @@ struct WorkflowModel
     {
         return row.kind == File && !(mode == AddMode && pictures.value(activeId).contains(row.path));
     }
-    /// The rows of the three tables, in the order of ids, urls and scopes.
+    /// What the three tables have, in the order of ids, urls and scopes.
     QStringList stored() const
     {
         QStringList lines;
         for (auto title = titles.cbegin(); title != titles.cend(); ++title)
-            lines.append(QStringLiteral("%1 ").arg(title.key()) + title.value());
+            lines.append(QStringLiteral("title %1 ").arg(title.key()) + title.value());
         for (auto each = pictures.cbegin(); each != pictures.cend(); ++each) {
             for (const QString &path : picturesOf(each.key()))
-                lines.append(QStringLiteral("%1 ").arg(each.key()) + path);
+                lines.append(QStringLiteral("picture %1 ").arg(each.key()) + path);
         }
         for (auto each = intervals.cbegin(); each != intervals.cend(); ++each)
-            lines.append(QStringLiteral("%1 %2").arg(each.key()).arg(each.value()));
+            lines.append(QStringLiteral("interval %1 %2").arg(each.key()).arg(each.value()));
         return lines;
     }
 

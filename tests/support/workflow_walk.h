@@ -70,11 +70,8 @@ public:
                                        "move medium",
                                        "look at storages",
                                        "vanish or return"};
-            return QStringLiteral("%1 (%2, \"%3\", %4)")
-                .arg(QLatin1String(names.at(action)))
-                .arg(playlist)
-                .arg(text.left(40))
-                .arg(number);
+            return QLatin1String(names.at(action)) + QStringLiteral(" %1 %2 ").arg(playlist).arg(number)
+                + text.left(40);
         }
     };
 

@@ -20,10 +20,11 @@ public:
     QStringList stored() const
     {
         return lines(
-            {QStringLiteral("SELECT id, title FROM playlists ORDER BY id"),
-             QStringLiteral("SELECT playlist, url FROM playlist_images ORDER BY playlist, url"),
-             QStringLiteral("SELECT playlist, value FROM settings WHERE name = 'change_picture_time' "
-                            "ORDER BY playlist")});
+            {QStringLiteral("SELECT 'title', id, title FROM playlists ORDER BY id"),
+             QStringLiteral("SELECT 'picture', playlist, url FROM playlist_images ORDER BY playlist, url"),
+             QStringLiteral(
+                 "SELECT 'interval', playlist, value FROM settings WHERE name = 'change_picture_time' "
+                 "ORDER BY playlist")});
     }
 
 private:
@@ -35,7 +36,8 @@ private:
             if (!query.exec(statement))
                 found.append(query.lastError().text());
             while (query.next())
-                found.append(query.value(0).toString() + u' ' + query.value(1).toString());
+                found.append(query.value(0).toString() + u' ' + query.value(1).toString() + u' '
+                             + query.value(2).toString());
         }
         return found;
     }

@@ -36,7 +36,7 @@ public:
     }
     ~WorkflowWorld()
     {
-        for (const QString &picture : QSet<QString>(m_pictures))
+        for (const QString &picture : std::as_const(m_pictures))
             QFile::remove(place(picture));
         QDir(QStringLiteral("/mnt/ext1/album")).removeRecursively();
     }
