@@ -111,6 +111,7 @@ Item {
             }
             cellWidth: wrapper.width_element + wrapper.margin_items
             cellHeight: wrapper.height_element
+            highlightFollowsCurrentItem: false
             interactive: false
             keyNavigationEnabled: true
             model: wrapper.menuItems

@@ -26,7 +26,8 @@ inline QString textOf(const char *key)
 class SettingsScreens
 {
 public:
-    SettingsScreens()
+    explicit SettingsScreens(const QString &profile = QStringLiteral("grey-6"))
+        : device(profile)
     {
         QTest::failOnWarning(QRegularExpression(QStringLiteral(".?")));
         DataStorage::instance();
