@@ -1,4 +1,5 @@
-// The browsing that the benchmark "browse" measures: FOLDER. Runs in a device; writes its medians as JSON.
+// The browsing that the benchmark "browse" measures: FOLDER PAGES. Runs in a device; writes its medians as
+// JSON.
 
 #include "on_panel.h"
 
@@ -8,8 +9,6 @@ using namespace lindenreed::benchmarks;
 using picture_stand::FolderModel;
 
 namespace {
-
-constexpr int pages = 12;
 
 double residentMiB()
 {
@@ -23,8 +22,10 @@ void browse(const RunningApp &running, const QStringList &arguments, Medians &me
     const OnPanel panel(running, medians);
     running.app.changeView(u"select_photos"_s);
     panel.open([&] { running.model<FolderModel>("FolderModel")->changeFolder(arguments.value(0)); });
-    if (panel.turnPages(pages) != pages)
+    const int pages = panel.turnPages(arguments.value(1).toInt());
+    if (pages == 0)
         qFatal("The page key does not scroll.");
+    medians.add(u"pages"_s, pages);
     medians.add(u"MiB"_s, residentMiB());
 }
 

@@ -17,7 +17,7 @@ namespace lindenreed::benchmarks {
 inline void runInDevice(benchmark::State &state, const QString &profile, const QString &program,
                         const QStringList &arguments)
 {
-    constexpr int limitMs = 120'000;
+    constexpr int limitMs = 900'000;
     const QString programs = QCoreApplication::applicationDirPath() + QLatin1Char('/');
     QProcess device;
     device.setProcessChannelMode(QProcess::SeparateChannels);

@@ -29,8 +29,8 @@ public:
     {
     }
 
-    /// Until the panel has rested for longer than a thumbnail takes.
-    void settle() const
+    /// Until the panel has rested for so long: longer than a thumbnail takes.
+    void settle(int ms = 200) const
     {
         QTimer waking; // to look at the panel; the loop sleeps in between
         waking.start(10);
@@ -44,7 +44,7 @@ public:
             QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
             // A screen that was left goes: a loop within a loop leaves it.
             QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-        } while (quiet.elapsed() < 200);
+        } while (quiet.elapsed() < ms);
     }
 
     /// Adds "ms" until the panel's next refresh is complete, and "open" of the main thread's own time.
@@ -75,7 +75,7 @@ public:
             measure(QStringLiteral("page"), [this] {
                 QKeyEvent press(QEvent::KeyPress, Qt::Key_PageDown, Qt::NoModifier);
                 QCoreApplication::sendEvent(m_running.window, &press);
-                settle();
+                settle(100);
             });
             if (grid->property("contentY").toDouble() <= before)
                 return page;
