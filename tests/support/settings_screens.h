@@ -91,6 +91,12 @@ public:
         QQuickItem *const found = findAccessible(running.window->contentItem(), role, name);
         return found && pressByAccessibility(found);
     }
+    /// As soon as it is there.
+    static bool pressSoon(const RunningApp &running, const QString &button)
+    {
+        return QTest::qWaitFor([&] { return shows(running, QAccessible::Button, button); })
+            && press(running, QAccessible::Button, button);
+    }
     static bool pressButton(const RunningApp &running, const char *key)
     {
         return press(running, QAccessible::Button, textOf(key));

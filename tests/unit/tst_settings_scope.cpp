@@ -1,0 +1,187 @@
+// For whom a setting is: changed from the overview, from a playlist or from its running show, and the way
+// back.
+
+#include "interval_dialog.h"
+#include "panel_application.h"
+
+#include <QTemporaryDir>
+
+#include <memory>
+
+using lindenreed::picture_stand::SlideshowModel;
+
+class tst_SettingsScope : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase() { stored_database::remove(); }
+    void init();
+    void cleanup() { m_test.reset(); }
+
+    void changes_data();
+    void changes();
+    void trialInAPlaylist();
+    void backToTheShow();
+
+private:
+    /// Calls `body` with two playlists of the pictures, on the overview.
+    void run(const std::function<void(RunningApp &)> &body);
+
+    std::unique_ptr<SettingsScreens> m_test;
+    std::unique_ptr<QTemporaryDir> m_folder;
+    QStringList m_paths;
+    qlonglong m_first = -1;
+    qlonglong m_second = -1;
+};
+
+void tst_SettingsScope::init()
+{
+    m_test = std::make_unique<SettingsScreens>();
+    m_folder = std::make_unique<QTemporaryDir>(u"/mnt/ext1/pictures-XXXXXX"_s);
+    m_paths.clear();
+    for (const QString &name : {u"a.png"_s, u"b.png"_s, u"c.png"_s}) {
+        m_paths.append(m_folder->filePath(name));
+        QImage picture(30, 40, QImage::Format_Grayscale8);
+        picture.fill(100);
+        QVERIFY(picture.save(m_paths.constLast()));
+    }
+}
+
+void tst_SettingsScope::run(const std::function<void(RunningApp &)> &body)
+{
+    m_test->run(u"playlists"_s, [&](RunningApp &running) {
+        PlaylistModel *const playlists = running.playlists();
+        while (playlists->count() > 0)
+            playlists->deleteItem(playlists->data(playlists->index(0), PlaylistModel::IdRole).toLongLong());
+        for (qlonglong *id : {&m_first, &m_second}) {
+            *id = playlists->addItem(id == &m_first ? u"First"_s : u"Second"_s);
+            playlists->setActiveId(*id);
+            playlists->addImagesToPlaylist(m_paths);
+        }
+        playlists->setActiveId(-1);
+        running.settings()->setProperty("isFirstRun", false);
+        running.settings()->saveConfig(u"is_first_run"_s);
+        body(running);
+    });
+}
+
+namespace {
+
+enum Start { Overview, Playlist, Show };
+
+/// From the overview to the settings, on the way that a user has.
+void openSettings(const RunningApp &running, Start start)
+{
+    if (start == Playlist) {
+        QVERIFY(SettingsScreens::pressSoon(running, u"First. 3"_s));
+        QCOMPARE(running.app.currentView(), u"playlist"_s);
+    } else if (start == Show) {
+        QVERIFY(SettingsScreens::pressSoon(running, textOf("@StartPlayback")));
+        QCOMPARE(running.app.currentView(), u"slideshow"_s);
+        QVERIFY(running.screen()->setProperty("menu_opened", true));
+        running.slideshow()->stop();
+    }
+    QVERIFY(SettingsScreens::pressButton(running, "@SlideshowSettings"));
+    QCOMPARE(running.app.currentView(), u"settings_slideshow"_s);
+}
+
+} // namespace
+
+void tst_SettingsScope::changes_data()
+{
+    QTest::addColumn<int>("start");
+    QTest::addColumn<QString>("back");
+
+    QTest::newRow("from the overview") << int(Overview) << u"playlists"_s;
+    QTest::newRow("from a playlist") << int(Playlist) << u"playlist"_s;
+    QTest::newRow("from a running show") << int(Show) << u"slideshow"_s;
+}
+
+void tst_SettingsScope::changes()
+{
+    QFETCH(int, start);
+    QFETCH(QString, back);
+
+    run([&](RunningApp &running) {
+        const QStringList before = globalRows();
+        openSettings(running, Start(start));
+        QCOMPARE(running.playlists()->activeId(), start == Overview ? -1 : m_first);
+        QVERIFY(pressByAccessibility(SettingsScreens::item(running, "menu_shuffle")));
+        QVERIFY(pressByAccessibility(SettingsScreens::item(running, "menu_displaymode")));
+        QVERIFY(SettingsScreens::choose(running, u"Fit on black"_s));
+        QVERIFY(interval_dialog::open(running));
+        interval_dialog::type(running, u"45"_s);
+        QVERIFY(SettingsScreens::pressButton(running, "@Save"));
+
+        QStringList changed = before;
+        changed.replaceInStrings(u"shuffle|0"_s, u"shuffle|1"_s);
+        changed.replaceInStrings(u"display_mode|1"_s, u"display_mode|0"_s);
+        changed.replaceInStrings(u"change_picture_time|30"_s, u"change_picture_time|45"_s);
+        if (start == Overview) {
+            QCOMPARE(globalRows(), changed);
+            QCOMPARE(playlistRows(), QStringList());
+        } else {
+            const auto row = [this](const QString &text) { return text + u'|' + QString::number(m_first); };
+            QStringList light = before; // a show that is left notes the light, for all
+            if (start == Show)
+                light.replaceInStrings(u"frontlight_enabled|0"_s, u"frontlight_enabled|1"_s);
+            QCOMPARE(globalRows(), light);
+            QCOMPARE(playlistRows(),
+                     (QStringList{row(u"shuffle|1"_s), row(u"display_mode|0"_s),
+                                  row(u"change_picture_time_index|0"_s), row(u"change_picture_time|45"_s)}));
+        }
+        QVERIFY(SettingsScreens::pressButton(running, "@Back"));
+        QCOMPARE(running.app.currentView(), back);
+
+        // What the second playlist has of it.
+        running.playlists()->setActiveId(m_second);
+        QCOMPARE(running.settings()->changePictureTime(), start == Overview ? 45 : 30);
+        QCOMPARE(running.settings()->property("shuffle").toBool(), start == Overview);
+        running.playlists()->setActiveId(m_first);
+        QCOMPARE(running.settings()->changePictureTime(), 45);
+        running.playlists()->setActiveId(-1);
+    });
+}
+
+void tst_SettingsScope::trialInAPlaylist()
+{
+    run([&](RunningApp &running) {
+        const QStringList before = globalRows();
+        openSettings(running, Playlist);
+        QVERIFY(pressByAccessibility(SettingsScreens::item(running, "menu_datetime")));
+        QVERIFY(pressByAccessibility(SettingsScreens::item(running, "menu_show")));
+        QVERIFY(pressByAccessibility(SettingsScreens::item(running, "menu_customize")));
+        running.settings()->setProperty("current_date_position", 3);
+        QVERIFY(SettingsScreens::pressButton(running, "@Save"));
+        const QString id = u"|"_s + QString::number(m_first);
+        QCOMPARE(playlistRows(),
+                 (QStringList{u"current_date_show|1"_s + id, u"current_date_position|3"_s + id,
+                              u"current_date_font|default"_s + id, u"current_date_font_is_bold|0"_s + id,
+                              u"current_date_font_is_italic|0"_s + id}));
+        QCOMPARE(globalRows(), before);
+        running.playlists()->setActiveId(-1);
+        QCOMPARE(running.settings()->property("current_date_position").toInt(), 0);
+    });
+}
+
+void tst_SettingsScope::backToTheShow()
+{
+    run([&](RunningApp &running) {
+        openSettings(running, Show);
+        running.slideshow()->nextImage(); // as the device's key does
+        running.slideshow()->stop();
+        const QString current = running.slideshow()->currentImage();
+        m_test->device.forgetCalls();
+        QVERIFY(SettingsScreens::pressButton(running, "@Back"));
+        QCOMPARE(running.app.currentView(), u"slideshow"_s);
+        QCOMPARE(running.screen()->property("menu_opened").toBool(), false);
+        QCOMPARE(running.slideshow()->currentImage(), current);
+        QCOMPARE(m_test->device.calls({"SetHardTimerEx"}).size(), 1); // it runs again
+        QCOMPARE(m_test->device.calls({"SetHardTimerEx"}).constFirst().arguments.constLast(),
+                 QByteArray("30000"));
+    });
+}
+
+PANEL_TEST_MAIN(tst_SettingsScope)
+#include "tst_settings_scope.moc"
