@@ -1,6 +1,7 @@
-// What a row of the list does: opening and selecting its picture, its menu, and how assistive input knows it.
+// What a row of the list does: opening and selecting its picture, and how assistive input knows it.
 
-#include "explorer_menu.h"
+#include "accessible_items.h"
+#include "explorer_fixture.h"
 #include "panel_application.h"
 
 #include <memory>
@@ -29,13 +30,6 @@ private slots:
     void returnKeys();
     void forAssistiveInput();
     void pressFrame();
-    void menu();
-    void menuBelongsToThePicture();
-    void noMenuInSelection();
-    void selecting();
-    void deleting();
-    void deletingTheLast();
-    void tapBesideTheMenu();
 
 private:
     void inAList(FolderModel::FolderModelMode selecting, const std::function<void(RunningExplorer &)> &body)
@@ -159,93 +153,6 @@ void tst_ExplorerListRows::pressFrame()
         QTRY_VERIFY(area->property("hovered").toBool());
         QTest::mouseRelease(explorer.window, Qt::LeftButton, {}, point);
         QTRY_VERIFY(!area->property("hovered").toBool());
-    });
-}
-
-void tst_ExplorerListRows::menu()
-{
-    inAList(FolderModel::NormalMode, [&](RunningExplorer &explorer) {
-        explorer_menu::hold(explorer, 1);
-        QCOMPARE(explorer_menu::rows(explorer),
-                 (QStringList{explorer_menu::text("@SelectMultiple") + u" checkbox_on"_s,
-                              explorer_menu::text("@Delete") + u" trash"_s}));
-        QVERIFY(explorer_menu::shown(explorer)->property("title").toString().isEmpty());
-        QVERIFY(explorer_menu::shown(explorer)->hasActiveFocus());
-        QCOMPARE(opened(), QByteArrayList());
-    });
-}
-
-void tst_ExplorerListRows::menuBelongsToThePicture()
-{
-    inAList(FolderModel::NormalMode, [&](RunningExplorer &explorer) {
-        explorer_menu::hold(explorer, 1);
-        const QQuickItem *const image = RunningExplorer::below(explorer.cell(1), "fillMode");
-        QCOMPARE(explorer_menu::shown(explorer)->property("globalArea").toRectF(),
-                 QRectF(image->mapToGlobal(QPointF()), image->size()));
-    });
-}
-
-void tst_ExplorerListRows::noMenuInSelection()
-{
-    inAList(FolderModel::SelectionMode, [&](RunningExplorer &explorer) {
-        QObject *const area = RunningExplorer::below(explorer.cell(1), "hovered");
-        QVERIFY(QMetaObject::invokeMethod(area, "pressAndHold"));
-        QVERIFY(!explorer_menu::shown(explorer));
-        explorer.folders()->setMode(FolderModel::NormalMode);
-        QVERIFY(QMetaObject::invokeMethod(area, "pressAndHold"));
-        QVERIFY(explorer_menu::shown(explorer));
-    });
-}
-
-void tst_ExplorerListRows::selecting()
-{
-    inAList(FolderModel::NormalMode, [&](RunningExplorer &explorer) {
-        explorer_menu::hold(explorer, 1);
-        explorer_menu::choose(explorer, "@SelectMultiple");
-        QCOMPARE(explorer.folders()->mode(), FolderModel::SelectionMode);
-        QCOMPARE(explorer.folders()->countSelected(), 0);
-        QVERIFY(explorer.cell(1)->hasActiveFocus());
-        QCOMPARE(explorer.cells(), 4);
-    });
-}
-
-void tst_ExplorerListRows::deleting()
-{
-    inAList(FolderModel::NormalMode, [&](RunningExplorer &explorer) {
-        explorer_menu::hold(explorer, 1);
-        explorer_menu::choose(explorer, "@Delete");
-        const QStringList left{m_paths.at(0), m_paths.at(2), m_paths.at(3)};
-        QCOMPARE(explorer.playlists()->getImagesById(explorer.playlists()->activeId()), left);
-        QTRY_COMPARE(explorer.cells(), 3);
-        QTRY_COMPARE(accessibleName(explorer.cell(1)), u"002.png"_s);
-        QVERIFY(explorer.list()->hasActiveFocus());
-        QCOMPARE(explorer.folders()->mode(), FolderModel::NormalMode);
-        QVERIFY(QFile::exists(m_paths.at(1))); // out of the playlist, not off the disk
-    });
-}
-
-void tst_ExplorerListRows::deletingTheLast()
-{
-    m_paths = m_paths.first(1);
-    explore([&](RunningExplorer &explorer) {
-        explorer.openPlaylist(m_paths, FolderModel::NormalMode, FolderModel::ListViewMode);
-        QTRY_VERIFY(explorer.cell(0));
-        explorer_menu::hold(explorer, 0);
-        explorer_menu::choose(explorer, "@Delete");
-        QCOMPARE(explorer.folders()->rowCount(), 0);
-        QVERIFY(!explorer.list()->isVisible());
-    });
-}
-
-void tst_ExplorerListRows::tapBesideTheMenu()
-{
-    inAList(FolderModel::NormalMode, [&](RunningExplorer &explorer) {
-        explorer_menu::hold(explorer, 1);
-        explorer.tap(QPoint(700, 20));
-        QTRY_VERIFY(!explorer_menu::shown(explorer));
-        QVERIFY(explorer.cell(1)->hasActiveFocus());
-        QCOMPARE(explorer.folders()->mode(), FolderModel::NormalMode);
-        QCOMPARE(explorer.cells(), 4);
     });
 }
 

@@ -1,4 +1,4 @@
-// The menu of a picture in the grid: when it opens, what it offers, and who has the keys afterwards.
+// The menu of a picture in grid and list: when it opens, what it offers, and who has the keys afterwards.
 
 #include "explorer_menu.h"
 #include "panel_application.h"
@@ -15,9 +15,20 @@ namespace menu = explorer_menu;
 
 namespace {
 
-QQuickItem *delegate(const RunningExplorer &explorer, int row)
+/// What has the name of a row's picture, and the focus: the delegate in a cell of the grid, the list's row
+/// itself.
+QQuickItem *picture(const RunningExplorer &explorer, int row)
 {
-    return explorer.cell(row)->childItems().first();
+    QQuickItem *const delegate = RunningExplorer::below(explorer.cell(row), "sourceSet");
+    return delegate ? delegate : explorer.cell(row);
+}
+
+void eitherView()
+{
+    QTest::addColumn<FolderModel::FolderModelViewMode>("view");
+
+    QTest::newRow("grid") << FolderModel::GridViewMode;
+    QTest::newRow("list") << FolderModel::ListViewMode;
 }
 
 } // namespace
@@ -35,29 +46,49 @@ private slots:
     }
     void cleanup() { m_test.reset(); }
 
+    void rowsOfAPlaylist_data() { eitherView(); }
     void rowsOfAPlaylist();
     void rowsInOtherModes_data();
     void rowsInOtherModes();
+    void loadedOnFirstUse_data() { eitherView(); }
     void loadedOnFirstUse();
+    void belongsToThePicture_data() { eitherView(); }
     void belongsToThePicture();
+    void opensNothing_data() { eitherView(); }
     void opensNothing();
+    void noneInSelection_data() { eitherView(); }
     void noneInSelection();
+    void selecting_data() { eitherView(); }
     void selecting();
+    void deleting_data() { eitherView(); }
     void deleting();
+    void deletingTheLast_data() { eitherView(); }
     void deletingTheLast();
+    void tapOutside_data() { eitherView(); }
     void tapOutside();
+    void backKey_data() { eitherView(); }
     void backKey();
 
 private:
+    /// Runs the application with m_paths in the view of the test's row.
+    void inAPlaylist(const std::function<void(RunningExplorer &)> &body,
+                     FolderModel::FolderModelMode selecting = FolderModel::NormalMode)
+    {
+        QFETCH(FolderModel::FolderModelViewMode, view);
+        explore([&](RunningExplorer &explorer) {
+            explorer.openPlaylist(m_paths, selecting, view);
+            QTRY_VERIFY(explorer.cell(int(m_paths.size()) - 1));
+            body(explorer);
+        });
+    }
+
     std::unique_ptr<ExplorerFixture> m_test;
     QStringList m_paths;
 };
 
 void tst_ExplorerMenu::rowsOfAPlaylist()
 {
-    explore([&](RunningExplorer &explorer) {
-        explorer.openPlaylist(m_paths);
-        QTRY_VERIFY(explorer.cell(3));
+    inAPlaylist([&](RunningExplorer &explorer) {
         menu::hold(explorer, 1);
         QCOMPARE(menu::rows(explorer),
                  (QStringList{menu::text("@SelectMultiple") + u" checkbox_on"_s,
@@ -92,9 +123,7 @@ void tst_ExplorerMenu::rowsInOtherModes()
 
 void tst_ExplorerMenu::loadedOnFirstUse()
 {
-    explore([&](RunningExplorer &explorer) {
-        explorer.openPlaylist(m_paths);
-        QTRY_VERIFY(explorer.cell(3));
+    inAPlaylist([&](RunningExplorer &explorer) {
         const auto loaded = [&] {
             int count = 0;
             for (const QQuickItem *loader : explorer.window->contentItem()->childItems()) {
@@ -117,12 +146,10 @@ void tst_ExplorerMenu::loadedOnFirstUse()
 
 void tst_ExplorerMenu::belongsToThePicture()
 {
-    explore([&](RunningExplorer &explorer) {
-        explorer.openPlaylist(m_paths);
-        QTRY_VERIFY(explorer.cell(3));
+    inAPlaylist([&](RunningExplorer &explorer) {
         for (const int row : {1, 3}) {
             menu::hold(explorer, row);
-            const QQuickItem *const image = RunningExplorer::below(delegate(explorer, row), "sourceSize");
+            const QQuickItem *const image = RunningExplorer::below(explorer.cell(row), "sourceSize");
             QCOMPARE(menu::shown(explorer)->property("globalArea").toRectF(),
                      QRectF(image->mapToGlobal(QPointF()), image->size()));
             explorer.key(Qt::Key_Escape);
@@ -133,9 +160,7 @@ void tst_ExplorerMenu::belongsToThePicture()
 
 void tst_ExplorerMenu::opensNothing()
 {
-    explore([&](RunningExplorer &explorer) {
-        explorer.openPlaylist(m_paths);
-        QTRY_VERIFY(explorer.cell(3));
+    inAPlaylist([&](RunningExplorer &explorer) {
         menu::hold(explorer, 0);
         explorer.key(Qt::Key_Escape);
         QTRY_VERIFY(!menu::shown(explorer));
@@ -146,9 +171,7 @@ void tst_ExplorerMenu::opensNothing()
 
 void tst_ExplorerMenu::noneInSelection()
 {
-    explore([&](RunningExplorer &explorer) {
-        explorer.openPlaylist(m_paths, FolderModel::SelectionMode);
-        QTRY_VERIFY(explorer.cell(3));
+    const auto holdTwice = [](RunningExplorer &explorer) {
         PanelRemote remote;
         const auto holdFirst = [&] {
             const QPoint point = RunningExplorer::centreOf(explorer.cell(0));
@@ -160,19 +183,18 @@ void tst_ExplorerMenu::noneInSelection()
         explorer.folders()->setMode(FolderModel::NormalMode);
         QCOMPARE(holdFirst(), u"ok"_s); // the same finger where it has something to do
         QVERIFY(menu::shown(explorer));
-    });
+    };
+    inAPlaylist(holdTwice, FolderModel::SelectionMode);
 }
 
 void tst_ExplorerMenu::selecting()
 {
-    explore([&](RunningExplorer &explorer) {
-        explorer.openPlaylist(m_paths);
-        QTRY_VERIFY(explorer.cell(3));
+    inAPlaylist([&](RunningExplorer &explorer) {
         menu::hold(explorer, 2);
         menu::choose(explorer, "@SelectMultiple");
         QCOMPARE(explorer.folders()->mode(), FolderModel::SelectionMode);
         QCOMPARE(explorer.folders()->countSelected(), 0);
-        QVERIFY(delegate(explorer, 2)->hasActiveFocus());
+        QVERIFY(picture(explorer, 2)->hasActiveFocus());
         explorer.key(Qt::Key_Return);
         QCOMPARE(explorer.folders()->getSelected(), QStringList{m_paths.at(2)});
     });
@@ -180,46 +202,43 @@ void tst_ExplorerMenu::selecting()
 
 void tst_ExplorerMenu::deleting()
 {
-    explore([&](RunningExplorer &explorer) {
-        explorer.openPlaylist(m_paths);
-        QTRY_VERIFY(explorer.cell(3));
+    inAPlaylist([&](RunningExplorer &explorer) {
         menu::hold(explorer, 1);
         menu::choose(explorer, "@Delete");
         const QStringList left{m_paths.at(0), m_paths.at(2), m_paths.at(3)};
         QCOMPARE(explorer.playlists()->getImagesById(explorer.playlists()->activeId()), left);
         QTRY_COMPARE(explorer.cells(), 3);
         QCOMPARE(explorer.folders()->mode(), FolderModel::NormalMode);
-        QVERIFY(QFile::exists(m_paths.at(1)));
+        QVERIFY(QFile::exists(m_paths.at(1))); // out of the playlist, not off the disk
         for (int row = 0; row < 3; ++row)
-            QCOMPARE(accessibleName(delegate(explorer, row)), QFileInfo(left.at(row)).fileName());
-        // The keys are still the grid's.
-        QTRY_VERIFY(RunningExplorer::valueOf(explorer.list(), u"activeFocus"_s).toBool());
-        explorer.key(Qt::Key_Right);
+            QCOMPARE(accessibleName(picture(explorer, row)), QFileInfo(left.at(row)).fileName());
+        // The keys are still the view's.
+        QTRY_VERIFY(explorer.list()->hasActiveFocus());
+        explorer.key(explorer.folders()->viewMode() == FolderModel::GridViewMode ? Qt::Key_Right
+                                                                                 : Qt::Key_Down);
         QCOMPARE(explorer.list()->property("currentIndex").toInt(), 1);
     });
 }
 
 void tst_ExplorerMenu::deletingTheLast()
 {
-    explore([&](RunningExplorer &explorer) {
-        explorer.openPlaylist({m_paths.at(0)});
-        QTRY_VERIFY(explorer.cell(0));
+    m_paths = m_paths.first(1);
+    inAPlaylist([&](RunningExplorer &explorer) {
         menu::hold(explorer, 0);
         menu::choose(explorer, "@Delete");
         QCOMPARE(explorer.folders()->countFiles(), 0);
+        QCOMPARE(explorer.folders()->rowCount(), 0);
         QTRY_VERIFY(!explorer.list() || !explorer.list()->isVisible());
     });
 }
 
 void tst_ExplorerMenu::tapOutside()
 {
-    explore([&](RunningExplorer &explorer) {
-        explorer.openPlaylist(m_paths);
-        QTRY_VERIFY(explorer.cell(3));
+    inAPlaylist([&](RunningExplorer &explorer) {
         menu::hold(explorer, 0);
         explorer.tap(QPoint(explorer.window->width() / 2, explorer.window->height() - 40));
         QTRY_VERIFY(!menu::shown(explorer));
-        QVERIFY(delegate(explorer, 0)->hasActiveFocus());
+        QVERIFY(picture(explorer, 0)->hasActiveFocus());
         QCOMPARE(explorer.folders()->mode(), FolderModel::NormalMode);
         QCOMPARE(explorer.app.currentView(), u"playlist"_s);
     });
@@ -227,14 +246,12 @@ void tst_ExplorerMenu::tapOutside()
 
 void tst_ExplorerMenu::backKey()
 {
-    explore([&](RunningExplorer &explorer) {
-        explorer.openPlaylist(m_paths);
-        QTRY_VERIFY(explorer.cell(3));
+    inAPlaylist([&](RunningExplorer &explorer) {
         menu::hold(explorer, 3);
         explorer.key(Qt::Key_Back);
         QTRY_VERIFY(!menu::shown(explorer));
-        QVERIFY(delegate(explorer, 3)->hasActiveFocus());
-        explorer.key(Qt::Key_PageDown); // reaches the grid, which has only one page
+        QVERIFY(picture(explorer, 3)->hasActiveFocus());
+        explorer.key(Qt::Key_PageDown); // reaches the view, which has only one page
         QCOMPARE(explorer.list()->property("contentY").toDouble(), 0.);
     });
 }
