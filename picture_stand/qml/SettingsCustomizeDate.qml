@@ -195,8 +195,9 @@ Item {
 
                 anchors.verticalCenter: parent.verticalCenter
                 highlightSelected: true
-                max_width: row.width - back_button.width - position_rect.width
-                    - (font_style.visible ? font_style.width : 0) - position.width - arrow_img.width - Global.dp(16)
+                // What the others leave of the row; position_rect and arrow_img lie within position.
+                max_width: row.width - back_button.width - (font_style.visible ? font_style.width : 0)
+                    - position.width - Global.dp(16)
                 menuItems: font_model
                 preffix_text: qsTr("@Font") + ": "
                 show_border: false

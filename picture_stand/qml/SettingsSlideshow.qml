@@ -424,7 +424,7 @@ Flickable {
                                 top: 24 * (time.selectedUid === 2 ? 1 : (time.selectedUid === 1 ? 60 : (60 * 60)))
                                 onTopChanged: input.validate()
                             }
-                            Accessible.name: qsTr("@SetCustomInterval")
+                            Accessible.name: qsTr("@ChangePictureEvery")
                             onTextChanged: validate()
                         }
                     }

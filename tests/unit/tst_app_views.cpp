@@ -4,6 +4,7 @@
 #include "panel_application.h"
 #include "running_app.h"
 
+#include <device.h>
 #include <slateview.h>
 
 #include <QElapsedTimer>
@@ -13,6 +14,8 @@
 #include <memory>
 
 using namespace Qt::StringLiterals;
+using lindenreed::device::Device;
+using lindenreed::device::Screen;
 using lindenreed::picture_stand::App;
 
 class tst_AppViews : public QObject
@@ -34,6 +37,8 @@ private slots:
     void sameViewAgain();
     void orderOfTheShowsRow();
     void orderOfTheOtherRows();
+    void rowsOfTheSettings_data();
+    void rowsOfTheSettings();
     void screensChangeTheView();
     void windowFollowsThePanel();
     void infoMessage();
@@ -192,6 +197,59 @@ void tst_AppViews::orderOfTheOtherRows()
                         }
                     }),
              0);
+}
+
+void tst_AppViews::rowsOfTheSettings_data()
+{
+    QTest::addColumn<QString>("view");
+    QTest::addColumn<QByteArray>("calls");
+    QTest::addColumn<bool>("fullRefresh");
+    QTest::addColumn<QByteArray>("component");
+
+    const QByteArray list("SetPanelType 1\nsetFastUpdates 1");
+    const QByteArray trial("SetPanelType 0\nsetFastUpdates 1\nsetScreenUpdateMode 5");
+    const auto row = [](const QString &view, const QByteArray &calls, bool refresh, const char *component) {
+        QTest::newRow(qUtf8Printable(view)) << view << calls << refresh << QByteArray(component);
+    };
+    row(u"settings_slideshow"_s, list, false, "SettingsSlideshow");
+    row(u"settings_created_datetime"_s, list, false, "SettingsCreatedDateTime");
+    row(u"settings_current_datetime"_s, list, false, "SettingsCurrentDateTime");
+    row(u"settings_customize_created_date"_s, trial, true, "SettingsCustomizeCreatedDate");
+    row(u"settings_customize_current_date"_s, trial, true, "SettingsCustomizeCurrentDate");
+}
+
+void tst_AppViews::rowsOfTheSettings()
+{
+    QFETCH(QString, view);
+    QFETCH(QByteArray, calls);
+    QFETCH(bool, fullRefresh);
+    QFETCH(QByteArray, component);
+
+    App app;
+    QCOMPARE(
+        runApp(app,
+               [&](RunningApp &running) {
+                   running.slideshow()->initFromList(m_test->paths, 30);
+                   m_test->device.setColourMask(1);
+                   app.changeView(u"slideshow"_s);
+                   m_callsAtComponent.clear();
+                   QVERIFY(connect(running.window->contentItem()->childItems().first(),
+                                   SIGNAL(sourceComponentChanged()), this, SLOT(noteComponent())));
+                   // A full refresh by name is wanted of the screen itself, when the new screen is there.
+                   QByteArrayList wantedOf;
+                   connect(&Device::instance()->screen, &Screen::nextDrawingWanted, &app,
+                           [&] { wantedOf.append(running.screen()->metaObject()->className()); });
+                   app.changeView(view);
+                   m_test->device.setColourMask(0);
+                   QCOMPARE(m_callsAtComponent.size(), 1);
+                   QVERIFY2(m_callsAtComponent.first().endsWith(calls),
+                            m_callsAtComponent.first().constData());
+                   QCOMPARE(m_test->calls(), m_callsAtComponent.first()); // nothing comes after it
+                   QVERIFY(QByteArray(running.screen()->metaObject()->className()).startsWith(component));
+                   wantedOf.removeIf([&](const QByteArray &name) { return !name.startsWith(component); });
+                   QCOMPARE(wantedOf.size(), fullRefresh ? 1 : 0);
+               }),
+        0);
 }
 
 void tst_AppViews::screensChangeTheView()

@@ -2,6 +2,7 @@
 
 #include <private/qqmlmetatype_p.h>
 
+#include <QDirIterator>
 #include <QFile>
 #include <QQmlComponent>
 #include <QQmlEngine>
@@ -30,6 +31,7 @@ class tst_QmlModule : public QObject
 private slots:
     void description();
     void descriptionsOfTheFolders();
+    void contents();
     void components_data();
     void components();
     void moduleIsRegistered_data();
@@ -81,6 +83,30 @@ void tst_QmlModule::descriptionsOfTheFolders()
     QCOMPARE(resource(u"qml/qmldir"_s), line);
     QCOMPARE(resource(u"qml/explorer/qmldir"_s), line);
     QVERIFY(!QFile::exists(prefix + u"picture_stand.qmltypes"_s));
+}
+
+void tst_QmlModule::contents()
+{
+    // Every file of the module and no other, each as it was written.
+    QStringList expected{u"qmldir"_s, u"qml/qmldir"_s, u"qml/explorer/qmldir"_s};
+    const QList<QByteArray> lines = resource(u"qmldir"_s).split('\n');
+    for (const QByteArray &line : lines) {
+        if (line.endsWith(".qml"))
+            expected.append(QString::fromLatin1(line.split(' ').constLast()));
+    }
+    QCOMPARE(expected.size(), 3 + 30);
+    QStringList found;
+    QDirIterator files(prefix, QDir::Files, QDirIterator::Subdirectories);
+    while (files.hasNext())
+        found.append(files.next().mid(prefix.size()));
+    expected.sort();
+    found.sort();
+    QCOMPARE(found, expected);
+    for (const QString &path : std::as_const(found)) {
+        QFile source(QStringLiteral(MODULE_FOLDER) + u'/' + path);
+        QVERIFY2(source.open(QIODevice::ReadOnly), qUtf8Printable(path));
+        QVERIFY2(resource(path) == source.readAll(), qUtf8Printable(path));
+    }
 }
 
 void tst_QmlModule::components_data()
