@@ -64,7 +64,6 @@ private slots:
     void listingStartsPrefetch();
     void providerThatWentHearsNothing();
     void prefetchFillsAllPlaces();
-    void prefetchedResponsesFreeThemselves();
     void cancelledJobFillsTheCache();
     void twoJobsForOneKey();
     void queuedJobsDoNotRun();
@@ -289,21 +288,6 @@ void tst_CoverProvider::prefetchFillsAllPlaces()
     QTRY_COMPARE(kept(), 50);
     QVERIFY(QDir::setCurrent(old));
     QVERIFY(!isCached(before, themeBox));
-}
-
-void tst_CoverProvider::prefetchedResponsesFreeThemselves()
-{
-    // What nobody waits for keeps no thumbnail of its own: 60 of them, in a cache of 50.
-    CoverProvider provider;
-    provider.setup();
-    QStringList paths;
-    for (int i = 0; i < 60; ++i)
-        paths.append(m_test->save(gradient({20, 10}), u"%1.bmp"_s.arg(i)));
-    for (int i = 0; i < 3; ++i) {
-        provider.prefetchCovers(paths);
-        QTRY_VERIFY(isCached(paths.last(), themeBox));
-    }
-    // The leak check of the address sanitizer sees those that stay.
 }
 
 void tst_CoverProvider::cancelledJobFillsTheCache()
