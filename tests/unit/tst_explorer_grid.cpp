@@ -192,6 +192,9 @@ void tst_ExplorerGrid::kindsInAFolder_data()
     QTest::newRow("four folders and two pictures")
         << QStringList{u"f/"_s, u"g/"_s, u"h/"_s, u"i/"_s, u"1.png"_s, u"2.png"_s}
         << QList<int>{Folder, Folder, Folder, Folder, Blank, Blank, Picture, Picture};
+    QTest::newRow("five folders and a picture")
+        << QStringList{u"f/"_s, u"g/"_s, u"h/"_s, u"i/"_s, u"j/"_s, u"1.png"_s}
+        << QList<int>{Folder, Folder, Folder, Folder, Folder, Blank, Picture};
     QTest::newRow("a folder that looks like a picture")
         << QStringList{u"x.jpg/"_s} << QList<int>{Folder, Blank, Blank, Picture};
 }

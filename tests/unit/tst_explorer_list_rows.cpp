@@ -30,6 +30,7 @@ private slots:
     void returnKeys();
     void forAssistiveInput();
     void pressFrame();
+    void pressFrameGoesWithADrag();
 
 private:
     void inAList(FolderModel::FolderModelMode selecting, const std::function<void(RunningExplorer &)> &body)
@@ -153,6 +154,25 @@ void tst_ExplorerListRows::pressFrame()
         QTRY_VERIFY(area->property("hovered").toBool());
         QTest::mouseRelease(explorer.window, Qt::LeftButton, {}, point);
         QTRY_VERIFY(!area->property("hovered").toBool());
+    });
+}
+
+void tst_ExplorerListRows::pressFrameGoesWithADrag()
+{
+    m_paths = m_test->pictures(20);
+    inAList(FolderModel::NormalMode, [&](RunningExplorer &explorer) {
+        const QQuickItem *const area = RunningExplorer::below(explorer.cell(1), "hovered");
+        const QPoint start = RunningExplorer::centreOf(explorer.cell(1));
+        QTest::mousePress(explorer.window, Qt::LeftButton, {}, start);
+        QTRY_VERIFY(area->property("hovered").toBool());
+        for (int step = 1; !explorer.list()->property("dragging").toBool(); ++step) {
+            QVERIFY(step * 5 < explorer.cell(1)->height() / 2); // the finger stays on the row
+            QTest::mouseMove(explorer.window, start - QPoint(0, step * 5), 10);
+        }
+        QVERIFY(!area->property("hovered").toBool());
+        QTest::mouseRelease(explorer.window, Qt::LeftButton, {}, start);
+        QTRY_VERIFY(!explorer.list()->property("moving").toBool());
+        QCOMPARE(opened(), QByteArrayList());
     });
 }
 

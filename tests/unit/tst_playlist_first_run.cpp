@@ -64,6 +64,11 @@ private:
         const QQuickItem *const column = dialog(running)->childItems().constLast();
         return column->childItems().constFirst()->height();
     }
+    /// Where a dialog that stands at the top begins.
+    static int upperEdge(const RunningApp &running)
+    {
+        return int(measure(running, u"Global.pixelsFromDesign(240)"_s));
+    }
     static double measure(const RunningApp &running, const QString &expression)
     {
         return QQmlExpression(qmlContext(running.screen()), running.screen(), expression)
@@ -104,6 +109,7 @@ void tst_PlaylistFirstRun::firstDialog()
         QVERIFY(dialog(running));
         QCOMPARE(dialog(running)->width(), measure(running, u"GlobalValues.confirmationDialogWidth"_s));
         QCOMPARE(bodyHeight(running), measure(running, u"Global.dp(700 * 0.53)"_s));
+        QCOMPARE(sceneRectangle(dialog(running)).top(), upperEdge(running));
         const auto *sign = withValue(dialog(running), "source", u"image://resource/ci_device_email"_s);
         auto *play = withValue(dialog(running), "source", u"image://resource/audio_book_play"_s);
         QVERIFY(sign && play);
@@ -132,6 +138,7 @@ void tst_PlaylistFirstRun::secondDialog()
         QVERIFY(dialog(running));
         QCOMPARE(dialog(running)->width(), measure(running, u"GlobalValues.confirmationDialogWidth"_s));
         QCOMPARE(bodyHeight(running), measure(running, u"Global.dp(420 * 0.53)"_s));
+        QCOMPARE(sceneRectangle(dialog(running)).top(), upperEdge(running));
         QVERIFY(withValue(dialog(running), "source", u"image://resource/validity_date"_s));
         QVERIFY(WorkflowFixture::shows(running, textOf("@ChangePictureEvery")));
 
