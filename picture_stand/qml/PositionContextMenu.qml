@@ -143,7 +143,11 @@ Item {
                 }
 
                 Rectangle {
-                    anchors.fill: parent
+                    anchors {
+                        fill: parent
+                        topMargin: -border.width
+                        bottomMargin: -border.width
+                    }
                     border.color: GlobalValues.defaultBorderColor
                     border.width: GlobalValues.defaultFocusedElementBorderThickness
                     color: "transparent"

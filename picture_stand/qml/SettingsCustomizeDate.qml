@@ -246,6 +246,8 @@ Item {
                 activeFocusOnTab: true
                 width: Global.dp(140 * 0.53)
                 height: parent.height
+                color: touch.pressed ? GlobalValues.defaultBorderColor : GlobalValues.defaultBackgroundColor
+                radius: GlobalValues.defaultElementBorderRadius
 
                 Accessible.focusable: true
                 Accessible.name: qsTr("@Position")
@@ -264,7 +266,9 @@ Item {
 
                     Image {
                         anchors.fill: parent
-                        source: Global.getNormalImage(position_model.get(wrapper.current_position).image_)
+                        source: Global.getNormalImage(touch.pressed
+                            ? position_model.get(wrapper.current_position).pressedImage_
+                            : position_model.get(wrapper.current_position).image_)
                         sourceSize: Qt.size(width, height)
                         Accessible.ignored: true
                     }
@@ -278,7 +282,7 @@ Item {
                         rightMargin: Global.dp(10)
                         verticalCenter: parent.verticalCenter
                     }
-                    source: "image://resource/arrow_down"
+                    source: touch.pressed ? "image://resource_inv/arrow_down" : "image://resource/arrow_down"
                     Accessible.ignored: true
                 }
 
@@ -292,6 +296,8 @@ Item {
                 }
 
                 MouseArea {
+                    id: touch
+
                     anchors.fill: parent
                     onClicked: position.open()
                 }
