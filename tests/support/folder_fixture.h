@@ -106,7 +106,7 @@ public:
     MediaFixture media;
     const FolderTree tree{QStringLiteral("/mnt/ext1/album")};
     FolderModel model;
-    QAbstractItemModelTester tester{&model, QAbstractItemModelTester::FailureReportingMode::QtTest};
+    QAbstractItemModelTester tester{&model, QAbstractItemModelTester::FailureReportingMode::Fatal};
     FolderSignals told{&model};
 };
 

@@ -75,7 +75,7 @@ void tst_BreadcrumbsModel::init()
 {
     m_model = std::make_unique<BreadcrumbsModel>();
     m_tester = std::make_unique<QAbstractItemModelTester>(
-        m_model.get(), QAbstractItemModelTester::FailureReportingMode::QtTest);
+        m_model.get(), QAbstractItemModelTester::FailureReportingMode::Fatal);
     if (std::exchange(m_first, false))
         return;
     m_test = std::make_unique<FolderFixture>();

@@ -189,7 +189,7 @@ void tst_PlaylistModel::refreshingResetsOnce()
 void tst_PlaylistModel::refreshingSatisfiesTheModelTester()
 {
     const QAbstractItemModelTester tester(m_test->model.get(),
-                                          QAbstractItemModelTester::FailureReportingMode::QtTest);
+                                          QAbstractItemModelTester::FailureReportingMode::Fatal);
     QVERIFY(stored_database::execute(
         {u"INSERT INTO playlists VALUES(8, 'Lake')"_s, u"INSERT INTO playlists VALUES(9, 'Wood')"_s}));
     m_test->model->refreshData();
