@@ -28,16 +28,22 @@ QQuickItem *withValue(QQuickItem *root, const char *property, const QVariant &va
     return nullptr;
 }
 
-/// What was loaded on top of the window for a menu; null where none was yet.
-QQuickItem *menu(const RunningApp &running)
+/// What holds the menu of a row: of the screen by birth, wherever it stands.
+QQuickItem *menuLoader(const RunningApp &running)
 {
-    const QList<QQuickItem *> layers = running.window->contentItem()->childItems();
-    for (const QQuickItem *layer : layers) {
-        auto *const item = layer->property("item").value<QQuickItem *>();
-        if (item && item->metaObject()->indexOfProperty("globalArea") >= 0)
+    const QObjectList members = running.screen()->children();
+    for (QObject *member : members) {
+        auto *const item = qobject_cast<QQuickItem *>(member);
+        if (item && item->metaObject()->indexOfProperty("sourceComponent") >= 0)
             return item;
     }
     return nullptr;
+}
+
+/// Null where none was opened yet.
+QQuickItem *menu(const RunningApp &running)
+{
+    return menuLoader(running)->property("item").value<QQuickItem *>();
 }
 
 QRectF globalRectangle(const QQuickItem *item)
@@ -107,15 +113,16 @@ void tst_OverviewSurroundings::menuBelongsToTheRow()
         const QStringList titles{u"First. 0"_s, u"Second. 0"_s};
         for (const QString &title : titles)
             running.playlists()->addItem(title.section(u'.', 0, 0));
+        // Over everything in the window, whatever screen opens it.
+        QVERIFY(menuLoader(running));
+        QCOMPARE(menuLoader(running)->parentItem(), running.window->contentItem());
+        QCOMPARE(menuLoader(running)->size(), QSizeF(running.window->size()));
         QVERIFY(!menu(running)); // until it is wanted
         for (const QString &title : titles) {
             QVERIFY(WorkflowFixture::hold(running, title));
             const QQuickItem *const row = WorkflowFixture::button(running, title)->parentItem();
+            QVERIFY(menu(running) && menu(running)->isVisible());
             QCOMPARE(menu(running)->property("globalArea").toRectF(), globalRectangle(row));
-            // Over everything in the window, whatever screen opened it.
-            const QQuickItem *const loader = menu(running)->parentItem();
-            QCOMPARE(loader->parentItem(), running.window->contentItem());
-            QCOMPARE(loader->size(), QSizeF(running.window->size()));
             QTest::mouseClick(running.window, Qt::LeftButton, {}, {ScreenWidth() - 1, 1});
             QTRY_VERIFY(!menu(running)->isVisible());
         }
