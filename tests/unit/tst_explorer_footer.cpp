@@ -238,7 +238,6 @@ void tst_ExplorerFooter::otherKeys_data()
     QTest::newRow("end") << Qt::Key_End;
     QTest::newRow("space") << Qt::Key_Space;
     QTest::newRow("a letter") << Qt::Key_N;
-    QTest::newRow("menu") << Qt::Key_Menu;
 }
 
 void tst_ExplorerFooter::otherKeys()
