@@ -1,13 +1,13 @@
 #!/usr/bin/env bash
 # Builds and checks everything, on a fresh machine too: installs what is missing, then the release build with style
-# checks and tests, the same tests under AddressSanitizer with UBSan, and what shares state between threads under
-# ThreadSanitizer.
+# checks, the tests of whole programs and those that need no device; what shares state between threads under
+# ThreadSanitizer; and all tests under AddressSanitizer with UBSan.
 set -euo pipefail
 cd "$(dirname "$0")"
 
 usage() {
     echo "usage: ./test.sh [--quick] [--long]" >&2
-    echo "  --quick: the release build and its tests alone" >&2
+    echo "  --quick: the release build alone, with all tests" >&2
     echo "  --long: random tests go on for longer, with other seeds each day" >&2
     exit 2
 }
@@ -28,28 +28,27 @@ jobs=$(nproc)
 once_more=(--repeat until-pass:2)
 step() { printf '\n=== %s (%s)\n' "$1" "$(date +%T)"; }
 
-build() { # PRESET [TARGETS...]
-    cmake --preset "$1" -DSLATE_WARNINGS_AS_ERRORS=ON >/dev/null
-    cmake --build "build/$1" --parallel "$jobs" ${2:+--target "${@:2}"} -- --quiet
+build() { # PRESET UNIT_TESTS [TARGETS...]
+    cmake --preset "$1" -DSLATE_WARNINGS_AS_ERRORS=ON -DSLATE_UNIT_TESTS="$2" >/dev/null
+    cmake --build "build/$1" --parallel "$jobs" ${3:+--target "${@:3}"} -- --quiet
 }
 
 step "install what is missing"
 tools/install-dependencies
 
-# The sanitizers' builds come first, so that the run ends with the summary of the complete test list.
-if ! $quick; then
-    step "build: tsan"
-    build tsan thread_tests
-    step "test: tsan"
-    ctest --preset tsan --label-regex '^threads$' --no-tests=error
-
-    step "build: asan"
-    build asan
-    step "test: asan"
-    ctest --preset asan --parallel "$jobs" --no-tests=error "${long[@]}" "${once_more[@]}"
-fi
-
 step "build: release"
-build release
+build release $quick
 step "checks and tests: release"
 ctest --preset release --parallel "$jobs" --no-tests=error "${long[@]}" "${once_more[@]}"
+$quick && exit
+
+step "build: tsan"
+build tsan true thread_tests
+step "test: tsan"
+ctest --preset tsan --label-regex '^threads$' --no-tests=error
+
+# Last, so that the run ends with the summary of all tests.
+step "build: asan"
+build asan true
+step "test: asan"
+ctest --preset asan --parallel "$jobs" --no-tests=error "${long[@]}" "${once_more[@]}"
