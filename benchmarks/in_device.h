@@ -4,9 +4,12 @@
 
 #include <panel_file.h>
 
+#include <QCoreApplication>
+#include <QElapsedTimer>
 #include <QFile>
 #include <QJsonObject>
 #include <QString>
+#include <QTimer>
 
 #include <algorithm>
 #include <cstdint>
@@ -63,6 +66,24 @@ public:
     {
         const volatile std::uint64_t &number = m_header->refreshNumber; // another mapping writes it
         return number;
+    }
+
+    /// Until the panel has rested for so long: longer than what is waited for takes.
+    void settle(int ms) const
+    {
+        QTimer waking; // to look at the panel; the loop sleeps in between
+        waking.start(10);
+        QElapsedTimer quiet;
+        quint64 seen = 0;
+        do {
+            if (seen != last()) {
+                seen = last();
+                quiet.start();
+            }
+            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+            // A screen that was left goes: a loop within a loop leaves it.
+            QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        } while (quiet.elapsed() < ms);
     }
 
 private:

@@ -11,7 +11,6 @@
 #include <QKeyEvent>
 #include <QQuickWindow>
 #include <QSGRendererInterface>
-#include <QTimer>
 
 #include <cstdio>
 #include <functional>
@@ -29,28 +28,10 @@ public:
     {
     }
 
-    /// Until the panel has rested for so long: longer than a thumbnail takes.
-    void settle(int ms = 200) const
-    {
-        QTimer waking; // to look at the panel; the loop sleeps in between
-        waking.start(10);
-        QElapsedTimer quiet;
-        quint64 last = 0;
-        do {
-            if (last != m_refreshes.last()) {
-                last = m_refreshes.last();
-                quiet.start();
-            }
-            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
-            // A screen that was left goes: a loop within a loop leaves it.
-            QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-        } while (quiet.elapsed() < ms);
-    }
-
     /// Adds "ms" until the panel's next refresh is complete, and "open" of the main thread's own time.
     void open(const std::function<void()> &work) const
     {
-        settle();
+        m_refreshes.settle(200);
         measure(QStringLiteral("open"), [&] {
             QElapsedTimer clock;
             clock.start();
@@ -60,7 +41,7 @@ public:
                 QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
             m_medians.add(QStringLiteral("ms"), double(clock.nsecsElapsed()) * 1e-6);
         });
-        settle();
+        m_refreshes.settle(200);
     }
 
     /// Adds "page" of each page that the page key brings, of so many at most; how many there were.
@@ -75,7 +56,7 @@ public:
             measure(QStringLiteral("page"), [this] {
                 QKeyEvent press(QEvent::KeyPress, Qt::Key_PageDown, Qt::NoModifier);
                 QCoreApplication::sendEvent(m_running.window, &press);
-                settle(100);
+                m_refreshes.settle(100);
             });
             if (grid->property("contentY").toDouble() <= before)
                 return page;

@@ -29,7 +29,6 @@ void overview(const RunningApp &running, const QString &folder, int playlists, M
 
     const OnPanel panel(running, medians);
     running.app.changeView(u"select_photos"_s);
-    panel.settle();
     panel.open([&running] {
         running.playlists()->refreshData();
         running.app.changeView(u"playlists"_s);
@@ -100,7 +99,7 @@ void add(const RunningApp &running, int rows, int pictures, Medians &medians)
     running.playlists()->refreshData();
     running.playlists()->setActiveId(2);
     running.app.changeView(u"select_photos"_s);
-    OnPanel(running, medians).settle();
+    Refreshes().settle(200);
 
     BareDatabase bare;
     double added = 0;

@@ -98,15 +98,7 @@ private:
     {
         if (m_warm)
             QThreadPool::globalInstance()->waitForDone();
-        QElapsedTimer quiet;
-        quint64 last = 0;
-        do {
-            if (last != m_refreshes.last()) {
-                last = m_refreshes.last();
-                quiet.start();
-            }
-            QCoreApplication::processEvents(QEventLoop::AllEvents, 10);
-        } while (quiet.elapsed() < 100);
+        m_refreshes.settle(100);
     }
 
     void change(Medians &medians)

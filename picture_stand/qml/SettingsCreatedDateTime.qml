@@ -1,4 +1,5 @@
-// Whether a show tells when its pictures were taken, and the way to how it does.
+// Whether a show tells when its pictures were taken, and the way to how it does. The screen of the other date is made of
+// it.
 import QtQuick 2.12
 import com.lindenreed.controls 1.0
 import com.lindenreed.controls 2.0 as LRControls2
@@ -8,6 +9,9 @@ Flickable {
     id: wrapper
 
     property string title
+    property string shownKey: "created_date_show" ///< of the setting
+    property string switchIcon: "photo_created_date"
+    property string switchTitle: qsTr("@ShowPhotoCreatedDate")
 
     signal back()
     signal customize()
@@ -75,13 +79,13 @@ Flickable {
         SettingsBitmapTextSwitcher {
             id: menu_show
 
-            image_src: "image://resource/photo_created_date"
-            image_src_pressed: "image://resource_inv/photo_created_date"
-            switch_value: SettingsModel.created_date_show
-            title: qsTr("@ShowPhotoCreatedDate")
+            image_src: "image://resource/" + wrapper.switchIcon
+            image_src_pressed: "image://resource_inv/" + wrapper.switchIcon
+            switch_value: SettingsModel[wrapper.shownKey]
+            title: wrapper.switchTitle
             onAction: {
-                SettingsModel.created_date_show = !menu_show.switch_value
-                SettingsModel.saveConfig("created_date_show")
+                SettingsModel[wrapper.shownKey] = !menu_show.switch_value
+                SettingsModel.saveConfig(wrapper.shownKey)
             }
 
             Separator {

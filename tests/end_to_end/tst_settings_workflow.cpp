@@ -1,7 +1,7 @@
 // The settings on the real program: by touch, by assistive press and by keys alone, in several languages, in
 // what the panel shows, in the device's journal and in the database file.
 
-#include "show_device.h"
+#include "named_screen.h"
 #include "stored_database.h"
 
 #include <QDir>
@@ -37,31 +37,19 @@ private slots:
 
 private:
     bool start(const QByteArray &profile = "grey-6", const QByteArray &language = "en");
-    bool act(const QString &step);
-    bool walk(const QStringList &steps)
-    {
-        return std::ranges::all_of(steps, [this](const QString &step) {
-            const bool done = act(step);
-            if (!done)
-                qWarning("%s", qUtf8Printable(step));
-            return done;
-        });
-    }
-    QSet<QString> names();
-    QRect place(const QString &name);
     static QStringList settings(const QString &name)
     {
         return stored_database::rows(
             u"SELECT playlist, value FROM settings WHERE name = '%1' ORDER BY playlist"_s.arg(name));
     }
 
-    std::unique_ptr<ShowDevice> m_device;
+    std::unique_ptr<NamedScreen> m_device;
 };
 
 void tst_SettingsWorkflow::init()
 {
     stored_database::remove();
-    m_device = std::make_unique<ShowDevice>();
+    m_device = std::make_unique<NamedScreen>();
 }
 
 void tst_SettingsWorkflow::cleanup()
@@ -82,47 +70,14 @@ bool tst_SettingsWorkflow::start(const QByteArray &profile, const QByteArray &la
         && write(u"/devroot/device.json"_s, "{\"profile\":\"" + profile + "\"}") && m_device->start();
 }
 
-QSet<QString> tst_SettingsWorkflow::names()
-{
-    QSet<QString> found;
-    const QList<QJsonObject> items = m_device->items();
-    for (const QJsonObject &item : items)
-        found.insert(item.value("name"_L1).toString());
-    return found;
-}
-
-QRect tst_SettingsWorkflow::place(const QString &name)
-{
-    const QList<QJsonObject> items = m_device->items();
-    for (const QJsonObject &item : items) {
-        if (item.value("name"_L1) == name && item.value("enabled"_L1).toBool(true))
-            return ShowDevice::rectangleOf(item);
-    }
-    return {};
-}
-
-/// "press NAME" and "touch NAME" do it to an item, "key NAME" and "type TEXT" are the device's.
-bool tst_SettingsWorkflow::act(const QString &step)
-{
-    const QString verb = step.section(u' ', 0, 0);
-    const QString name = step.section(u' ', 1);
-    if (verb == "press"_L1)
-        return m_device->press(name);
-    if (verb == "key"_L1)
-        return m_device->does(verb, {{u"name"_s, name}}) && m_device->idle();
-    if (verb == "type"_L1)
-        return m_device->does(verb, {{u"text"_s, name}}) && m_device->idle();
-    const QRect at = place(name);
-    return !at.isEmpty() && m_device->tap(at.center().x(), at.center().y());
-}
-
 void tst_SettingsWorkflow::interval()
 {
     QVERIFY(start());
-    QVERIFY(walk({u"press Slideshow settings"_s, u"touch Change picture every"_s, u"touch 5 seconds"_s}));
+    QVERIFY(m_device->walk(
+        {u"press Slideshow settings"_s, u"touch Change picture every"_s, u"touch 5 seconds"_s}));
     QCOMPARE(settings(u"change_picture_time"_s), QStringList{u"-1|5"_s});
-    QVERIFY(names().contains(u"5 seconds"_s));
-    QVERIFY(walk({u"press Back"_s}) && m_device->play());
+    QVERIFY(m_device->names().contains(u"5 seconds"_s));
+    QVERIFY(m_device->walk({u"press Back"_s}) && m_device->play());
     const QJsonArray timers = m_device->state().value("timers"_L1).toArray();
     for (const QJsonValue &timer : timers) {
         if (timer.toObject().value("name"_L1) == "nextImageEvent"_L1)
@@ -170,36 +125,38 @@ void tst_SettingsWorkflow::ownInterval()
     QFETCH(QString, shown);
 
     QVERIFY(start("grey-6", language));
-    QVERIFY(walk({u"press "_s + words.at(0), u"touch "_s + words.at(1), u"touch "_s + words.at(2)}));
+    QVERIFY(
+        m_device->walk({u"press "_s + words.at(0), u"touch "_s + words.at(1), u"touch "_s + words.at(2)}));
     if (unit > 0)
-        QVERIFY(
-            walk({u"press "_s + words.at(3), u"touch "_s + words.at(3 + unit), u"touch "_s + words.at(1)}));
-    QVERIFY(walk({u"type "_s + number, u"touch "_s + words.at(6)}));
-    QVERIFY2(names().contains(shown), qUtf8Printable(QStringList(names().values()).join(u'\n')));
+        QVERIFY(m_device->walk(
+            {u"press "_s + words.at(3), u"touch "_s + words.at(3 + unit), u"touch "_s + words.at(1)}));
+    QVERIFY(m_device->walk({u"type "_s + number, u"touch "_s + words.at(6)}));
+    QVERIFY2(m_device->names().contains(shown),
+             qUtf8Printable(QStringList(m_device->names().values()).join(u'\n')));
     const int factors[] = {1, 60, 3600};
     QCOMPARE(settings(u"change_picture_time"_s), QStringList{u"-1|%1"_s.arg(number.toInt() * factors[unit])});
     QCOMPARE(settings(u"change_picture_time_index"_s), QStringList{u"-1|%1"_s.arg(unit)});
-    QVERIFY(walk({u"touch "_s + words.at(1)}));
-    QVERIFY(names().contains(shown));
+    QVERIFY(m_device->walk({u"touch "_s + words.at(1)}));
+    QVERIFY(m_device->names().contains(shown));
 }
 
 void tst_SettingsWorkflow::typedOnTheKeyboard()
 {
     QVERIFY(start());
-    QVERIFY(walk({u"press Slideshow settings"_s, u"touch Change picture every"_s, u"touch Custom"_s,
-                  u"touch 4"_s, u"touch 5"_s, u"touch Save"_s}));
+    QVERIFY(m_device->walk({u"press Slideshow settings"_s, u"touch Change picture every"_s, u"touch Custom"_s,
+                            u"touch 4"_s, u"touch 5"_s, u"touch Save"_s}));
     QCOMPARE(settings(u"change_picture_time"_s), QStringList{u"-1|45"_s});
-    QVERIFY(!names().contains(u"4"_s)); // the keyboard has gone with the dialog
+    QVERIFY(!m_device->names().contains(u"4"_s)); // the keyboard has gone with the dialog
 }
 
 void tst_SettingsWorkflow::displayModeOfTheShow()
 {
     QVERIFY(start());
-    QVERIFY(walk(
+    QVERIFY(m_device->walk(
         {u"press Slideshow settings"_s, u"touch Display mode"_s, u"touch Fit on black"_s, u"press Back"_s}));
     QCOMPARE(settings(u"display_mode"_s), QStringList{u"-1|0"_s});
     QVERIFY(m_device->play());
-    QVERIFY(walk({u"key next"_s, u"key next"_s})); // the third picture is wider than it is high
+    QVERIFY(m_device->walk({u"key next"_s, u"key next"_s})); // the third picture is wider than it is high
     const QImage picture = m_device->screenshot();
     for (int x = 0; x < picture.width(); ++x)
         QVERIFY(qGray(picture.pixel(x, 2)) == 0 && qGray(picture.pixel(x, picture.height() - 3)) == 0);
@@ -208,9 +165,9 @@ void tst_SettingsWorkflow::displayModeOfTheShow()
 void tst_SettingsWorkflow::datesOfTheShow()
 {
     QVERIFY(start());
-    QVERIFY(
-        walk({u"press Slideshow settings"_s, u"touch Current date and time"_s, u"touch Show date and time"_s,
-              u"touch Font and position"_s, u"touch Position"_s, u"touch Bottom right"_s}));
+    QVERIFY(m_device->walk({u"press Slideshow settings"_s, u"touch Current date and time"_s,
+                            u"touch Show date and time"_s, u"touch Font and position"_s, u"touch Position"_s,
+                            u"touch Bottom right"_s}));
     const QRect clock = [this] {
         const QList<QJsonObject> items = m_device->items();
         for (const QJsonObject &item : items) {
@@ -221,10 +178,10 @@ void tst_SettingsWorkflow::datesOfTheShow()
     }();
     QVERIFY(clock.center().x() > 379 && clock.center().y() > 512);
     QCOMPARE(settings(u"current_date_position"_s), QStringList{u"-1|0"_s}); // on trial
-    QVERIFY(walk({u"touch Save"_s}));
+    QVERIFY(m_device->walk({u"touch Save"_s}));
     QCOMPARE(settings(u"current_date_position"_s), QStringList{u"-1|3"_s});
     QCOMPARE(settings(u"current_date_show"_s), QStringList{u"-1|1"_s});
-    QVERIFY(walk({u"press Back"_s, u"press Back"_s}) && m_device->play());
+    QVERIFY(m_device->walk({u"press Back"_s, u"press Back"_s}) && m_device->play());
     const QList<QJsonObject> items = m_device->items();
     QVERIFY(std::ranges::any_of(items, [&](const QJsonObject &item) {
         return item.value("id"_L1) == "main_txt"_L1 && ShowDevice::rectangleOf(item).center().y() > 512;
@@ -235,22 +192,24 @@ void tst_SettingsWorkflow::trialDropped()
 {
     QVERIFY(start());
     const QStringList before = stored_database::rows(u"SELECT * FROM settings"_s);
-    QVERIFY(walk({u"press Slideshow settings"_s, u"touch Photo date"_s, u"touch Font and position"_s,
-                  u"touch Position"_s, u"touch Top right"_s, u"press Font: default"_s, u"touch DejaVu Sans"_s,
-                  u"press Style: Regular"_s, u"touch Bold"_s}));
-    QVERIFY(names().contains(u"Style: Bold"_s));
-    QVERIFY(walk({u"touch Back"_s, u"touch Font and position"_s}));
-    QVERIFY(names().contains(u"Font: default"_s) && !names().contains(u"Style: Bold"_s));
+    QVERIFY(
+        m_device->walk({u"press Slideshow settings"_s, u"touch Photo date"_s, u"touch Font and position"_s,
+                        u"touch Position"_s, u"touch Top right"_s, u"press Font: default"_s,
+                        u"touch DejaVu Sans"_s, u"press Style: Regular"_s, u"touch Bold"_s}));
+    QVERIFY(m_device->names().contains(u"Style: Bold"_s));
+    QVERIFY(m_device->walk({u"touch Back"_s, u"touch Font and position"_s}));
+    QVERIFY(m_device->names().contains(u"Font: default"_s) && !m_device->names().contains(u"Style: Bold"_s));
     QCOMPARE(stored_database::rows(u"SELECT * FROM settings"_s), before);
 }
 
 void tst_SettingsWorkflow::fontOfTheMachine()
 {
     QVERIFY(start());
-    QVERIFY(walk({u"press Slideshow settings"_s, u"touch Photo date"_s, u"touch Font and position"_s,
-                  u"press Font: default"_s, u"touch DejaVu Sans Mono"_s}));
-    QVERIFY(names().contains(u"Style: Regular"_s));
-    QVERIFY(walk({u"touch Save"_s}));
+    QVERIFY(
+        m_device->walk({u"press Slideshow settings"_s, u"touch Photo date"_s, u"touch Font and position"_s,
+                        u"press Font: default"_s, u"touch DejaVu Sans Mono"_s}));
+    QVERIFY(m_device->names().contains(u"Style: Regular"_s));
+    QVERIFY(m_device->walk({u"touch Save"_s}));
     QCOMPARE(settings(u"created_date_font"_s), QStringList{u"-1|DejaVu Sans Mono"_s});
 }
 
@@ -259,11 +218,11 @@ void tst_SettingsWorkflow::backToTheShow()
     QVERIFY(start());
     QVERIFY(m_device->play());
     QVERIFY(m_device->tap(379, 512)); // the menu
-    QVERIFY(walk({u"touch Slideshow settings"_s, u"touch Shuffle"_s, u"touch Change picture every"_s,
-                  u"touch 10 seconds"_s}));
+    QVERIFY(m_device->walk({u"touch Slideshow settings"_s, u"touch Shuffle"_s,
+                            u"touch Change picture every"_s, u"touch 10 seconds"_s}));
     QCOMPARE(settings(u"shuffle"_s), (QStringList{u"-1|0"_s, u"1|1"_s}));
     QCOMPARE(settings(u"change_picture_time"_s), (QStringList{u"-1|30"_s, u"1|10"_s}));
-    QVERIFY(walk({u"touch Back"_s}));
+    QVERIFY(m_device->walk({u"touch Back"_s}));
     QCOMPARE(m_device->state().value("panel"_L1).toObject().value("type"_L1).toInt(), 0); // the show
     bool runs = false;
     const QJsonArray timers = m_device->state().value("timers"_L1).toArray();
@@ -300,7 +259,7 @@ void tst_SettingsWorkflow::everythingHasAName()
     QFETCH(QStringList, steps);
 
     QVERIFY(start());
-    QVERIFY(walk(steps));
+    QVERIFY(m_device->walk(steps));
     const QList<QJsonObject> items = m_device->items();
     QVERIFY(items.size() > 3);
     const QSet<QString> unnamed{u"ScrollBar"_s, u"PopupMenu"_s, u"StatusBar"_s};
@@ -313,35 +272,36 @@ void tst_SettingsWorkflow::everythingHasAName()
 void tst_SettingsWorkflow::keysAlone()
 {
     QVERIFY(start("keys-6"));
-    QVERIFY(walk({u"press Slideshow settings"_s})); // the keys are at the first row
+    QVERIFY(m_device->walk({u"press Slideshow settings"_s})); // the keys are at the first row
     const QStringList toCustom{u"key centre"_s, u"key down"_s, u"key down"_s, u"key down"_s, u"key down"_s};
-    QVERIFY(walk(toCustom + QStringList{u"key centre"_s}));
-    QVERIFY(names().contains(u"Set custom interval"_s));
+    QVERIFY(m_device->walk(toCustom + QStringList{u"key centre"_s}));
+    QVERIFY(m_device->names().contains(u"Set custom interval"_s));
     // The field has the keys; over the unit and Cancel to Save.
-    QVERIFY(
-        walk({u"type 45"_s, u"key back"_s, u"key down"_s, u"key down"_s, u"key down"_s, u"key centre"_s}));
-    QVERIFY(!names().contains(u"Set custom interval"_s));
+    QVERIFY(m_device->walk(
+        {u"type 45"_s, u"key back"_s, u"key down"_s, u"key down"_s, u"key down"_s, u"key centre"_s}));
+    QVERIFY(!m_device->names().contains(u"Set custom interval"_s));
     QCOMPARE(settings(u"change_picture_time"_s), QStringList{u"-1|45"_s});
     // Back at the row: three down is shuffle, one more the display mode.
-    QVERIFY(walk({u"key down"_s, u"key down"_s, u"key down"_s, u"key centre"_s}));
+    QVERIFY(m_device->walk({u"key down"_s, u"key down"_s, u"key down"_s, u"key centre"_s}));
     QCOMPARE(settings(u"shuffle"_s), QStringList{u"-1|1"_s});
-    QVERIFY(walk({u"key down"_s, u"key centre"_s, u"key up"_s, u"key centre"_s}));
+    QVERIFY(m_device->walk({u"key down"_s, u"key centre"_s, u"key up"_s, u"key centre"_s}));
     QCOMPARE(settings(u"display_mode"_s), QStringList{u"-1|0"_s});
     // And up again, past the first row to the header.
-    QVERIFY(walk({u"key up"_s, u"key up"_s, u"key up"_s, u"key up"_s, u"key up"_s, u"key centre"_s}));
-    QVERIFY(names().contains(u"New playlist"_s));
+    QVERIFY(
+        m_device->walk({u"key up"_s, u"key up"_s, u"key up"_s, u"key up"_s, u"key up"_s, u"key centre"_s}));
+    QVERIFY(m_device->names().contains(u"New playlist"_s));
 }
 
 void tst_SettingsWorkflow::trialByKeys()
 {
     QVERIFY(start("keys-6"));
-    QVERIFY(walk({u"press Slideshow settings"_s, u"key down"_s, u"key centre"_s}));
-    QVERIFY(names().contains(u"Show photo date"_s));
-    QVERIFY(walk({u"key centre"_s}));
+    QVERIFY(m_device->walk({u"press Slideshow settings"_s, u"key down"_s, u"key centre"_s}));
+    QVERIFY(m_device->names().contains(u"Show photo date"_s));
+    QVERIFY(m_device->walk({u"key centre"_s}));
     QCOMPARE(settings(u"created_date_show"_s), QStringList{u"-1|0"_s});
-    QVERIFY(walk({u"key down"_s, u"key centre"_s}));
-    QVERIFY(names().contains(u"Font: default"_s));
-    QVERIFY(walk({u"key centre"_s}));
+    QVERIFY(m_device->walk({u"key down"_s, u"key centre"_s}));
+    QVERIFY(m_device->names().contains(u"Font: default"_s));
+    QVERIFY(m_device->walk({u"key centre"_s}));
     QStringList fonts;
     const QList<QJsonObject> items = m_device->items();
     for (const QJsonObject &item : items) {
@@ -351,19 +311,21 @@ void tst_SettingsWorkflow::trialByKeys()
     QCOMPARE(fonts.value(0), u"default"_s);
     const qsizetype steps = fonts.indexOf(u"DejaVu Sans"_s);
     QVERIFY(steps > 0);
-    QVERIFY(walk(QStringList(steps, u"key down"_s) + QStringList{u"key centre"_s}));
-    QVERIFY(names().contains(u"Style: Regular"_s));
-    QVERIFY(walk({u"key right"_s, u"key centre"_s, u"key down"_s, u"key centre"_s})); // its second style
-    QVERIFY(names().contains(u"Style: Bold"_s));
-    QVERIFY(walk({u"key right"_s, u"key centre"_s, u"key right"_s, u"key centre"_s})); // the second corner
-    QVERIFY(walk({u"key centre"_s, u"key back"_s})); // opened again, and left
-    QVERIFY(walk({u"key right"_s, u"key centre"_s})); // done
+    QVERIFY(m_device->walk(QStringList(steps, u"key down"_s) + QStringList{u"key centre"_s}));
+    QVERIFY(m_device->names().contains(u"Style: Regular"_s));
+    QVERIFY(m_device->walk(
+        {u"key right"_s, u"key centre"_s, u"key down"_s, u"key centre"_s})); // its second style
+    QVERIFY(m_device->names().contains(u"Style: Bold"_s));
+    QVERIFY(m_device->walk(
+        {u"key right"_s, u"key centre"_s, u"key right"_s, u"key centre"_s})); // the second corner
+    QVERIFY(m_device->walk({u"key centre"_s, u"key back"_s})); // opened again, and left
+    QVERIFY(m_device->walk({u"key right"_s, u"key centre"_s})); // done
     QCOMPARE(settings(u"created_date_position"_s), QStringList{u"-1|1"_s});
     QCOMPARE(settings(u"created_date_font"_s), QStringList{u"-1|DejaVu Sans"_s});
     QCOMPARE(settings(u"created_date_font_is_bold"_s), QStringList{u"-1|1"_s});
-    QVERIFY(names().contains(u"Show photo date"_s));
-    QVERIFY(walk({u"key up"_s, u"key centre"_s})); // the header
-    QVERIFY(names().contains(u"Shuffle"_s));
+    QVERIFY(m_device->names().contains(u"Show photo date"_s));
+    QVERIFY(m_device->walk({u"key up"_s, u"key centre"_s})); // the header
+    QVERIFY(m_device->names().contains(u"Shuffle"_s));
 }
 
 QTEST_GUILESS_MAIN(tst_SettingsWorkflow)

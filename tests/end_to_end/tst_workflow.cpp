@@ -1,7 +1,7 @@
 // The playlist workflow on the real program, as a user and a caring observer see it: by touch and by
 // assistive press, in what the screen tells, in the device's journal and in the database file.
 
-#include "show_device.h"
+#include "named_screen.h"
 #include "stored_database.h"
 
 #include <QDir>
@@ -43,11 +43,6 @@ private slots:
 
 private:
     bool start(const QByteArray &profile = "grey-6");
-    bool act(const QString &step);
-    bool walk(const QStringList &steps);
-    QSet<QString> names();
-    QRect place(const QString &name);
-    bool isEnabled(const QString &name);
     static QStringList stored()
     {
         return stored_database::rows(u"SELECT title, (SELECT count(*) FROM playlist_images WHERE "
@@ -60,7 +55,7 @@ private:
     }
     bool showRuns();
 
-    std::unique_ptr<ShowDevice> m_device;
+    std::unique_ptr<NamedScreen> m_device;
     QByteArrayList m_expectedErrors;
 };
 
@@ -68,7 +63,7 @@ void tst_Workflow::init()
 {
     stored_database::remove();
     m_expectedErrors.clear();
-    m_device = std::make_unique<ShowDevice>();
+    m_device = std::make_unique<NamedScreen>();
 }
 
 void tst_Workflow::cleanup()
@@ -87,65 +82,6 @@ bool tst_Workflow::start(const QByteArray &profile)
         return false;
     record.close();
     return m_device->start();
-}
-
-QSet<QString> tst_Workflow::names()
-{
-    QSet<QString> found;
-    const QList<QJsonObject> items = m_device->items();
-    for (const QJsonObject &item : items)
-        found.insert(item.value("name"_L1).toString());
-    return found;
-}
-
-QRect tst_Workflow::place(const QString &name)
-{
-    QRect found;
-    const QList<QJsonObject> items = m_device->items();
-    for (const QJsonObject &item : items) {
-        if (item.value("name"_L1) != name)
-            continue;
-        if (item.value("enabled"_L1).toBool(true))
-            return ShowDevice::rectangleOf(item);
-        found = ShowDevice::rectangleOf(item); // behind a dialog, as long as nothing better comes
-    }
-    return found;
-}
-
-bool tst_Workflow::isEnabled(const QString &name)
-{
-    const QList<QJsonObject> items = m_device->items();
-    return std::ranges::any_of(items, [&](const QJsonObject &item) {
-        return item.value("name"_L1) == name && item.value("enabled"_L1).toBool(true);
-    });
-}
-
-/// "press NAME", "touch NAME" and "hold NAME" do it to an item, "outside" taps where no dialog or menu is.
-bool tst_Workflow::act(const QString &step)
-{
-    const QString verb = step.section(u' ', 0, 0);
-    const QString name = step.section(u' ', 1);
-    if (verb == "press"_L1)
-        return m_device->press(name);
-    if (verb == "key"_L1)
-        return m_device->does(verb, {{u"name"_s, name}}) && m_device->idle();
-    if (verb == "outside"_L1)
-        return m_device->tap(379, 50);
-    const QRect at = place(name);
-    return !at.isEmpty()
-        && m_device->does(verb == "hold"_L1 ? u"hold"_s : u"tap"_s,
-                          {{u"x"_s, at.center().x()}, {u"y"_s, at.center().y()}})
-        && m_device->idle();
-}
-
-bool tst_Workflow::walk(const QStringList &steps)
-{
-    return std::ranges::all_of(steps, [this](const QString &step) {
-        const bool done = act(step);
-        if (!done)
-            qWarning("%s", qUtf8Printable(step));
-        return done;
-    });
 }
 
 bool tst_Workflow::showRuns()
@@ -187,15 +123,17 @@ void tst_Workflow::states()
 
     QFile::copy(u"/mnt/ext1/Photo/01.jpg"_s, u"/mnt/ext1/loose.jpg"_s); // beside what the playlist has
     QVERIFY(start());
-    QVERIFY(walk(steps));
-    QCOMPARE(isEnabled(button), !needsSelection);
+    QVERIFY(m_device->walk(steps));
+    QCOMPARE(m_device->isEnabled(button), !needsSelection);
     QCOMPARE(stored(), inStore);
     const QImage before = m_device->screenshot();
     if (needsSelection) {
-        QVERIFY(act(u"touch "_s + button)); // a disabled button lets nothing through to the list either
+        QVERIFY(
+            m_device->act(u"touch "_s + button)); // a disabled button lets nothing through to the list either
         QCOMPARE(m_device->screenshot(), before);
-        QVERIFY(act(u"touch "_s + (names().contains(u"01.jpg"_s) ? u"01.jpg"_s : u"loose.jpg"_s)));
-        QVERIFY(isEnabled(button));
+        QVERIFY(m_device->act(u"touch "_s
+                              + (m_device->names().contains(u"01.jpg"_s) ? u"01.jpg"_s : u"loose.jpg"_s)));
+        QVERIFY(m_device->isEnabled(button));
     }
     QVERIFY(QFile::remove(u"/mnt/ext1/loose.jpg"_s));
 }
@@ -258,10 +196,10 @@ void tst_Workflow::transitions()
     QFETCH(bool, withLine);
 
     QVERIFY(start());
-    QVERIFY(walk(before));
+    QVERIFY(m_device->walk(before));
     const qsizetype calls = m_device->journal().size();
-    QVERIFY(walk(event));
-    const QSet<QString> found = names();
+    QVERIFY(m_device->walk(event));
+    const QSet<QString> found = m_device->names();
     for (const QString &name : std::as_const(shown))
         QVERIFY2(found.contains(name), qUtf8Printable(name));
     QCOMPARE(stored(), after);
@@ -312,7 +250,7 @@ void tst_Workflow::firstRun()
     // The dialog says 30 seconds whatever the setting is.
     QVERIFY(
         stored_database::execute({u"UPDATE settings SET value = '45' WHERE name = 'change_picture_time'"_s}));
-    QVERIFY(walk(steps));
+    QVERIFY(m_device->walk(steps));
     QCOMPARE(settings(u"change_picture_time"_s),
              interval == 0 ? QStringList{u"-1|45"_s} : (QStringList{u"-1|45"_s, u"1|%1"_s.arg(interval)}));
     if (interval != 0)
@@ -327,33 +265,35 @@ void tst_Workflow::firstRun()
                          1000 * (interval == 0 ? 45 : interval));
         }
     } else {
-        QVERIFY(names().contains(u"Photos. 10"_s) && !names().contains(u"Continue"_s));
+        QVERIFY(m_device->names().contains(u"Photos. 10"_s) && !m_device->names().contains(u"Continue"_s));
         QVERIFY(m_device->press(u"Start playback"_s)); // and it asks again
-        QVERIFY(names().contains(u"Continue"_s));
+        QVERIFY(m_device->names().contains(u"Continue"_s));
     }
 }
 
 void tst_Workflow::lastPlaylistDeleted()
 {
     QVERIFY(start());
-    QVERIFY(walk({u"hold Photos. 10"_s, u"touch Delete"_s}));
+    QVERIFY(m_device->walk({u"hold Photos. 10"_s, u"touch Delete"_s}));
     QCOMPARE(stored(), QStringList());
-    QVERIFY(names().contains(u"There are no playlists yet. Tap New playlist to make one."_s));
-    QVERIFY(isEnabled(u"New playlist"_s));
-    QVERIFY(
-        walk({u"touch New playlist"_s, u"touch Continue"_s, u"touch 02.jpg"_s, u"touch Create playlist"_s}));
+    QVERIFY(m_device->names().contains(u"There are no playlists yet. Tap New playlist to make one."_s));
+    QVERIFY(m_device->isEnabled(u"New playlist"_s));
+    QVERIFY(m_device->walk(
+        {u"touch New playlist"_s, u"touch Continue"_s, u"touch 02.jpg"_s, u"touch Create playlist"_s}));
     QCOMPARE(stored(), QStringList{u"New playlist|1"_s});
-    QVERIFY(names().contains(u"1 picture was added to New playlist"_s));
+    QVERIFY(m_device->names().contains(u"1 picture was added to New playlist"_s));
 }
 
 void tst_Workflow::vanishedFiles()
 {
     QVERIFY(QDir().rename(u"/mnt/ext1/Photo"_s, u"/mnt/ext1/Photo.kept"_s));
     const bool started = start();
-    const bool disabled = started && !isEnabled(u"Start playback"_s);
-    const bool opened = started && act(u"touch Photos. 0"_s)
-        && names().contains(u"There are no pictures yet. Tap + to add some."_s) && isEnabled(u"Play"_s);
-    const bool played = opened && walk({u"touch Play"_s, u"touch Continue"_s, u"touch Start playback"_s});
+    const bool disabled = started && !m_device->isEnabled(u"Start playback"_s);
+    const bool opened = started && m_device->act(u"touch Photos. 0"_s)
+        && m_device->names().contains(u"There are no pictures yet. Tap + to add some."_s)
+        && m_device->isEnabled(u"Play"_s);
+    const bool played
+        = opened && m_device->walk({u"touch Play"_s, u"touch Continue"_s, u"touch Start playback"_s});
     QVERIFY(QDir().rename(u"/mnt/ext1/Photo.kept"_s, u"/mnt/ext1/Photo"_s));
     QVERIFY(disabled);
     QVERIFY(opened);
@@ -367,28 +307,28 @@ void tst_Workflow::vanishedFiles()
 void tst_Workflow::leftWhilePicking()
 {
     QVERIFY(start());
-    QVERIFY(walk({u"touch New playlist"_s, u"touch Continue"_s, u"touch 01.jpg"_s}));
+    QVERIFY(m_device->walk({u"touch New playlist"_s, u"touch Continue"_s, u"touch 01.jpg"_s}));
     QVERIFY(m_device->does(u"quit"_s));
     QVERIFY(m_device->program().state() == QProcess::NotRunning || m_device->program().waitForFinished());
     QCOMPARE(stored(), (QStringList{u"@DefaultPlaylist|10"_s, u"New playlist|0"_s}));
-    m_device = std::make_unique<ShowDevice>();
+    m_device = std::make_unique<NamedScreen>();
     QVERIFY(start());
-    QVERIFY(names().contains(u"New playlist. 0"_s));
+    QVERIFY(m_device->names().contains(u"New playlist. 0"_s));
 }
 
 void tst_Workflow::picturesThatAreThereAlready()
 {
     QVERIFY(start());
-    QVERIFY(walk({u"touch New playlist"_s, u"touch Continue"_s, u"touch 01.jpg"_s, u"touch 02.jpg"_s,
-                  u"touch Create playlist"_s, u"touch Add pictures"_s}));
+    QVERIFY(m_device->walk({u"touch New playlist"_s, u"touch Continue"_s, u"touch 01.jpg"_s,
+                            u"touch 02.jpg"_s, u"touch Create playlist"_s, u"touch Add pictures"_s}));
     m_expectedErrors.append("ReferenceError: select_photos_loader is not defined");
-    QVERIFY(names().contains(u"0 / 8"_s));
-    QVERIFY(act(u"touch 01.jpg"_s)); // greyed
-    QVERIFY(names().contains(u"0 / 8"_s) && !isEnabled(u"Add pictures"_s));
-    QVERIFY(act(u"touch All"_s));
-    QVERIFY(names().contains(u"8 / 8"_s));
-    QVERIFY(act(u"touch Add pictures"_s));
-    QVERIFY(names().contains(u"8 pictures were added to New playlist"_s));
+    QVERIFY(m_device->names().contains(u"0 / 8"_s));
+    QVERIFY(m_device->act(u"touch 01.jpg"_s)); // greyed
+    QVERIFY(m_device->names().contains(u"0 / 8"_s) && !m_device->isEnabled(u"Add pictures"_s));
+    QVERIFY(m_device->act(u"touch All"_s));
+    QVERIFY(m_device->names().contains(u"8 / 8"_s));
+    QVERIFY(m_device->act(u"touch Add pictures"_s));
+    QVERIFY(m_device->names().contains(u"8 pictures were added to New playlist"_s));
     QCOMPARE(stored(), (QStringList{u"@DefaultPlaylist|10"_s, u"New playlist|10"_s}));
     QCOMPARE(stored_database::rows(u"SELECT count(DISTINCT url) FROM playlist_images WHERE playlist = 2"_s),
              QStringList{u"10"_s});
@@ -412,15 +352,15 @@ void tst_Workflow::ownSettingsOfAPlaylist()
 void tst_Workflow::typedTitle()
 {
     QVERIFY(start());
-    QVERIFY(act(u"touch New playlist"_s));
+    QVERIFY(m_device->act(u"touch New playlist"_s));
     const QString title = u"  <b>50 %s</b> %2 & \"x\""_s;
     QVERIFY(m_device->does(u"type"_s, {{u"text"_s, title}})); // in place of what is selected
-    QVERIFY(walk({u"touch Continue"_s, u"touch 01.jpg"_s, u"touch Create playlist"_s}));
+    QVERIFY(m_device->walk({u"touch Continue"_s, u"touch 01.jpg"_s, u"touch Create playlist"_s}));
     QCOMPARE(stored().constLast(), title + u"|1"_s);
-    QVERIFY(names().contains(title));
-    QVERIFY(names().contains(u"1 picture was added to "_s + title));
-    QVERIFY(act(u"touch Back"_s));
-    QVERIFY(names().contains(title + u". 1"_s));
+    QVERIFY(m_device->names().contains(title));
+    QVERIFY(m_device->names().contains(u"1 picture was added to "_s + title));
+    QVERIFY(m_device->act(u"touch Back"_s));
+    QVERIFY(m_device->names().contains(title + u". 1"_s));
 }
 
 void tst_Workflow::pickingForNothing()
@@ -430,7 +370,7 @@ void tst_Workflow::pickingForNothing()
     QVERIFY(stored_database::execute({u"CREATE TRIGGER refuse BEFORE INSERT ON playlists BEGIN "
                                       "SELECT RAISE(ABORT, 'refused'); END"_s}));
     const QStringList before = stored();
-    QVERIFY(walk({u"touch New playlist"_s, u"touch Continue"_s, u"touch 01.jpg"_s}));
+    QVERIFY(m_device->walk({u"touch New playlist"_s, u"touch Continue"_s, u"touch 01.jpg"_s}));
     QVERIFY(stored_database::execute({u"DROP TRIGGER refuse"_s}));
     m_device->ask(u"press"_s, {{u"name"_s, u"Create playlist"_s}});
     QVERIFY(m_device->program().state() == QProcess::NotRunning || m_device->program().waitForFinished());
@@ -438,30 +378,31 @@ void tst_Workflow::pickingForNothing()
     QVERIFY(m_device->errors().contains("vector::_M_range_check"));
     QCOMPARE(stored(), before);
     QCOMPARE(stored_database::rows(u"PRAGMA integrity_check"_s), QStringList{u"ok"_s});
-    m_device = std::make_unique<ShowDevice>();
+    m_device = std::make_unique<NamedScreen>();
     QVERIFY(start());
-    QVERIFY(names().contains(u"Photos. 10"_s));
+    QVERIFY(m_device->names().contains(u"Photos. 10"_s));
 }
 
 void tst_Workflow::keysAlone()
 {
     QVERIFY(start("keys-6"));
-    QVERIFY(act(u"key centre"_s)); // the frame is on the first playlist
-    QVERIFY(names().contains(u"Back"_s));
+    QVERIFY(m_device->act(u"key centre"_s)); // the frame is on the first playlist
+    QVERIFY(m_device->names().contains(u"Back"_s));
     QVERIFY(m_device->press(u"Back"_s));
-    QVERIFY(walk({u"key down"_s, u"key centre"_s})); // from the last playlist to the button
-    QVERIFY(names().contains(u"Continue"_s));
-    QVERIFY(act(u"key back"_s)); // the keyboard
-    QVERIFY(act(u"key back"_s)); // the dialog
-    QVERIFY(!names().contains(u"Continue"_s));
-    QVERIFY(walk({u"key up"_s, u"key right"_s, u"key centre"_s})); // back to the row, and to its play sign
-    QVERIFY(names().contains(u"Continue"_s));
-    QVERIFY(act(u"key centre"_s));
-    QVERIFY(names().contains(u"Change picture every"_s));
-    QVERIFY(
-        walk({u"key back"_s, u"key left"_s, u"key up"_s, u"key down"_s})); // the header, and the row again
-    QVERIFY(act(u"key centre"_s));
-    QVERIFY(names().contains(u"Back"_s));
+    QVERIFY(m_device->walk({u"key down"_s, u"key centre"_s})); // from the last playlist to the button
+    QVERIFY(m_device->names().contains(u"Continue"_s));
+    QVERIFY(m_device->act(u"key back"_s)); // the keyboard
+    QVERIFY(m_device->act(u"key back"_s)); // the dialog
+    QVERIFY(!m_device->names().contains(u"Continue"_s));
+    QVERIFY(m_device->walk(
+        {u"key up"_s, u"key right"_s, u"key centre"_s})); // back to the row, and to its play sign
+    QVERIFY(m_device->names().contains(u"Continue"_s));
+    QVERIFY(m_device->act(u"key centre"_s));
+    QVERIFY(m_device->names().contains(u"Change picture every"_s));
+    QVERIFY(m_device->walk(
+        {u"key back"_s, u"key left"_s, u"key up"_s, u"key down"_s})); // the header, and the row again
+    QVERIFY(m_device->act(u"key centre"_s));
+    QVERIFY(m_device->names().contains(u"Back"_s));
 }
 
 QTEST_GUILESS_MAIN(tst_Workflow)

@@ -1,7 +1,7 @@
 // How the program ends on the ways of the playlist workflow: by the home button, and where nothing can be
 // stored.
 
-#include "show_device.h"
+#include "named_screen.h"
 #include "stored_database.h"
 
 #include <QTest>
@@ -24,22 +24,6 @@ private slots:
     void pictureForAPlaylistThatCouldNotBeStored();
 
 private:
-    /// Empty where nothing has this name.
-    QRect place(const QString &name)
-    {
-        const QList<QJsonObject> items = m_device->items();
-        for (const QJsonObject &item : items) {
-            if (item.value("name"_L1) == name)
-                return ShowDevice::rectangleOf(item);
-        }
-        return {};
-    }
-    bool isShown(const QString &name) { return !place(name).isEmpty(); }
-    bool touch(const QString &name)
-    {
-        const QPoint middle = place(name).center();
-        return isShown(name) && m_device->tap(middle.x(), middle.y());
-    }
     bool hasEnded()
     {
         return m_device->program().state() == QProcess::NotRunning || m_device->program().waitForFinished();
@@ -53,13 +37,13 @@ private:
     /// The database as it is after a first run, which nobody can write any more.
     bool makeReadOnlyDatabase();
 
-    std::unique_ptr<ShowDevice> m_device;
+    std::unique_ptr<NamedScreen> m_device;
 };
 
 void tst_WorkflowEnds::init()
 {
     stored_database::remove();
-    m_device = std::make_unique<ShowDevice>();
+    m_device = std::make_unique<NamedScreen>();
 }
 
 void tst_WorkflowEnds::cleanup()
@@ -80,7 +64,7 @@ void tst_WorkflowEnds::homeButton()
     QFETCH(bool, byTouch);
 
     QVERIFY(m_device->start());
-    const QRect home = place(u"Close"_s);
+    const QRect home = m_device->place(u"Close"_s);
     QVERIFY(!home.isEmpty());
     if (byTouch)
         m_device->ask(u"tap"_s, {{u"x"_s, home.center().x()}, {u"y"_s, home.center().y()}});
@@ -96,7 +80,7 @@ bool tst_WorkflowEnds::makeReadOnlyDatabase()
 {
     if (!m_device->start() || !m_device->does(u"quit"_s) || !hasEnded())
         return false;
-    m_device = std::make_unique<ShowDevice>();
+    m_device = std::make_unique<NamedScreen>();
     QFile file(stored_database::path);
     return file.setPermissions(QFile::ReadOwner) && !file.open(QIODevice::ReadWrite);
 }
@@ -107,12 +91,10 @@ void tst_WorkflowEnds::pictureForAPlaylistThatCouldNotBeStored()
     const QStringList before = stored();
     QVERIFY(before.contains(u"1|@DefaultPlaylist|"_s));
     QVERIFY(m_device->start());
-    QVERIFY(touch(u"New playlist"_s));
-    QVERIFY(touch(u"Continue"_s));
-    QVERIFY(isShown(u"Create playlist"_s)); // the picker, all the same
-    QVERIFY(touch(u"01.jpg"_s));
-    QVERIFY(touch(u"02.jpg"_s));
-    QVERIFY(isShown(u"2 / 10"_s));
+    QVERIFY(m_device->walk({u"touch New playlist"_s, u"touch Continue"_s}));
+    QVERIFY(m_device->names().contains(u"Create playlist"_s)); // the picker, all the same
+    QVERIFY(m_device->walk({u"touch 01.jpg"_s, u"touch 02.jpg"_s}));
+    QVERIFY(m_device->names().contains(u"2 / 10"_s));
     QVERIFY(m_device->program().state() == QProcess::Running);
 
     // The message names the playlist that pictures were added to, and there is none.
@@ -128,9 +110,9 @@ void tst_WorkflowEnds::pictureForAPlaylistThatCouldNotBeStored()
     QCOMPARE(stored(), before);
     QCOMPARE(stored_database::rows(u"SELECT url FROM playlist_images WHERE playlist = -1"_s), QStringList());
     QCOMPARE(stored_database::rows(u"PRAGMA integrity_check"_s), QStringList{u"ok"_s});
-    m_device = std::make_unique<ShowDevice>();
+    m_device = std::make_unique<NamedScreen>();
     QVERIFY(m_device->start());
-    QVERIFY(isShown(u"Photos. 10"_s));
+    QVERIFY(m_device->names().contains(u"Photos. 10"_s));
 }
 
 QTEST_GUILESS_MAIN(tst_WorkflowEnds)

@@ -50,6 +50,16 @@ inline bool chooseUnit(const RunningApp &running, int uid)
         && QTest::qWaitFor([&] { return !item(running, "time")->property("isOpened").toBool(); });
 }
 
+/// Opens the dialog and types into its empty field.
+inline bool openAndType(const RunningApp &running, int unit, const QString &keys)
+{
+    if (!open(running) || !chooseUnit(running, unit))
+        return false;
+    item(running, "input")->forceActiveFocus();
+    type(running, keys);
+    return true;
+}
+
 inline QString stored()
 {
     const QStringList rows

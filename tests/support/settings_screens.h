@@ -4,6 +4,7 @@
 #pragma once
 
 #include "accessible_items.h"
+#include "device_text.h"
 #include "running_app.h"
 #include "settings_fixture.h"
 
@@ -17,10 +18,7 @@
 #include <QSignalSpy>
 #include <QThreadPool>
 
-inline QString textOf(const char *key)
-{
-    return QString::fromUtf8(GetLangText(key));
-}
+#include <algorithm>
 
 /// Warnings but those that are announced by QTest::ignoreMessage() fail the test.
 class SettingsScreens
@@ -79,6 +77,15 @@ public:
         QQmlExpression question(context, context->objectForName(QString::fromLatin1(id)), expression);
         const QVariant answer = question.evaluate();
         return question.hasError() ? QVariant() : answer;
+    }
+    /// The line that closes a row; null where it has none.
+    static QQuickItem *separatorOf(const QQuickItem *row)
+    {
+        const QList<QQuickItem *> children = row->childItems();
+        const auto found = std::ranges::find_if(children, [](const QQuickItem *child) {
+            return child->metaObject()->indexOfProperty("sideMargin") >= 0;
+        });
+        return found != children.cend() ? *found : nullptr;
     }
     static int number(const RunningApp &running, const char *id, const QString &expression)
     {

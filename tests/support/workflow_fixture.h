@@ -4,6 +4,7 @@
 #pragma once
 
 #include "accessible_items.h"
+#include "device_text.h"
 #include "running_app.h"
 #include "stored_database.h"
 
@@ -20,11 +21,6 @@
 
 #include <memory>
 #include <utility>
-
-inline QString textOf(const char *key)
-{
-    return QString::fromUtf8(GetLangText(key));
-}
 
 /// Notes what the models tell: what has happened, and in which order.
 class WorkflowSteps : public QObject

@@ -68,10 +68,7 @@ void tst_SettingsIntervalTyping::typed()
     QFETCH(QString, shown);
 
     run([&](RunningApp &running) {
-        QVERIFY(open(running));
-        QVERIFY(chooseUnit(running, unit));
-        item(running, "input")->forceActiveFocus();
-        type(running, keys);
+        QVERIFY(openAndType(running, unit, keys));
         QCOMPARE(field(running), shown);
     });
 }
@@ -140,10 +137,7 @@ void tst_SettingsIntervalTyping::unitChanged()
     QFETCH(QString, shown);
 
     run([&](RunningApp &running) {
-        QVERIFY(open(running));
-        QVERIFY(chooseUnit(running, unit));
-        item(running, "input")->forceActiveFocus();
-        type(running, keys);
+        QVERIFY(openAndType(running, unit, keys));
         QCOMPARE(field(running), keys);
         QVERIFY(chooseUnit(running, newUnit));
         QCOMPARE(field(running), shown);
@@ -188,10 +182,7 @@ void tst_SettingsIntervalTyping::saved()
     QFETCH(QString, shown);
 
     run([&](RunningApp &running) {
-        QVERIFY(open(running));
-        QVERIFY(chooseUnit(running, unit));
-        item(running, "input")->forceActiveFocus();
-        type(running, keys);
+        QVERIFY(openAndType(running, unit, keys));
         QVERIFY(SettingsScreens::pressButton(running, "@Save"));
         QVERIFY(!isOpen(running));
         QCOMPARE(interval_dialog::stored(), stored);

@@ -113,11 +113,7 @@ void tst_SettingsSlideshow::rows()
         QCOMPARE(sceneRectangle(row),
                  QRect(side, top, int(running.screen()->width()) - 2 * side, int(row->height())));
 
-        const QQuickItem *separator = nullptr;
-        for (const QQuickItem *child : row->childItems()) {
-            if (child->metaObject()->indexOfProperty("sideMargin") >= 0)
-                separator = child;
-        }
+        const QQuickItem *const separator = SettingsScreens::separatorOf(row);
         QVERIFY(separator);
         const int radius = row->property("radius").toInt();
         QVERIFY(radius > 0);
