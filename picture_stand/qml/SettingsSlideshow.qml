@@ -19,9 +19,10 @@ Flickable {
         SettingsModel.saveConfig("change_picture_time")
     }
 
-    /// Seconds in their unit: 0 seconds, 1 minutes, 2 hours. Rounded on the way to each.
+    /// Seconds in their unit: 0 seconds, 1 minutes, 2 hours. Rounded on the way to each. A stored number that is no unit
+    /// may be any: nothing comes of 0 seconds.
     function get_change_time(value, timeIdx) {
-        while (timeIdx > 0) {
+        while (timeIdx > 0 && value !== 0) {
             value = Math.round(value / 60)
             --timeIdx
         }
@@ -395,10 +396,14 @@ Flickable {
                         AdvancedTextInput {
                             id: input
 
+                            /// What the validator takes beside digits, a sign or separators of groups, goes first.
                             function validate() {
                                 if (text === "")
                                     return
-                                if (text > int_validator.top)
+                                const digits = text.replace(/\D/g, "")
+                                if (digits !== text)
+                                    replace(digits)
+                                else if (text > int_validator.top)
                                     replace(int_validator.top)
                                 else if (text < int_validator.bottom)
                                     replace(int_validator.bottom)
@@ -449,10 +454,9 @@ Flickable {
                 applyTitle: qsTr("@Save")
                 isUppercase: true
                 onApply: {
-                    const value = time_model.get(time.selectedUid).multiply_ * input.text
-                    // A sign alone passes for the beginning of a number.
-                    if (input.text !== "" && !isNaN(value))
-                        wrapper.apply_picture_time(value, time.selectedUid)
+                    const unit = time_model.get(time.selectedUid) // none for a stored number that is no unit
+                    if (input.text !== "" && unit)
+                        wrapper.apply_picture_time(unit.multiply_ * input.text, time.selectedUid)
                     loader_custom_interval.close()
                 }
                 onCancel: loader_custom_interval.close()

@@ -6,6 +6,7 @@
 #include <QGuiApplication>
 #include <QInputMethod>
 
+#include <limits>
 #include <memory>
 
 using namespace interval_dialog;
@@ -26,6 +27,8 @@ private slots:
     void checkedCustomRowAgain();
     void openedWithAStoredTime_data();
     void openedWithAStoredTime();
+    void storedUnitThatIsNone_data();
+    void storedUnitThatIsNone();
     void shownAgainAfterMixedValues();
     void focusGoesToTheScreen();
     void unitTakesTheFocus();
@@ -156,6 +159,42 @@ void tst_SettingsIntervalDialog::openedWithAStoredTime()
         QVERIFY(open(running));
         QCOMPARE(field(running), shown);
         QCOMPARE(interval_dialog::unit(running), unit);
+    });
+}
+
+void tst_SettingsIntervalDialog::storedUnitThatIsNone_data()
+{
+    QTest::addColumn<int>("unit");
+    QTest::addColumn<QString>("row");
+
+    QTest::newRow("before") << -1 << u"Custom (45 seconds)"_s;
+    QTest::newRow("beyond") << 3 << u"Custom (0 seconds)"_s;
+    QTest::newRow("far beyond") << std::numeric_limits<int>::max() << u"Custom (0 seconds)"_s;
+}
+
+void tst_SettingsIntervalDialog::storedUnitThatIsNone()
+{
+    QFETCH(int, unit);
+    QFETCH(QString, row);
+
+    DataStorage::instance().setSetting(u"change_picture_time"_s, u"45"_s, -1);
+    DataStorage::instance().setSetting(u"change_picture_time_index"_s, QString::number(unit), -1);
+    run([&](RunningApp &running) {
+        QCOMPARE(item(running, "menu_change_picter")->property("text").toString(), row);
+        // There is nothing to multiply with: the dialog closes, and the settings stay.
+        QVERIFY(open(running));
+        QVERIFY(SettingsScreens::pressButton(running, "@Save"));
+        QVERIFY(!isOpen(running));
+        QCOMPARE(stored(), u"45|%1"_s.arg(unit));
+        // With a unit that is one it saves.
+        QVERIFY(open(running));
+        QVERIFY(chooseUnit(running, 1));
+        item(running, "input")->forceActiveFocus();
+        QVERIFY(QMetaObject::invokeMethod(item(running, "input"), "clear"));
+        type(running, u"3"_s);
+        QVERIFY(SettingsScreens::pressButton(running, "@Save"));
+        QVERIFY(!isOpen(running));
+        QCOMPARE(stored(), u"180|1"_s);
     });
 }
 

@@ -23,6 +23,8 @@ private slots:
     void typed();
     void pasted_data();
     void pasted();
+    void pastedInALanguage_data();
+    void pastedInALanguage();
     void unitChanged_data();
     void unitChanged();
     void limits();
@@ -83,7 +85,7 @@ void tst_SettingsIntervalTyping::pasted_data()
     QTest::newRow("nothing at all") << QString() << u""_s << u"30|0"_s;
     QTest::newRow("words") << u"ten"_s << u""_s << u"30|0"_s;
     QTest::newRow("minus") << u"-5"_s << u""_s << u"30|0"_s;
-    QTest::newRow("plus") << u"+5"_s << u"+5"_s << u"5|0"_s;
+    QTest::newRow("plus") << u"+5"_s << u"5"_s << u"5|0"_s;
     QTest::newRow("blanks around") << u" 5 "_s << u""_s << u"30|0"_s;
     QTest::newRow("zero") << u"0"_s << u"1"_s << u"1|0"_s;
     QTest::newRow("zeros") << u"000"_s << u"1"_s << u"1|0"_s;
@@ -110,6 +112,58 @@ void tst_SettingsIntervalTyping::pasted()
         QVERIFY(SettingsScreens::pressButton(running, "@Save"));
         QVERIFY(!isOpen(running));
         QCOMPARE(stored(), saved);
+    });
+}
+
+void tst_SettingsIntervalTyping::pastedInALanguage_data()
+{
+    QTest::addColumn<QString>("language");
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<QStringList>("shown"); // in seconds, minutes, hours
+
+    for (const QString &language : {u"en_US"_s, u"de_DE"_s}) {
+        const auto row = [&](const char *name, const QString &text, const QStringList &shown) {
+            QTest::addRow("%s, %s", name, qPrintable(language)) << language << text << shown;
+        };
+        const QStringList nothing{QString(), QString(), QString()};
+        const QStringList aThousand{u"1000"_s, u"1000"_s, QString()}; // no hours have four digits
+        row("a point", u"1.000"_s, language == u"de_DE"_s ? aThousand : nothing);
+        row("a comma", u"1,000"_s, language == u"en_US"_s ? aThousand : nothing);
+        row("plus", u"+5"_s, {u"5"_s, u"5"_s, u"5"_s});
+        row("minus", u"-5"_s, nothing);
+        row("blanks around", u" 7 "_s, nothing);
+        row("letters", u"abc"_s, nothing);
+        row("leading zeros", u"007"_s, {u"007"_s, u"007"_s, u"007"_s});
+        row("all digits that fit", u"99999"_s, {u"86400"_s, QString(), QString()});
+        row("all digits that fit, and plus", u"+99"_s, {u"99"_s, u"99"_s, u"24"_s});
+        row("a digit more", u"999999"_s, nothing);
+    }
+}
+
+void tst_SettingsIntervalTyping::pastedInALanguage()
+{
+    QFETCH(QString, language);
+    QFETCH(QString, text);
+    QFETCH(QStringList, shown);
+
+    const QLocale before;
+    const auto restored = qScopeGuard([&] { QLocale::setDefault(before); });
+    QLocale::setDefault(QLocale(language));
+    run([&](RunningApp &running) {
+        for (int unit = 0; unit < 3; ++unit) {
+            QVERIFY(openAndType(running, unit, {}));
+            QVERIFY(QMetaObject::invokeMethod(item(running, "input"), "clear"));
+            QGuiApplication::clipboard()->setText(text);
+            QVERIFY(QMetaObject::invokeMethod(item(running, "input"), "paste"));
+            QCOMPARE(field(running), shown.at(unit));
+            QVERIFY(SettingsScreens::pressButton(running, "@Save"));
+            QVERIFY(!isOpen(running));
+            const int seconds = shown.at(unit).toInt() * QList{1, 60, 3600}.at(unit);
+            if (seconds > 0)
+                QCOMPARE(stored(), u"%1|%2"_s.arg(seconds).arg(unit));
+        }
+        if (shown.join(QString()).isEmpty())
+            QCOMPARE(stored(), u"30|0"_s);
     });
 }
 
