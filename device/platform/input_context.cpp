@@ -72,7 +72,7 @@ void InputContext::settle()
     }
 
     if (!m_window) {
-        m_window = std::make_unique<KeyboardWindow>(m_device.profile.dpi);
+        m_window = std::make_unique<KeyboardWindow>(m_device.profile.dpi, m_device.profile.touch);
         connect(m_window.get(), &QWindow::visibleChanged, this, [this] {
             emitInputPanelVisibleChanged();
             emitKeyboardRectChanged();
@@ -137,12 +137,7 @@ bool InputContext::takeKey(Qt::Key key)
         hideInputPanel();
         return true;
     }
-    if (m_window->takeKey(key))
-        return true;
-    if (key != Qt::Key_Return)
-        return false;
-    done(); // no key is framed yet
-    return true;
+    return m_window->takeKey(key);
 }
 
 } // namespace lindenreed::device

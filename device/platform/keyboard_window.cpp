@@ -22,8 +22,9 @@ constexpr std::chrono::milliseconds betweenRepeats = 200ms; // slower than the p
 
 } // namespace
 
-KeyboardWindow::KeyboardWindow(int dpi)
+KeyboardWindow::KeyboardWindow(int dpi, bool touch)
     : m_dpi(dpi)
+    , m_touch(touch)
 {
     setFlags(Qt::Tool | Qt::FramelessWindowHint | Qt::WindowDoesNotAcceptFocus | Qt::WindowStaysOnTopHint);
     const auto follow = [this] {
@@ -41,7 +42,7 @@ void KeyboardWindow::open(bool digitsOnly, const QString &language)
     m_view.letters = &letterLayout(language);
     m_view.shifted = false;
     m_pressed = -1;
-    m_framed = -1;
+    m_framed = m_touch ? -1 : 0;
     moveToFoot();
     show();
 }
@@ -114,8 +115,6 @@ bool KeyboardWindow::takeKey(Qt::Key key)
         mark(m_framed, neighbour(key));
         return true;
     case Qt::Key_Return:
-        if (m_framed < 0)
-            return false;
         press(m_framed);
         return true;
     default:
@@ -125,8 +124,6 @@ bool KeyboardWindow::takeKey(Qt::Key key)
 
 qsizetype KeyboardWindow::neighbour(Qt::Key direction) const
 {
-    if (m_framed < 0)
-        return 0;
     const QRect from = m_keys.at(m_framed).rectangle;
     const bool sideways = direction == Qt::Key_Left || direction == Qt::Key_Right;
     const bool backwards = direction == Qt::Key_Left || direction == Qt::Key_Up;

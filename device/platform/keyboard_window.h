@@ -16,10 +16,11 @@ class KeyboardWindow : public QRasterWindow
     Q_OBJECT
 
 public:
-    explicit KeyboardWindow(int dpi);
+    /// Without `touch` one key has a frame, which the arrow keys move.
+    KeyboardWindow(int dpi, bool touch);
 
-    /// Shows the letters of `language`, or the pad, in its place on the screen. The choice of plain Latin
-    /// lasts from one opening to the next.
+    /// Shows the letters of `language`, or the pad, in its place on the screen, with the frame at the first
+    /// key. The choice of plain Latin lasts from one opening to the next.
     void open(bool digitsOnly, const QString &language);
 
     const QList<KeyboardKey> &keys() const { return m_keys; } ///< in reading order, as they are shown now
@@ -56,11 +57,12 @@ private:
     bool isSwitchedOn(const KeyboardKey &key) const;
 
     const int m_dpi;
+    const bool m_touch;
     KeyboardView m_view;
     QRect m_place;
     QList<KeyboardKey> m_keys;
     qsizetype m_pressed = -1; ///< under the finger
-    qsizetype m_framed = -1; ///< by the arrow keys
+    qsizetype m_framed = -1; ///< by the arrow keys; -1: none, on a device with touch
     QTimer m_repeat; ///< of a delete key that is held
     bool m_repeated = false;
 };

@@ -38,7 +38,8 @@ private slots:
     void pressByName();
     void arrowsMoveOverTheKeyboard();
     void framedKey();
-    void centreWithoutAFrameIsTheFields();
+    void frameBeginsAtTheFirstKey();
+    void framedKeyAccepts();
     void frameStaysBetweenPages();
     void backClosesTheKeyboard();
     void fastModeAndFullRefresh();
@@ -197,7 +198,7 @@ void tst_PanelWithoutTouch::pressByName()
 void tst_PanelWithoutTouch::arrowsMoveOverTheKeyboard()
 {
     openKeyboard();
-    for (const QString &name : {u"down"_s, u"centre"_s, u"right"_s, u"centre"_s, u"down"_s, u"centre"_s})
+    for (const QString &name : {u"centre"_s, u"right"_s, u"centre"_s, u"left"_s, u"down"_s, u"centre"_s})
         QCOMPARE(key(name), u"ok"_s);
     QCOMPARE(m_scene->text("name"), u"qwa"_s); // the frame begins at the first key
     for (const QString &name : {u"right"_s, u"centre"_s, u"left"_s, u"left"_s, u"centre"_s})
@@ -217,19 +218,39 @@ void tst_PanelWithoutTouch::framedKey()
     QVERIFY(panel_view::waitUntilStill());
     const QRect first = rectangleOf(m_scene->key(u"q"_s));
     const int y = first.center().y();
-    QCOMPARE(panel_view::greyAt(first.left() + 2, y), 255);
-    QCOMPARE(key(u"up"_s), u"ok"_s);
-    QTRY_COMPARE(panel_view::greyAt(first.left() + 2, y), 0); // 6 wide on a 300 dpi panel
+    QCOMPARE(panel_view::greyAt(first.left() + 2, y), 0); // 6 wide on a 300 dpi panel
+    QCOMPARE(panel_view::greyAt(first.left() + 6, y), 255);
     QCOMPARE(m_scene->key(u"q"_s).value(u"focused"_s), QJsonValue(true));
     QVERIFY(!m_scene->key(u"w"_s).contains(u"focused"_s));
-    QCOMPARE(panel_view::greyAt(first.left() + 6, y), 255);
     QCOMPARE(key(u"right"_s), u"ok"_s);
     QTRY_COMPARE(panel_view::greyAt(first.left() + 2, y), 255);
+    QCOMPARE(m_scene->key(u"w"_s).value(u"focused"_s), QJsonValue(true));
 }
 
-void tst_PanelWithoutTouch::centreWithoutAFrameIsTheFields()
+void tst_PanelWithoutTouch::frameBeginsAtTheFirstKey()
 {
     openKeyboard();
+    for (const QString &name : {u"right"_s, u"down"_s})
+        QCOMPARE(key(name), u"ok"_s);
+    m_scene->item("number")->forceActiveFocus();
+    QTRY_COMPARE(m_scene->key(u"1"_s).value(u"focused"_s), QJsonValue(true));
+    QCOMPARE(key(u"centre"_s), u"ok"_s);
+    QCOMPARE(m_scene->text("number"), u"1"_s);
+    QVERIFY(KeyboardScene::isOpen());
+    QCOMPARE(key(u"back"_s), u"ok"_s);
+    QVERIFY(!KeyboardScene::isOpen());
+    m_scene->item("name")->forceActiveFocus(); // and again
+    QTRY_COMPARE(m_scene->key(u"q"_s).value(u"focused"_s), QJsonValue(true));
+}
+
+void tst_PanelWithoutTouch::framedKeyAccepts()
+{
+    openKeyboard();
+    for (int i = 0; i < 3; ++i)
+        QCOMPARE(key(u"down"_s), u"ok"_s);
+    for (int i = 0; i < 4; ++i)
+        QCOMPARE(key(u"right"_s), u"ok"_s);
+    QCOMPARE(m_scene->key(u"Done"_s).value(u"focused"_s), QJsonValue(true));
     QCOMPARE(key(u"centre"_s), u"ok"_s);
     QCOMPARE(m_scene->log(), QStringList{u"accepted"_s});
     QVERIFY(!KeyboardScene::isOpen());
@@ -238,8 +259,8 @@ void tst_PanelWithoutTouch::centreWithoutAFrameIsTheFields()
 void tst_PanelWithoutTouch::frameStaysBetweenPages()
 {
     openKeyboard();
-    for (int i = 0; i < 4; ++i)
-        QCOMPARE(key(u"down"_s), u"ok"_s); // q, a, Shift, 123
+    for (int i = 0; i < 3; ++i)
+        QCOMPARE(key(u"down"_s), u"ok"_s); // from q over a and Shift to 123
     QCOMPARE(key(u"centre"_s), u"ok"_s);
     QVERIFY(!m_scene->key(u"ABC"_s).isEmpty());
     QCOMPARE(key(u"centre"_s), u"ok"_s);
