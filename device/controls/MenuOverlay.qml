@@ -44,7 +44,8 @@ Item {
         return Math.round(Math.max(margin, Math.min(value, room - margin - size)))
     }
 
-    /// Where the panel's upper left corner goes: under the area, above it, at its right, at its left, over its middle.
+    /// Where the panel's upper left corner goes: under the area, above it, at its right, at its left; where there is no
+    /// room, over as little of it as may be.
     function place(): point {
         const x = clamped(leftAligned ? area.x : area.x + area.width - panel.width, panel.width, width)
         const y = clamped(area.y, panel.height, height)
@@ -56,8 +57,8 @@ Item {
             return Qt.point(Math.max(margin, Math.round(area.x + area.width + gap)), y)
         if (area.x - gap - panel.width >= margin)
             return Qt.point(clamped(area.x - gap - panel.width, panel.width, width), y)
-        return Qt.point(clamped(area.x + (area.width - panel.width) / 2, panel.width, width),
-                        clamped(area.y + (area.height - panel.height) / 2, panel.height, height))
+        const isInUpperHalf = area.y + area.height / 2 < height / 2
+        return Qt.point(x, clamped(isInUpperHalf ? height : 0, panel.height, height))
     }
 
     Keys.onPressed: event => handleKey(event)

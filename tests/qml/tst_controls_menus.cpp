@@ -19,6 +19,8 @@ private slots:
     void customTextOfThisMomentIsMeasured();
     void place_data();
     void place();
+    void placeOfAHighMenu_data();
+    void placeOfAHighMenu();
     void staysOnTheScreenWhenItTurns();
     void longMenuScrolls();
     void longTextIsElided();
@@ -114,7 +116,7 @@ void tst_ControlsMenus::place_data()
     QTest::newRow("above a row near the foot") << QRect(34, 600, 532, 100) << QByteArray("above");
     QTest::newRow("at the right of something tall") << QRect(20, 60, 150, 700) << QByteArray("right");
     QTest::newRow("at the left of something tall") << QRect(430, 60, 150, 700) << QByteArray("left");
-    QTest::newRow("over the middle of what fills the screen") << QRect(0, 0, 600, 800) << QByteArray("over");
+    QTest::newRow("over what fills the screen") << QRect(34, 0, 532, 800) << QByteArray("over");
     QTest::newRow("of something beyond the left edge") << QRect(-300, 100, 200, 50) << QByteArray("under");
     QTest::newRow("of something below the screen") << QRect(40, 900, 200, 50) << QByteArray("any");
 }
@@ -135,10 +137,33 @@ void tst_ControlsMenus::place()
                                                          : "over";
     if (side != "any")
         QCOMPARE(found, side);
-    if (side == "under" && area.left() >= 0)
+    if ((side == "under" && area.left() >= 0) || side == "over")
         QCOMPARE(frame.right(), area.right());
-    if (side == "over")
-        QVERIFY((frame.center() - area.center()).manhattanLength() <= 3);
+}
+
+void tst_ControlsMenus::placeOfAHighMenu_data()
+{
+    QTest::addColumn<QRect>("area");
+    QTest::addColumn<bool>("low");
+
+    QTest::newRow("of a row at the top") << QRect(34, 100, 532, 100) << true;
+    QTest::newRow("of a row above the middle") << QRect(34, 340, 532, 100) << true;
+    QTest::newRow("of a row below the middle") << QRect(34, 360, 532, 100) << false;
+    QTest::newRow("of a row at the foot") << QRect(34, 650, 532, 100) << false;
+}
+
+void tst_ControlsMenus::placeOfAHighMenu()
+{
+    QFETCH(QRect, area);
+    QFETCH(bool, low);
+
+    // Room for it neither under the row nor above: it keeps clear of what it can.
+    make("ImageTextButton", "for (let i = 0; i < 7; ++i) append({uid_: i, text_: 'Row ' + i})", {}, area);
+    open();
+    const QRect frame = sceneRectangle(panel());
+    QVERIFY(frame.height() > 800 - 68 - 200 && frame.height() < 800 - 68);
+    QCOMPARE(frame.right(), area.right());
+    QCOMPARE(low ? frame.bottom() : frame.top(), low ? 800 - 34 - 1 : 34);
 }
 
 void tst_ControlsMenus::staysOnTheScreenWhenItTurns()
