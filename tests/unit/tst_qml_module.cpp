@@ -8,8 +8,6 @@
 #include <QQmlEngine>
 #include <QTest>
 
-#include <memory>
-
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -22,7 +20,45 @@ QByteArray resource(const QString &path)
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("missing");
 }
 
+QStringList allFiles()
+{
+    QStringList found;
+    QDirIterator files(prefix, QDir::Files, QDirIterator::Subdirectories);
+    while (files.hasNext())
+        found.append(files.next().mid(prefix.size()));
+    found.sort();
+    return found;
+}
+
 } // namespace
+
+using Step = void (*)();
+
+// The macros want to stand outside of namespaces.
+static void takeAwayDescription()
+{
+    Q_CLEANUP_RESOURCE(module_description);
+}
+static void giveBackDescription()
+{
+    Q_INIT_RESOURCE(module_description);
+}
+static void takeAwayComponents()
+{
+    Q_CLEANUP_RESOURCE(picture_stand_core_raw_qml_0);
+}
+static void giveBackComponents()
+{
+    Q_INIT_RESOURCE(picture_stand_core_raw_qml_0);
+}
+static void takeAwayFolderDescriptions()
+{
+    Q_CLEANUP_RESOURCE(folder_descriptions);
+}
+static void giveBackFolderDescriptions()
+{
+    Q_INIT_RESOURCE(folder_descriptions);
+}
 
 class tst_QmlModule : public QObject
 {
@@ -31,11 +67,14 @@ class tst_QmlModule : public QObject
 private slots:
     void description();
     void descriptionsOfTheFolders();
-    void contents();
+    void collections_data();
+    void collections();
     void components_data();
     void components();
     void moduleIsRegistered_data();
     void moduleIsRegistered();
+    void namesDifferByAnUnderscore_data();
+    void namesDifferByAnUnderscore();
 };
 
 void tst_QmlModule::description()
@@ -85,28 +124,49 @@ void tst_QmlModule::descriptionsOfTheFolders()
     QVERIFY(!QFile::exists(prefix + u"picture_stand.qmltypes"_s));
 }
 
-void tst_QmlModule::contents()
+void tst_QmlModule::collections_data()
 {
-    // Every file of the module and no other, each as it was written.
-    QStringList expected{u"qmldir"_s, u"qml/qmldir"_s, u"qml/explorer/qmldir"_s};
-    const QList<QByteArray> lines = resource(u"qmldir"_s).split('\n');
-    for (const QByteArray &line : lines) {
+    QTest::addColumn<Step>("takeAway");
+    QTest::addColumn<Step>("giveBack");
+    QTest::addColumn<QStringList>("files");
+
+    QTest::newRow("the module's description")
+        << &takeAwayDescription << &giveBackDescription << QStringList{u"qmldir"_s};
+    QStringList components;
+    for (const QByteArray &line : resource(u"qmldir"_s).split('\n')) {
         if (line.endsWith(".qml"))
-            expected.append(QString::fromLatin1(line.split(' ').constLast()));
+            components.append(QString::fromLatin1(line.split(' ').constLast()));
     }
-    QCOMPARE(expected.size(), 3 + 30);
-    QStringList found;
-    QDirIterator files(prefix, QDir::Files, QDirIterator::Subdirectories);
-    while (files.hasNext())
-        found.append(files.next().mid(prefix.size()));
-    expected.sort();
-    found.sort();
-    QCOMPARE(found, expected);
-    for (const QString &path : std::as_const(found)) {
+    QCOMPARE(components.size(), 30);
+    QTest::newRow("the components") << &takeAwayComponents << &giveBackComponents << components;
+    QTest::newRow("the descriptions of the folders")
+        << &takeAwayFolderDescriptions << &giveBackFolderDescriptions
+        << QStringList{u"qml/qmldir"_s, u"qml/explorer/qmldir"_s};
+}
+
+void tst_QmlModule::collections()
+{
+    QFETCH(Step, takeAway);
+    QFETCH(Step, giveBack);
+    QFETCH(QStringList, files);
+
+    // Each file as it was written.
+    const QStringList all = allFiles();
+    QCOMPARE(all.size(), 3 + 30);
+    for (const QString &path : std::as_const(files)) {
+        QVERIFY2(all.contains(path), qUtf8Printable(path));
         QFile source(QStringLiteral(MODULE_FOLDER) + u'/' + path);
         QVERIFY2(source.open(QIODevice::ReadOnly), qUtf8Printable(path));
         QVERIFY2(resource(path) == source.readAll(), qUtf8Printable(path));
     }
+    // These and no others go with their collection.
+    takeAway();
+    const auto again = qScopeGuard([&] { giveBack(); });
+    QStringList gone = all;
+    for (const QString &path : allFiles())
+        gone.removeOne(path);
+    files.sort();
+    QCOMPARE(gone, files);
 }
 
 void tst_QmlModule::components_data()
@@ -166,10 +226,28 @@ void tst_QmlModule::moduleIsRegistered_data()
 
     QTest::newRow("its own version") << QByteArray("com.lindenreed.picture_stand 1.0") << true;
     QTest::newRow("a version that is not there") << QByteArray("com.lindenreed.picture_stand 2.0") << false;
-    QTest::newRow("the name of the native types") << QByteArray("com.lindenreed.picturestand 1.0") << false;
 }
 
 void tst_QmlModule::moduleIsRegistered()
+{
+    QFETCH(QByteArray, imported);
+    QFETCH(bool, known);
+
+    // Nothing leads the engine to the description: what it knows of the module is the registration.
+    QQmlEngine engine;
+    QVERIFY(!engine.importPathList().contains(u"qrc:/qt/qml"_s));
+    QQmlComponent component(&engine);
+    component.setData("import QtQml 2.0\nimport " + imported + "\nQtObject {}", QUrl(u"qrc:/test.qml"_s));
+    QVERIFY2(component.isReady() == known, qUtf8Printable(component.errorString()));
+}
+
+void tst_QmlModule::namesDifferByAnUnderscore_data()
+{
+    moduleIsRegistered_data();
+    QTest::newRow("the name of the native types") << QByteArray("com.lindenreed.picturestand 1.0") << false;
+}
+
+void tst_QmlModule::namesDifferByAnUnderscore()
 {
     QFETCH(QByteArray, imported);
     QFETCH(bool, known);
@@ -180,8 +258,7 @@ void tst_QmlModule::moduleIsRegistered()
     engine.addImportPath(u"qrc:/qt/qml"_s);
     QQmlComponent component(&engine);
     component.setData("import " + imported + "\nMouseAreaDelegate {}", QUrl(u"qrc:/test.qml"_s));
-    const std::unique_ptr<QObject> item(component.create());
-    QVERIFY2(bool(item) == known, qUtf8Printable(component.errorString()));
+    QVERIFY2(component.isReady() == known, qUtf8Printable(component.errorString()));
 }
 
 QTEST_GUILESS_MAIN(tst_QmlModule)
