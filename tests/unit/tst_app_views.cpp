@@ -199,6 +199,20 @@ void tst_AppViews::orderOfTheOtherRows()
              0);
 }
 
+namespace {
+
+/// Without what the show does on its way out: it gives the light back.
+QByteArray behindTheShow(const QByteArray &calls)
+{
+    QByteArrayList lines = calls.split('\n');
+    lines.removeIf([](const QByteArray &line) {
+        return line.toLower().contains("frontlight") || line == "GetOrientation";
+    });
+    return lines.join('\n');
+}
+
+} // namespace
+
 void tst_AppViews::rowsOfTheSettings_data()
 {
     QTest::addColumn<QString>("view");
@@ -239,11 +253,11 @@ void tst_AppViews::rowsOfTheSettings()
                    QByteArrayList wantedOf;
                    connect(&Device::instance()->screen, &Screen::nextDrawingWanted, &app,
                            [&] { wantedOf.append(running.screen()->metaObject()->className()); });
+                   m_test->device.forgetCalls();
                    app.changeView(view);
                    m_test->device.setColourMask(0);
                    QCOMPARE(m_callsAtComponent.size(), 1);
-                   QVERIFY2(m_callsAtComponent.first().endsWith(calls),
-                            m_callsAtComponent.first().constData());
+                   QCOMPARE(behindTheShow(m_callsAtComponent.first()), calls);
                    QCOMPARE(m_test->calls(), m_callsAtComponent.first()); // nothing comes after it
                    QVERIFY(QByteArray(running.screen()->metaObject()->className()).startsWith(component));
                    wantedOf.removeIf([&](const QByteArray &name) { return !name.startsWith(component); });

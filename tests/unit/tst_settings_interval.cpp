@@ -232,7 +232,10 @@ void tst_SettingsInterval::unitBeforeSeconds()
         SettingsChanges changes(running.settings());
         QStringList texts;
         const QObject *const row = SettingsScreens::named(running, "menu_change_picter");
-        const auto note = [&] { texts.append(row->property("text").toString()); };
+        const auto note = [&] {
+            texts.append(row->property("text").toString());
+            QCOMPARE(intervalRows(1), QStringList()); // both are changed before either is written
+        };
         connect(running.settings(),
                 &lindenreed::picture_stand::SettingsModel::change_picture_time_indexChanged, &changes, note);
         connect(running.settings(), &lindenreed::picture_stand::SettingsModel::change_picture_timeChanged,
@@ -243,6 +246,7 @@ void tst_SettingsInterval::unitBeforeSeconds()
         QCOMPARE(texts, (QStringList{u"Custom (0 hours)"_s, u"Custom (3 hours)"_s}));
         QCOMPARE(intervalRows(1),
                  (QStringList{u"change_picture_time_index|2"_s, u"change_picture_time|10800"_s}));
+        disconnect(running.settings(), nullptr, &changes, nullptr);
         running.playlists()->setActiveId(-1);
     });
 }

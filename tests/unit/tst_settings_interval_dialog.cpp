@@ -5,6 +5,7 @@
 
 #include <QGuiApplication>
 #include <QInputMethod>
+#include <QQmlProperty>
 
 #include <limits>
 #include <memory>
@@ -30,6 +31,8 @@ private slots:
     void storedUnitThatIsNone_data();
     void storedUnitThatIsNone();
     void shownAgainAfterMixedValues();
+    void openedAgain();
+    void followsWhatIsChangedElsewhere();
     void focusGoesToTheScreen();
     void unitTakesTheFocus();
     void turned();
@@ -65,10 +68,8 @@ void tst_SettingsIntervalDialog::measures()
         const QQuickItem *const frame = input->parentItem();
         QCOMPARE(frame->width(), value(u"Global.dp(150 * 0.53)"_s).toReal());
         QCOMPARE(frame->height(), value(u"GlobalValues.defaultAppHeaderHeight"_s).toReal());
-        QCOMPARE(QQmlExpression(qmlContext(input), const_cast<QQuickItem *>(frame), u"border.width"_s)
-                     .evaluate()
-                     .toInt(),
-                 3);
+        QCOMPARE(QQmlProperty::read(frame, u"border.width"_s).toInt(), 3);
+        QCOMPARE(QQmlProperty::read(frame, u"border.color"_s).value<QColor>(), QColor(Qt::black));
         QCOMPARE(value(u"inputMethodHints === Qt.ImhDigitsOnly"_s).toBool(), true);
         QCOMPARE(value(u"styledFont === FontStyles.Heading5"_s).toBool(), true);
         QCOMPARE(value(u"horizontalAlignment === TextInput.AlignHCenter"_s).toBool(), true);
@@ -76,11 +77,12 @@ void tst_SettingsIntervalDialog::measures()
         const QQuickItem *const row = frame->parentItem();
         QCOMPARE(row->property("spacing").toReal(), value(u"Global.dp(20 * 0.53)"_s).toReal());
         QCOMPARE(row->parentItem()->height(), value(u"Global.dp(200 * 0.53)"_s).toReal());
-        QVERIFY(std::abs(sceneRectangle(row).center().x() - sceneRectangle(row->parentItem()).center().x())
-                <= 1);
+        const QPoint off = sceneRectangle(row).center() - sceneRectangle(row->parentItem()).center();
+        QVERIFY(std::abs(off.x()) <= 1 && std::abs(off.y()) <= 1);
         QQuickItem *const time = item(running, "time");
         QCOMPARE(time->width(), value(u"Global.dp(315 * 0.53)"_s).toReal());
         QVERIFY(time->property("show_border").toBool() && time->property("highlightSelected").toBool());
+        QCOMPARE(time->property("styledFont"), value(u"FontStyles.Heading5"_s));
         QCOMPARE(time->state(), u"RadioTextButton"_s);
         auto *const dialog = item(running, "loader_custom_interval")->property("item").value<QQuickItem *>();
         QCOMPARE(dialog->state(), u"VerticalTop"_s);
@@ -215,12 +217,58 @@ void tst_SettingsIntervalDialog::shownAgainAfterMixedValues()
     });
 }
 
+void tst_SettingsIntervalDialog::openedAgain()
+{
+    run([](RunningApp &running) {
+        QVERIFY(openAndType(running, 1, u"3"_s));
+        QVERIFY(SettingsScreens::pressButton(running, "@Save"));
+        for (int i = 0; i < 2; ++i) {
+            QVERIFY(open(running));
+            QVERIFY(item(running, "input")->hasActiveFocus());
+            QTRY_VERIFY(QGuiApplication::inputMethod()->isVisible());
+            QCOMPARE(field(running), u"3"_s);
+            QCOMPARE(unit(running), 1);
+            QVERIFY(SettingsScreens::pressButton(running, "@Cancel"));
+            QTRY_VERIFY(!QGuiApplication::inputMethod()->isVisible());
+        }
+        // A preset in the same unit changes nothing of what the dialog has.
+        QVERIFY(pressByAccessibility(item(running, "menu_change_picter")));
+        QVERIFY(SettingsScreens::choose(running, u"5\u00a0minutes"_s));
+        QVERIFY(open(running));
+        QCOMPARE(field(running), u"3"_s);
+        QCOMPARE(unit(running), 1);
+    });
+}
+
+void tst_SettingsIntervalDialog::followsWhatIsChangedElsewhere()
+{
+    run([](RunningApp &running) {
+        QVERIFY(openAndType(running, 1, u"3"_s));
+        QVERIFY(SettingsScreens::pressButton(running, "@Cancel"));
+        running.settings()->setProperty("change_picture_time_index", 2);
+        running.settings()->setProperty("change_picture_time", 7'200);
+        QVERIFY(open(running));
+        QCOMPARE(field(running), u"2"_s);
+        QCOMPARE(unit(running), 2);
+    });
+}
+
 void tst_SettingsIntervalDialog::focusGoesToTheScreen()
 {
     run([](RunningApp &running) {
         QVERIFY(open(running));
+        QList<QQuickItem *> way;
+        connect(running.window, &QQuickWindow::activeFocusItemChanged, running.screen(),
+                [&] { way.append(running.window->activeFocusItem()); });
         QVERIFY(SettingsScreens::pressButton(running, "@Cancel"));
         QVERIFY(running.screen()->hasActiveFocus());
+        // First to the rows while the dialog still shows, then to the screen.
+        const QQuickItem *const rows = item(running, "content");
+        const auto isOfTheRows
+            = [&](const QQuickItem *item) { return item == rows || rows->isAncestorOf(item); };
+        const auto first = std::ranges::find_if(way, isOfTheRows);
+        QVERIFY(first != way.cend());
+        QVERIFY(std::find(first, way.end(), running.screen()) != way.end());
     });
 }
 

@@ -195,6 +195,9 @@ void tst_SettingsIntervalTyping::unitChanged()
         QCOMPARE(field(running), keys);
         QVERIFY(chooseUnit(running, newUnit));
         QCOMPARE(field(running), shown);
+        QVERIFY(SettingsScreens::pressButton(running, "@Save"));
+        const int seconds = shown.toInt() * QList{1, 60, 3600}.at(newUnit);
+        QCOMPARE(stored(), shown.isEmpty() ? u"30|0"_s : u"%1|%2"_s.arg(seconds).arg(newUnit));
     });
 }
 

@@ -21,7 +21,11 @@ private slots:
 
     void changes_data();
     void changes();
+    void everySettingOfOneScope_data() { changes_data(); }
+    void everySettingOfOneScope();
     void trialInAPlaylist();
+    void droppedTrial_data() { changes_data(); }
+    void droppedTrial();
     void backToTheShow();
 
 private:
@@ -86,6 +90,14 @@ void openSettings(const RunningApp &running, Start start)
     QCOMPARE(running.app.currentView(), u"settings_slideshow"_s);
 }
 
+/// The stored settings of a playlist by their names, -1 those of all; without the light, which has no
+/// playlist.
+QStringList rowsOf(qlonglong playlist)
+{
+    return stored_database::rows(u"SELECT name, value FROM settings WHERE playlist = %1 "
+                                 "AND name NOT LIKE 'frontlight%' ORDER BY name"_s.arg(playlist));
+}
+
 } // namespace
 
 void tst_SettingsScope::changes_data()
@@ -144,6 +156,62 @@ void tst_SettingsScope::changes()
     });
 }
 
+void tst_SettingsScope::everySettingOfOneScope()
+{
+    QFETCH(int, start);
+
+    run([&](RunningApp &running) {
+        // The second playlist has values of its own for all that a playlist can have.
+        for (const Sample &sample : samples) {
+            if (sample.key != u"is_first_run"_s)
+                DataStorage::instance().setSetting(sample.key, sample.otherText, int(m_second));
+        }
+        const QStringList ofTheSecond = rowsOf(m_second);
+        QCOMPARE(ofTheSecond.size(), 14);
+        const qlonglong scope = start == Overview ? -1 : m_first;
+        const qlonglong other = start == Overview ? m_first : -1;
+        const QStringList ofTheOther = rowsOf(other);
+
+        openSettings(running, Start(start));
+        const auto press
+            = [&](const char *id) { return pressByAccessibility(SettingsScreens::item(running, id)); };
+        QVERIFY(press("menu_change_picter") && SettingsScreens::choose(running, u"5\u00a0minutes"_s));
+        QVERIFY(press("menu_shuffle"));
+        QVERIFY(press("menu_displaymode") && SettingsScreens::choose(running, u"Fit on black"_s));
+        QVERIFY(press("menu_created_date") && press("menu_show"));
+        QVERIFY(SettingsScreens::pressButton(running, "@Back"));
+        QVERIFY(press("menu_datetime") && press("menu_show") && press("menu_customize"));
+        running.settings()->setProperty("current_date_position", 3);
+        QVERIFY(SettingsScreens::pressButton(running, "@Save"));
+
+        const QMap<QString, QString> changed{{u"change_picture_time"_s, u"300"_s},
+                                             {u"change_picture_time_index"_s, u"1"_s},
+                                             {u"shuffle"_s, u"1"_s},
+                                             {u"display_mode"_s, u"0"_s},
+                                             {u"created_date_show"_s, u"0"_s},
+                                             {u"current_date_show"_s, u"1"_s},
+                                             {u"current_date_position"_s, u"3"_s},
+                                             {u"current_date_font"_s, u"default"_s},
+                                             {u"current_date_font_is_bold"_s, u"0"_s},
+                                             {u"current_date_font_is_italic"_s, u"0"_s}};
+        QStringList found = rowsOf(scope);
+        if (start == Overview) // where all settings have a row already
+            found.removeIf([&](const QString &row) { return !changed.contains(row.section(u'|', 0, 0)); });
+        QStringList expected;
+        for (auto row = changed.cbegin(); row != changed.cend(); ++row)
+            expected.append(row.key() + u'|' + row.value());
+        QCOMPARE(found, expected);
+        QCOMPARE(rowsOf(other), ofTheOther);
+        QCOMPARE(rowsOf(m_second), ofTheSecond);
+        running.playlists()->setActiveId(m_second);
+        for (const Sample &sample : samples) {
+            if (sample.key != u"is_first_run"_s)
+                QCOMPARE(running.settings()->property(sample.property), sample.other);
+        }
+        running.playlists()->setActiveId(-1);
+    });
+}
+
 void tst_SettingsScope::trialInAPlaylist()
 {
     run([&](RunningApp &running) {
@@ -162,6 +230,27 @@ void tst_SettingsScope::trialInAPlaylist()
         QCOMPARE(globalRows(), before);
         running.playlists()->setActiveId(-1);
         QCOMPARE(running.settings()->property("current_date_position").toInt(), 0);
+    });
+}
+
+void tst_SettingsScope::droppedTrial()
+{
+    QFETCH(int, start);
+
+    run([&](RunningApp &running) {
+        for (const qlonglong playlist : {m_first, m_second})
+            DataStorage::instance().setSetting(u"current_date_position"_s, u"1"_s, int(playlist));
+        const QStringList before = rowsOf(-1) + rowsOf(m_first) + rowsOf(m_second);
+        openSettings(running, Start(start));
+        QVERIFY(pressByAccessibility(SettingsScreens::item(running, "menu_datetime")));
+        QVERIFY(pressByAccessibility(SettingsScreens::item(running, "menu_customize")));
+        running.settings()->setProperty("current_date_position", 3);
+        running.settings()->setProperty("current_date_font", u"DejaVu Sans"_s);
+        QVERIFY(SettingsScreens::pressButton(running, "@Back"));
+        QCOMPARE(running.settings()->property("current_date_position").toInt(), start == Overview ? 0 : 1);
+        QCOMPARE(running.settings()->property("current_date_font").toString(), u"default"_s);
+        QCOMPARE(rowsOf(-1) + rowsOf(m_first) + rowsOf(m_second), before);
+        running.playlists()->setActiveId(-1);
     });
 }
 

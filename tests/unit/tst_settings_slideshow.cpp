@@ -32,6 +32,8 @@ private slots:
     void displayModeMenu();
     void unknownDisplayMode_data();
     void unknownDisplayMode();
+    void storedDisplayModeThatIsNone_data() { unknownDisplayMode_data(); }
+    void storedDisplayModeThatIsNone();
     void intervalMenu();
     void menusAreMadeWhenOpened();
 
@@ -286,6 +288,24 @@ void tst_SettingsSlideshow::unknownDisplayMode()
                  .isValid());
         running.settings()->setProperty("display_mode", 0); // and it comes to itself again
         QCOMPARE(text(running, "menu_displaymode"), u"Fit on black"_s);
+    });
+}
+
+void tst_SettingsSlideshow::storedDisplayModeThatIsNone()
+{
+    QFETCH(int, mode);
+
+    DataStorage::instance().setSetting(u"display_mode"_s, QString::number(mode), -1);
+    QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"SettingsSlideshow.qml:\\d+: TypeError"_s));
+    run([mode](RunningApp &running) {
+        QCOMPARE(running.settings()->property("display_mode").toInt(), mode);
+        QCOMPARE(text(running, "menu_displaymode"), QString());
+        QCOMPARE(text(running, "menu_change_picter"), u"30 seconds"_s); // the other rows have theirs
+        // Any choice mends it.
+        QVERIFY(pressByAccessibility(item(running, "menu_displaymode")));
+        QVERIFY(SettingsScreens::choose(running, u"Fill screen"_s));
+        QCOMPARE(text(running, "menu_displaymode"), u"Fill screen"_s);
+        QVERIFY(globalRows().contains(u"display_mode|1"_s));
     });
 }
 
