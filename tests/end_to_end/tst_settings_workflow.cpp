@@ -276,9 +276,9 @@ void tst_SettingsWorkflow::keysAlone()
     const QStringList toCustom{u"key centre"_s, u"key down"_s, u"key down"_s, u"key down"_s, u"key down"_s};
     QVERIFY(m_device->walk(toCustom + QStringList{u"key centre"_s}));
     QVERIFY(m_device->names().contains(u"Set custom interval"_s));
-    // The field has the keys; over the unit and Cancel to Save.
-    QVERIFY(m_device->walk(
-        {u"type 45"_s, u"key back"_s, u"key down"_s, u"key down"_s, u"key down"_s, u"key centre"_s}));
+    // The number pad has the keys, from its 1 on; without it over the unit and Cancel to Save.
+    QVERIFY(m_device->walk({u"key down"_s, u"key centre"_s, u"key right"_s, u"key centre"_s, u"key back"_s,
+                            u"key down"_s, u"key down"_s, u"key down"_s, u"key centre"_s}));
     QVERIFY(!m_device->names().contains(u"Set custom interval"_s));
     QCOMPARE(settings(u"change_picture_time"_s), QStringList{u"-1|45"_s});
     // Back at the row: three down is shuffle, one more the display mode.
