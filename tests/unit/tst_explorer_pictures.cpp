@@ -285,11 +285,12 @@ void tst_ExplorerPictures::checkCircle()
         QCOMPARE(sign->property("source").toUrl(), QUrl(u"image://resource/sync_status_done"_s));
         QCOMPARE(sign->size(), QSizeF(34, 34)); // 48 of 300 dpi
 
-        QVERIFY(ring->isVisible() && !veil->isVisible() && !sign->isVisible());
+        const auto checked = [&] { return bool(accessible(delegate(explorer, 0))->state().checked); };
+        QVERIFY(ring->isVisible() && !veil->isVisible() && !sign->isVisible() && !checked());
         explorer.folders()->selectFile(paths.first(), true);
-        QVERIFY(ring->isVisible() && veil->isVisible() && sign->isVisible());
+        QVERIFY(ring->isVisible() && veil->isVisible() && sign->isVisible() && checked());
         explorer.folders()->selectFile(paths.first(), false);
-        QVERIFY(ring->isVisible() && !veil->isVisible() && !sign->isVisible());
+        QVERIFY(ring->isVisible() && !veil->isVisible() && !sign->isVisible() && !checked());
     });
 }
 
@@ -302,8 +303,11 @@ void tst_ExplorerPictures::checkCirclesComeWithTheMode()
         for (const auto mode :
              {FolderModel::NormalMode, FolderModel::SelectionMode, FolderModel::NormalMode}) {
             explorer.folders()->setMode(mode);
-            for (int row = 0; row < 4; ++row)
+            for (int row = 0; row < 4; ++row) {
                 QCOMPARE(layer(explorer, row, CheckCircle)->isVisible(), mode == FolderModel::SelectionMode);
+                QCOMPARE(bool(accessible(delegate(explorer, row))->state().checkable),
+                         mode == FolderModel::SelectionMode);
+            }
         }
     });
 }

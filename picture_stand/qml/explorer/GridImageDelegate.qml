@@ -53,6 +53,8 @@ Rectangle {
     border.color: "black"
     border.width: 1
 
+    Accessible.checkable: FolderModel.mode === FolderModelModeRoles.SelectionMode
+    Accessible.checked: selected
     Accessible.name: name
     Accessible.role: Accessible.Button
     Accessible.onPressAction: toggle() // in every mode
