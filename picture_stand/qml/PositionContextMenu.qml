@@ -13,11 +13,12 @@ Item {
     property int width_element: 100
     property int height_element: 100
     property int margin_items: Global.dp(40 * 0.53)
+    property int chosen: -1 ///< the uid of the item in force, where the keys begin
 
     signal choosed(int uid)
     signal close()
 
-    /// Finds size and place anew. The keys begin at the first item.
+    /// Finds size and place anew.
     function show() {
         first_image.source = Global.getNormalImage(menuItems.get(0).image_)
         width_element = first_image.sourceSize.width
@@ -36,10 +37,15 @@ Item {
             right = edge
         else if (width - right - menuWidth < edge)
             right = width - edge - menuWidth
+        right = Math.round(right) // whole pixels, or the frame would be grey
         menu.anchors.rightMargin = right
-        pointer.anchors.rightMargin = width - center - right + pointer.height / 2
+        pointer.anchors.rightMargin = Math.round(width - center - right + pointer.height / 2)
 
         inner.currentIndex = 0
+        for (let row = 1; row < menuItems.count; ++row) {
+            if (menuItems.get(row).uid_ === chosen)
+                inner.currentIndex = row
+        }
         inner.forceActiveFocus()
     }
 
@@ -65,14 +71,16 @@ Item {
 
     // Keeps the frame clear of what lies behind.
     Rectangle {
-        readonly property int mat: Global.pixelsFromDesign(8)
+        id: mat
+
+        readonly property int margin: Global.pixelsFromDesign(8)
 
         anchors {
             fill: menu
-            margins: -mat
+            margins: -margin
         }
         color: GlobalValues.defaultBackgroundColor
-        radius: GlobalValues.defaultDialogBorderRadius + mat
+        radius: GlobalValues.defaultDialogBorderRadius + margin
     }
 
     Rectangle {
@@ -94,9 +102,12 @@ Item {
         Accessible.name: qsTr("@Position")
         Accessible.role: Accessible.PopupMenu
 
-        // Nothing here is outside.
+        // Nothing here is outside, nor on the mat.
         MouseArea {
-            anchors.fill: parent
+            anchors {
+                fill: parent
+                margins: -mat.margin
+            }
         }
 
         GridView {
@@ -128,6 +139,8 @@ Item {
                 width: inner.cellWidth
                 height: inner.cellHeight
 
+                Accessible.checkable: true
+                Accessible.checked: uid_ === wrapper.chosen
                 Accessible.focusable: true
                 Accessible.name: title_
                 Accessible.role: Accessible.ListItem

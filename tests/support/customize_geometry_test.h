@@ -4,6 +4,7 @@
 
 #include "customize_screen.h"
 
+#include <cmath>
 #include <memory>
 
 /// `profile` is the one of the test's device.
@@ -122,12 +123,14 @@ inline void CustomizeGeometryTest::checkPicker(const RunningApp &running)
         left = edge;
     const QQuickItem *const frame = part("menu");
     const QRectF drawn(frame->mapToScene(QPointF()), frame->size());
-    QCOMPARE(drawn.left(), left);
+    // Whole pixels: it would be drawn in grey between two.
+    QCOMPARE(drawn.left(), screenWidth - std::floor(screenWidth - left - width + 0.5) - width);
+    QCOMPARE(drawn.left(), std::floor(drawn.left()));
     QCOMPARE(drawn.width(), width);
     QCOMPARE(drawn.top(), headerHeight + pointer->width() - border);
     QCOMPARE(drawn.height(), 2.0 * (value(running, "GlobalValues.defaultMenuMargin") + border) + picture);
     const QRectF tip = pointer->mapRectToScene(QRectF(QPointF(), pointer->size()));
-    QCOMPARE(tip.center().x(), center);
+    QCOMPARE(tip.left(), std::floor(center - tip.width() / 2));
     QCOMPARE(tip.top(), headerHeight);
     QCOMPARE(tip.bottom(), drawn.top() + border);
 }

@@ -5,6 +5,7 @@
 
 #include <QQmlComponent>
 
+#include <cmath>
 #include <memory>
 
 namespace {
@@ -20,10 +21,16 @@ constexpr QSize pointerSize(20, 40); ///< before it is turned
 /// Where the menu goes, by the rules alone.
 struct Place
 {
-    double right; ///< margin
+    int right; ///< margin
     int width;
     int height;
 };
+
+/// As the interface rounds.
+int whole(double value)
+{
+    return int(std::floor(value + 0.5));
+}
 
 Place placeFor(int screenWidth, const QRectF &area, int items, int most)
 {
@@ -37,7 +44,7 @@ Place placeFor(int screenWidth, const QRectF &area, int items, int most)
         right = edge;
     else if (center - width / 2.0 < edge)
         right = screenWidth - edge - width;
-    return {right, width, height};
+    return {whole(right), width, height};
 }
 
 } // namespace
@@ -60,6 +67,7 @@ private slots:
     void pressedItem();
     void tapBeside();
     void keys();
+    void itemInForce();
 
 private:
     /// In the window of a running application, `width` wide, with so many items.
@@ -145,6 +153,7 @@ void tst_PositionMenu::interface()
         QCOMPARE(menu->property("width_element").toInt(), 100);
         QCOMPARE(menu->property("height_element").toInt(), 100);
         QCOMPARE(menu->property("margin_items").toInt(), spaceOfItems);
+        QCOMPARE(menu->property("chosen").toInt(), -1);
     });
 }
 
@@ -191,8 +200,8 @@ void tst_PositionMenu::places()
                  QRectF(width - expected.right - expected.width, top, expected.width, expected.height));
         // The tip at the area's middle, the open side over the frame's line.
         QCOMPARE(drawn(menu, pointer),
-                 QRectF(area.center().x() - pointerSize.height() / 2.0, top + border - pointerSize.width(),
-                        pointerSize.height(), pointerSize.width()));
+                 QRectF(std::floor(area.center().x() - pointerSize.height() / 2.0),
+                        top + border - pointerSize.width(), pointerSize.height(), pointerSize.width()));
         Q_UNUSED(running)
     });
 }
@@ -220,6 +229,11 @@ void tst_PositionMenu::look()
         QCOMPARE(value(u"Qt.colorEqual(menu.border.color, GlobalValues.defaultBorderColor)"_s), true);
         QCOMPARE(value(u"Qt.colorEqual(menu.color, GlobalValues.defaultBackgroundColor)"_s), true);
         QCOMPARE(value(u"menu.radius === GlobalValues.defaultDialogBorderRadius"_s), true);
+        const auto *const mat = qobject_cast<QQuickItem *>(context->objectForName(u"mat"_s));
+        const auto *const frame = qobject_cast<QQuickItem *>(context->objectForName(u"menu"_s));
+        QCOMPARE(drawn(menu, mat), drawn(menu, frame).adjusted(-6, -6, 6, 6)); // 8 of 300 dpi
+        QCOMPARE(value(u"mat.radius === menu.radius + 6"_s), true);
+        QCOMPARE(value(u"Qt.colorEqual(mat.color, GlobalValues.defaultBackgroundColor)"_s), true);
         QCOMPARE(value(u"inner.interactive"_s), false);
         QCOMPARE(value(u"inner.cellWidth"_s).toInt(), picture + spaceOfItems);
         QCOMPARE(value(u"inner.cellHeight"_s).toInt(), picture);
@@ -268,6 +282,11 @@ void tst_PositionMenu::tapBeside()
     with(758, 4, QRectF(300, 10, 66, 77), [](RunningApp &running, QQuickItem *menu) {
         const QRect frame = sceneRectangle(findAccessible(menu, QAccessible::PopupMenu));
         QTest::mouseClick(running.window, Qt::LeftButton, {}, frame.topLeft() + QPoint(30, 7));
+        constexpr int mat = 6;
+        for (const QPoint &point :
+             {frame.topLeft() - QPoint(-30, mat), frame.topLeft() - QPoint(mat, -30),
+              frame.bottomRight() + QPoint(-30, mat), frame.bottomRight() + QPoint(mat, -30)})
+            QTest::mouseClick(running.window, Qt::LeftButton, {}, point);
         QCOMPARE(taken(menu), QStringList());
         QTest::mouseClick(running.window, Qt::LeftButton, {}, frame.bottomLeft() + QPoint(30, 40));
         QVERIFY(pressByAccessibility(findAccessible(menu, QAccessible::Button, textOf("@Close"))));
@@ -285,6 +304,31 @@ void tst_PositionMenu::keys()
         QCOMPARE(taken(menu),
                  (QStringList{u"choosed 10"_s, u"choosed 11"_s, u"choosed 14"_s, u"choosed 10"_s, u"close"_s,
                               u"close"_s}));
+    });
+}
+
+void tst_PositionMenu::itemInForce()
+{
+    with(758, 4, QRectF(300, 10, 66, 77), [](RunningApp &running, QQuickItem *menu) {
+        const auto checked = [&](int row) {
+            QQuickItem *found = nullptr;
+            return QTest::qWaitFor([&] {
+                       return (found = findAccessible(menu, QAccessible::ListItem, u"Item %1"_s.arg(row)))
+                           != nullptr;
+                   })
+                && accessible(found)->state().checkable && accessible(found)->state().checked;
+        };
+        QVERIFY(!checked(0) && !checked(2));
+        menu->setProperty("chosen", 12);
+        QVERIFY(QMetaObject::invokeMethod(menu, "show"));
+        QVERIFY(!checked(0) && checked(2));
+        SettingsScreens::key(running, Qt::Key_Return); // the keys begin there
+        SettingsScreens::key(running, Qt::Key_Right);
+        SettingsScreens::key(running, Qt::Key_Return);
+        menu->setProperty("chosen", 99); // of no item
+        QVERIFY(QMetaObject::invokeMethod(menu, "show"));
+        SettingsScreens::key(running, Qt::Key_Return);
+        QCOMPARE(taken(menu), (QStringList{u"choosed 12"_s, u"choosed 13"_s, u"choosed 10"_s}));
     });
 }
 
