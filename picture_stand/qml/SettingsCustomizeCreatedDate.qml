@@ -43,7 +43,12 @@ Item {
     RectangleCreatedDate {
         id: preview
 
-        anchors.margins: Global.dp(48 * 0.53)
+        anchors {
+            margins: Global.dp(48 * 0.53)
+            // For the upper corners: clear of the bar.
+            topMargin: Global.dp(48 * 0.53) + GlobalValues.defaultAppHeaderHeight
+                + GlobalValues.defaultSolidSeparatorThickness
+        }
         bold: SettingsModel.created_date_font_is_bold
         font_family: FontModel.getFontFamilyByName(SettingsModel.created_date_font)
         italic: SettingsModel.created_date_font_is_italic
@@ -58,11 +63,6 @@ Item {
                     anchors.top: wrapper.top
                     anchors.left: wrapper.left
                 }
-                PropertyChanges {
-                    target: preview
-                    anchors.topMargin: Global.dp(48 * 0.53) + GlobalValues.defaultAppHeaderHeight
-                        + GlobalValues.defaultSolidSeparatorThickness
-                }
             },
             State {
                 name: "top_right"
@@ -71,11 +71,6 @@ Item {
                     target: preview
                     anchors.top: wrapper.top
                     anchors.right: wrapper.right
-                }
-                PropertyChanges {
-                    target: preview
-                    anchors.topMargin: Global.dp(48 * 0.53) + GlobalValues.defaultAppHeaderHeight
-                        + GlobalValues.defaultSolidSeparatorThickness
                 }
             },
             State {

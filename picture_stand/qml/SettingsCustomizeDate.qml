@@ -8,6 +8,18 @@ import com.lindenreed.picturestand 1.0
 Item {
     id: wrapper
 
+    /// One of the two lists of the bar.
+    component Choice: ComboBox {
+        highlightSelected: true
+        show_border: false
+        state: "RadioTextButton"
+        styledFont: FontStyles.BodyBold
+        onIsOpenedChanged: {
+            if (!isOpened)
+                DeviceInfoProvider.requireFullUpdateHQ() // its menu leaves traces on the panel
+        }
+    }
+
     property int current_position: 0
     property string current_font_family: "Roboto" ///< the title of a row of the fonts
     property bool current_font_italic: false
@@ -38,6 +50,7 @@ Item {
         const corner = position_rect.mapToGlobal(0, 0)
         loader.item.transparentRect = Qt.rect(corner.x, corner.y, position_rect.width, header.height - corner.y)
         loader.item.menuItems = position_model
+        loader.item.chosen = current_position
         loader.item.show()
     }
 
@@ -50,6 +63,8 @@ Item {
     function moveFocus(forward) {
         wrapper.Window.activeFocusItem.nextItemInFocusChain(forward).forceActiveFocus()
     }
+
+    Keys.onBackPressed: back()
 
     Component.onCompleted: {
         font.selectedUid = -1
@@ -178,61 +193,50 @@ Item {
                 leftMargin: GlobalValues.defaultAppHeaderMargin
                 right: line.left
             }
-            spacing: Global.pixelsFromDesign(10)
+            spacing: Math.floor(Global.dp(16) / 2) // the fonts leave as much, for the two gaps
 
-            BitmapButton {
-                id: back_button
-
+            // Without a gap: the button has room of its own around its sign.
+            Row {
                 anchors.verticalCenter: parent.verticalCenter
-                icon: "image://resource/back"
-                pressedIcon: "image://resource/back_inv"
-                Accessible.name: qsTr("@Back")
-                onAction: wrapper.back()
-            }
 
-            ComboBox {
-                id: font
+                BitmapButton {
+                    id: back_button
 
-                anchors.verticalCenter: parent.verticalCenter
-                highlightSelected: true
-                // What the others leave of the row; position_rect and arrow_img lie within position.
-                max_width: row.width - back_button.width - (font_style.visible ? font_style.width : 0)
-                    - position.width - Global.dp(16)
-                menuItems: font_model
-                preffix_text: qsTr("@Font") + ": "
-                show_border: false
-                state: "RadioTextButton"
-                styledFont: FontStyles.BodyBold
-                onChoosed: uid => {
-                    wrapper.chooseFont(font_model.get(uid).text_)
-                    wrapper.update_font_style_model()
+                    anchors.verticalCenter: parent.verticalCenter
+                    icon: "image://resource/back"
+                    pressedIcon: "image://resource/back_inv"
+                    Accessible.name: qsTr("@Back")
+                    onAction: wrapper.back()
                 }
-                onIsOpenedChanged: {
-                    if (!isOpened)
-                        DeviceInfoProvider.requireFullUpdateHQ()
+
+                Choice {
+                    id: font
+
+                    anchors.verticalCenter: parent.verticalCenter
+                    // What the others leave of the row; position_rect and arrow_img lie within position.
+                    max_width: row.width - back_button.width - (font_style.visible ? font_style.width : 0)
+                        - position.width - Global.dp(16)
+                    menuItems: font_model
+                    preffix_text: qsTr("@Font") + ": "
+                    onChoosed: uid => {
+                        wrapper.chooseFont(font_model.get(uid).text_)
+                        wrapper.update_font_style_model()
+                    }
                 }
             }
 
-            ComboBox {
+            Choice {
                 id: font_style
 
                 anchors.verticalCenter: parent.verticalCenter
-                highlightSelected: true
                 max_width: Global.dp(340 * 0.53)
                 menuItems: font_style_model
                 preffix_text: qsTr("@Style") + ": "
-                show_border: false
-                state: "RadioTextButton"
-                styledFont: FontStyles.BodyBold
                 visible: font.selectedUid !== 0 // "default" has no styles
                 onChoosed: uid => {
                     // The uid as a row number, by intent: it fails where a style before it is missing.
                     const style = font_style_model.get(uid)
                     wrapper.chooseFontStyle(style.bold_, style.italic_)
-                }
-                onIsOpenedChanged: {
-                    if (!isOpened)
-                        DeviceInfoProvider.requireFullUpdateHQ()
                 }
             }
 
@@ -287,7 +291,12 @@ Item {
                 }
 
                 Rectangle {
-                    anchors.fill: parent
+                    id: position_frame
+
+                    anchors {
+                        fill: parent
+                        margins: Global.pixelsFromDesign(4) // clear of both lines
+                    }
                     border.color: GlobalValues.defaultBorderColor
                     border.width: GlobalValues.defaultFocusedElementBorderThickness
                     color: "transparent"

@@ -6,6 +6,11 @@
 
 namespace customize_screen {
 
+/// A font with every style, and one that has no italic.
+inline const QList<lindenreed::device::FontRecord> fonts{{"Serif", 0, "Serif R"}, {"Serif", 1, "Serif I"},
+                                                         {"Serif", 2, "Serif B"}, {"Serif", 3, "Serif BI"},
+                                                         {"Sans", 0, "Sans R"},   {"Sans", 2, "Sans B"}};
+
 /// One of the two dates: its screen, the beginning of its settings' names, its preview.
 struct Date
 {

@@ -172,3 +172,29 @@ private:
     lindenreed::picture_stand::SettingsModel *m_model;
     QStringList m_lines;
 };
+
+/// Notes signals of several objects, in the order in which they come.
+class Steps : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// Adds `step` whenever `object` emits `signal`, a signature without names.
+    void note(QObject *object, const char *signal, const QString &step)
+    {
+        m_steps.insert({object, object->metaObject()->indexOfSignal(signal)}, step);
+        QVERIFY2(object->metaObject()->indexOfSignal(signal) >= 0, signal);
+        const QMetaMethod slot = metaObject()->method(metaObject()->indexOfSlot("add()"));
+        connect(object, object->metaObject()->method(object->metaObject()->indexOfSignal(signal)), this,
+                slot);
+    }
+    void add(const QString &step) { m_taken.append(step); }
+    QStringList taken() { return std::exchange(m_taken, {}); }
+
+private slots:
+    void add() { add(m_steps.value({sender(), senderSignalIndex()})); }
+
+private:
+    QHash<std::pair<QObject *, int>, QString> m_steps;
+    QStringList m_taken;
+};

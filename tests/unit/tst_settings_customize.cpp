@@ -1,7 +1,9 @@
-// Trying out how a date looks: what the bar shows, what a trial changes, and what is kept of it.
+// The screens on which the look of a date is tried out: their bar, their preview, their corner picker.
 
 #include "customize_screen.h"
 #include "panel_application.h"
+
+#include <QQmlComponent>
 
 #include <memory>
 
@@ -18,34 +20,21 @@ private slots:
     void init()
     {
         m_test = std::make_unique<SettingsScreens>();
-        m_test->device.setFonts({{"Serif", 0, "Serif R"},
-                                 {"Serif", 1, "Serif I"},
-                                 {"Serif", 2, "Serif B"},
-                                 {"Serif", 3, "Serif BI"},
-                                 {"Sans", 0, "Sans R"},
-                                 {"Sans", 2, "Sans B"}});
+        m_test->device.setFonts(fonts);
     }
     void cleanup() { m_test.reset(); }
 
+    void defaults();
     void firstOpening_data() { rowForEachDate(); }
     void firstOpening();
     void bar();
     void corners();
     void preview_data() { rowForEachDate(); }
     void preview();
-    void trialAndBack_data() { rowForEachDate(); }
-    void trialAndBack();
-    void trialAndDone_data() { rowForEachDate(); }
-    void trialAndDone();
-    void rowsInOrder_data() { rowForEachDate(); }
-    void rowsInOrder();
-    void switchIsNoPartOfTheTrial();
-    void newFontStartsRegular_data() { rowForEachDate(); }
-    void newFontStartsRegular();
-    void sameFontKeepsItsStyle_data() { rowForEachDate(); }
-    void sameFontKeepsItsStyle();
+    void previewMoments_data() { rowForEachDate(); }
+    void previewMoments();
     void fullRefreshes();
-    void comboBoxesCloseOnTurning();
+    void turning();
     void pickerOpensAndCloses();
     void unknownFont();
     void unknownPosition();
@@ -58,6 +47,29 @@ private:
 
     std::unique_ptr<SettingsScreens> m_test;
 };
+
+void tst_SettingsCustomize::defaults()
+{
+    run(0, [](RunningApp &running, const Date &) {
+        const auto made = [&](const char *type) {
+            QQmlComponent component(qmlEngine(running.window));
+            component.setData(QByteArray("import com.lindenreed.picture_stand 1.0\n") + type + " {}",
+                              QUrl(u"qrc:/made.qml"_s));
+            return std::unique_ptr<QObject>(component.create());
+        };
+        const std::unique_ptr<QObject> editor = made("SettingsCustomizeDate");
+        QVERIFY(editor);
+        QCOMPARE(editor->property("current_position"), QVariant(0));
+        QCOMPARE(editor->property("current_font_family"), QVariant(u"Roboto"_s));
+        QCOMPARE(editor->property("current_font_italic"), QVariant(false));
+        QCOMPARE(editor->property("current_font_bold"), QVariant(false));
+        for (const char *type : {"SettingsCreatedDateTime", "SettingsCurrentDateTime"}) {
+            const std::unique_ptr<QObject> list = made(type);
+            QVERIFY(list);
+            QCOMPARE(list->property("title"), QVariant(QString()));
+        }
+    });
+}
 
 void tst_SettingsCustomize::firstOpening()
 {
@@ -133,6 +145,7 @@ void tst_SettingsCustomize::bar()
         const QQuickItem *const upright = item(running, "line");
         QCOMPARE(upright->size(), QSizeF(value(u"Global.dp(1 * 0.53)"_s), value(u"Global.dp(76 * 0.53)"_s)));
         QCOMPARE(done->x() - upright->x() - upright->width(), value(u"Global.dp(20 * 0.53)"_s));
+        QCOMPARE(upright->property("color").value<QColor>(), QColor(Qt::black));
 
         // In a row from the left, and none reaches into the next.
         int left = 0;
@@ -140,6 +153,8 @@ void tst_SettingsCustomize::bar()
             QTRY_VERIFY2(sceneRectangle(item(running, id)).left() >= left, id);
             left = sceneRectangle(item(running, id)).right();
         }
+        // The frame around a list reaches beyond it, and clears the next one.
+        QVERIFY(sceneRectangle(style).left() - sceneRectangle(font).right() > value(u"font.overhang"_s));
         const QImage picture = running.window->grabWindow();
         QCOMPARE(qGray(picture.pixel(picture.width() / 2, picture.height() / 2)), 128); // "gray"
     });
@@ -179,128 +194,27 @@ void tst_SettingsCustomize::preview()
         QCOMPARE(previewLook(running), u"1 Serif 1 1"_s);
         running.settings()->setProperty(which.prefix + "font", u"default"_s);
         QCOMPARE(item(running, "preview")->property("font_family").toString(), u"Noto Sans"_s);
-        // A moment near now, and of no picture.
-        const QDateTime shown = item(running, "preview")->property("datetime").toDateTime();
-        QVERIFY(std::abs(shown.secsTo(QDateTime::currentDateTime())) < 120);
         QVERIFY(item(running, "preview")->isVisible());
     });
 }
 
-void tst_SettingsCustomize::trialAndBack()
+void tst_SettingsCustomize::previewMoments()
 {
     QFETCH(int, date);
 
     run(date, [&](RunningApp &running, const Date &which) {
-        const QStringList rows = globalRows();
-        const QString before = look(running, which);
-        QVERIFY(choose(running, "font", u"Serif"_s));
-        QVERIFY(choose(running, "font_style", u"Bold italic"_s));
-        QVERIFY(chooseCorner(running, u"Bottom right"_s));
-        QCOMPARE(look(running, which), u"3 Serif 1 1"_s);
-        QCOMPARE(previewLook(running), u"3 Serif 1 1"_s);
-        QCOMPARE(globalRows(), rows);
-        QVERIFY(SettingsScreens::pressButton(running, "@Back"));
-        QCOMPARE(running.app.currentView(), which.listView);
-        QCOMPARE(look(running, which), before);
-        QCOMPARE(globalRows(), rows);
-    });
-}
-
-void tst_SettingsCustomize::trialAndDone()
-{
-    QFETCH(int, date);
-
-    run(date, [&](RunningApp &running, const Date &which) {
-        QStringList rows = globalRows();
-        QVERIFY(choose(running, "font", u"Serif"_s));
-        QVERIFY(choose(running, "font_style", u"Italic"_s));
-        QVERIFY(chooseCorner(running, u"Top right"_s));
-        // Another setting on trial is no part of it, and is dropped: what is stored is read again.
-        running.settings()->setProperty("display_mode", 0);
-        QSignalSpy reloaded(running.settings(),
-                            &lindenreed::picture_stand::SettingsModel::display_modeChanged);
-        QVERIFY(SettingsScreens::pressButton(running, "@Save"));
-        QCOMPARE(running.app.currentView(), which.listView);
-        QCOMPARE(look(running, which), u"1 Serif 0 1"_s);
-        QCOMPARE(reloaded.count(), 1);
-        const QString name = QString::fromLatin1(which.prefix);
-        rows.replaceInStrings(QRegularExpression(u"^%1position\\|.*"_s.arg(name)), name + u"position|1"_s);
-        rows.replaceInStrings(QRegularExpression(u"^%1font\\|.*"_s.arg(name)), name + u"font|Serif"_s);
-        rows.replaceInStrings(QRegularExpression(u"^%1font_is_bold\\|.*"_s.arg(name)),
-                              name + u"font_is_bold|0"_s);
-        rows.replaceInStrings(QRegularExpression(u"^%1font_is_italic\\|.*"_s.arg(name)),
-                              name + u"font_is_italic|1"_s);
-        QCOMPARE(globalRows(), rows);
-        QCOMPARE(playlistRows(), QStringList());
-    });
-}
-
-void tst_SettingsCustomize::rowsInOrder()
-{
-    QFETCH(int, date);
-
-    run(date, [&](RunningApp &running, const Date &which) {
-        running.playlists()->setActiveId(1); // its rows are new, and tell in which order they are written
-        QSignalSpy views(&running.app, &lindenreed::picture_stand::App::changedView);
-        QVERIFY(SettingsScreens::pressButton(running, "@Save"));
-        QCOMPARE(views.count(), 1);
-        const QString name = QString::fromLatin1(which.prefix);
-        QCOMPARE(playlistRows(),
-                 (QStringList{name + u"position|%1|1"_s.arg(date == 0 ? 2 : 0), name + u"font|default|1"_s,
-                              name + u"font_is_bold|0|1"_s, name + u"font_is_italic|0|1"_s}));
-        running.playlists()->setActiveId(-1);
-    });
-}
-
-void tst_SettingsCustomize::switchIsNoPartOfTheTrial()
-{
-    m_test->run(u"settings_created_datetime"_s, [](RunningApp &running) {
-        QVERIFY(pressByAccessibility(item(running, "menu_show")));
-        QVERIFY(pressByAccessibility(item(running, "menu_customize")));
-        QVERIFY(chooseCorner(running, u"Top left"_s));
-        QVERIFY(SettingsScreens::pressButton(running, "@Back"));
-        QCOMPARE(running.settings()->property("created_date_show").toBool(), false);
-        QCOMPARE(running.settings()->property("created_date_position").toInt(), 2);
-        QVERIFY(globalRows().contains(u"created_date_show|0"_s));
-    });
-}
-
-void tst_SettingsCustomize::newFontStartsRegular()
-{
-    QFETCH(int, date);
-
-    run(date, [&](RunningApp &running, const Date &which) {
-        QVERIFY(choose(running, "font", u"Serif"_s));
-        QVERIFY(item(running, "font_style")->isVisible());
-        QCOMPARE(selected(running, "font_style"), 0);
-        QVERIFY(choose(running, "font_style", u"Bold italic"_s));
-        SettingsChanges changes(running.settings());
-        QVERIFY(choose(running, "font", u"Sans"_s));
-        const QString name = QString::fromLatin1(which.prefix);
-        QCOMPARE(changes.taken(),
-                 (QStringList{name + u"font_is_bold false"_s, name + u"font_is_italic false"_s,
-                              name + u"font Sans"_s}));
-        QCOMPARE(selected(running, "font_style"), 0);
-        QCOMPARE(previewLook(running), u"%1 Sans 0 0"_s.arg(date == 0 ? 2 : 0));
-        QVERIFY(choose(running, "font_style", u"Bold"_s));
-        QVERIFY(choose(running, "font", u"default"_s));
-        QVERIFY(!item(running, "font_style")->isVisible());
-        QCOMPARE(setting(running, which, "font_is_bold").toBool(), false);
-    });
-}
-
-void tst_SettingsCustomize::sameFontKeepsItsStyle()
-{
-    QFETCH(int, date);
-
-    run(date, [&](RunningApp &running, const Date &which) {
-        QVERIFY(choose(running, "font", u"Serif"_s));
-        QVERIFY(choose(running, "font_style", u"Bold italic"_s));
-        SettingsChanges changes(running.settings());
-        QVERIFY(choose(running, "font", u"Serif"_s));
-        QCOMPARE(changes.taken(), QStringList());
-        QCOMPARE(setting(running, which, "font_is_bold").toBool(), true);
-        QCOMPARE(selected(running, "font_style"), 3);
+        const auto shown = [&] { return item(running, "preview")->property("datetime").toDateTime(); };
+        running.app.changeView(which.listView);
+        const QDateTime before = QDateTime::currentDateTime();
+        running.app.changeView(which.view);
+        const QDateTime created = shown();
+        QVERIFY(created >= before && created <= QDateTime::currentDateTime());
+        // The one stays what it was when the screen was made, the other is the minute of the application.
+        QTRY_VERIFY(QDateTime::currentDateTime() > created);
+        QSignalSpy minutes(&running.app, &lindenreed::picture_stand::App::currentDateChanged);
+        QVERIFY(m_test->device.fire("updateDateTimeEvent"));
+        QTRY_COMPARE(minutes.count(), 1);
+        QCOMPARE(shown() > created, date == 1);
     });
 }
 
@@ -328,7 +242,7 @@ void tst_SettingsCustomize::fullRefreshes()
     });
 }
 
-void tst_SettingsCustomize::comboBoxesCloseOnTurning()
+void tst_SettingsCustomize::turning()
 {
     run(0, [](RunningApp &running, const Date &) {
         QVERIFY(choose(running, "font", u"Serif"_s));
@@ -338,6 +252,19 @@ void tst_SettingsCustomize::comboBoxesCloseOnTurning()
             emit running.app.orientationChanged();
             QVERIFY(!item(running, id)->property("isOpened").toBool());
         }
+
+        // Never all at once for a user; here they tell the order.
+        QVERIFY(pressByAccessibility(item(running, "position")));
+        auto *const picker = item(running, "loader")->property("item").value<QObject *>();
+        picker->setProperty("transparentRect", QRectF());
+        for (const char *id : {"font", "font_style"})
+            item(running, id)->setProperty("isOpened", true);
+        Steps steps;
+        steps.note(picker, "transparentRectChanged()", u"picker"_s);
+        steps.note(item(running, "font"), "isOpenedChanged()", u"font"_s);
+        steps.note(item(running, "font_style"), "isOpenedChanged()", u"style"_s);
+        emit running.app.orientationChanged();
+        QCOMPARE(steps.taken(), (QStringList{u"picker"_s, u"style"_s, u"font"_s}));
     });
 }
 
@@ -356,8 +283,10 @@ void tst_SettingsCustomize::pickerOpensAndCloses()
         QTest::mousePress(running.window, Qt::LeftButton, {}, at);
         QCOMPARE(sources(),
                  u"image://resource/positioning_bottom_left_inv image://resource_inv/arrow_down"_s);
+        QCOMPARE(item(running, "position")->property("color").value<QColor>(), QColor(Qt::black));
         QTest::mouseRelease(running.window, Qt::LeftButton, {}, at);
         QCOMPARE(sources(), u"image://resource/positioning_bottom_left image://resource/arrow_down"_s);
+        QCOMPARE(item(running, "position")->property("color").value<QColor>(), QColor(Qt::white));
         QVERIFY(loader->isVisible());
         QCOMPARE(loader->parentItem(), running.window->contentItem());
         QCOMPARE(loader->size(), running.window->contentItem()->size());

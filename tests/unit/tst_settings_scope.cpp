@@ -23,7 +23,8 @@ private slots:
     void changes();
     void everySettingOfOneScope_data() { changes_data(); }
     void everySettingOfOneScope();
-    void trialInAPlaylist();
+    void trial_data() { changes_data(); }
+    void trial();
     void droppedTrial_data() { changes_data(); }
     void droppedTrial();
     void backToTheShow();
@@ -212,24 +213,43 @@ void tst_SettingsScope::everySettingOfOneScope()
     });
 }
 
-void tst_SettingsScope::trialInAPlaylist()
+void tst_SettingsScope::trial()
 {
+    QFETCH(int, start);
+
     run([&](RunningApp &running) {
-        const QStringList before = globalRows();
-        openSettings(running, Playlist);
+        const QString second = u"SELECT * FROM settings WHERE playlist = %1"_s.arg(m_second);
+        QVERIFY(stored_database::execute(
+            {u"INSERT INTO settings (name, value, playlist) VALUES ('current_date_font', 'Own', %1)"_s.arg(
+                m_second)}));
+        const QStringList ofSecond = stored_database::rows(second);
+        QCOMPARE(ofSecond.size(), 1);
+        openSettings(running, Start(start));
+        const QStringList before = globalRows(); // with the light of the show that was left
         QVERIFY(pressByAccessibility(SettingsScreens::item(running, "menu_datetime")));
         QVERIFY(pressByAccessibility(SettingsScreens::item(running, "menu_show")));
         QVERIFY(pressByAccessibility(SettingsScreens::item(running, "menu_customize")));
         running.settings()->setProperty("current_date_position", 3);
         QVERIFY(SettingsScreens::pressButton(running, "@Save"));
+
+        QStringList changed = before;
+        changed.replaceInStrings(u"current_date_show|0"_s, u"current_date_show|1"_s);
+        changed.replaceInStrings(u"current_date_position|0"_s, u"current_date_position|3"_s);
         const QString id = u"|"_s + QString::number(m_first);
-        QCOMPARE(playlistRows(),
-                 (QStringList{u"current_date_show|1"_s + id, u"current_date_position|3"_s + id,
+        const QStringList own{u"current_date_show|1"_s + id, u"current_date_position|3"_s + id,
                               u"current_date_font|default"_s + id, u"current_date_font_is_bold|0"_s + id,
-                              u"current_date_font_is_italic|0"_s + id}));
-        QCOMPARE(globalRows(), before);
+                              u"current_date_font_is_italic|0"_s + id};
+        QCOMPARE(globalRows(), start == Overview ? changed : before);
+        const QString other = u"current_date_font|Own|"_s + QString::number(m_second);
+        QCOMPARE(playlistRows(), QStringList{other} + (start == Overview ? QStringList() : own));
+        QCOMPARE(stored_database::rows(second), ofSecond);
+
+        // What the second playlist has of it.
+        running.playlists()->setActiveId(m_second);
+        QCOMPARE(running.settings()->property("current_date_position").toInt(), start == Overview ? 3 : 0);
+        QCOMPARE(running.settings()->property("current_date_font").toString(), u"Own"_s);
         running.playlists()->setActiveId(-1);
-        QCOMPARE(running.settings()->property("current_date_position").toInt(), 0);
+        QCOMPARE(running.settings()->property("current_date_position").toInt(), start == Overview ? 3 : 0);
     });
 }
 
