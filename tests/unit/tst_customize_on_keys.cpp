@@ -75,8 +75,11 @@ void tst_CustomizeOnKeys::alongTheBar()
 
 void tst_CustomizeOnKeys::frameOfThePosition()
 {
-    run([](RunningApp &running) {
-        QVERIFY(choose(running, "font", u"Serif"_s));
+    const QString name = u"A rather long name of a font"_s; // so that the bar is full
+    m_test->device.setFonts({{name.toUtf8(), 0, "R"}, {name.toUtf8(), 2, "B"}});
+    run([&](RunningApp &running) {
+        QVERIFY(choose(running, "font", name));
+        QTRY_COMPARE(item(running, "font")->width(), item(running, "font")->property("max_width").toReal());
         item(running, "position")->forceActiveFocus();
         const QRect frame = sceneRectangle(item(running, "position_frame"));
         QVERIFY(item(running, "position_frame")->isVisible());
