@@ -26,6 +26,7 @@ Item {
     Accessible.checkable: hasRadioSign || checked
     Accessible.checked: checked
     Accessible.focusable: true
+    Accessible.focused: current // the menu around it may have the keys, or whoever opened it
     Accessible.name: text
     Accessible.role: hasRadioSign ? Accessible.RadioButton : Accessible.MenuItem
     Accessible.onPressAction: chosen()

@@ -105,6 +105,7 @@ std::optional<TreeNode> describeItem(QQuickItem *item)
         const QAccessible::State state = accessible->state();
         if (state.checkable)
             node.checked = state.checked != 0;
+        node.focused = attached && attached->property("focused").toBool();
     }
     return node;
 }

@@ -78,10 +78,14 @@ public:
     {
         m_origin = rectangle.topLeft();
         m_window = rectangle & m_screen;
-        m_focus = &window == QGuiApplication::focusWindow() ? window.activeFocusItem() : nullptr;
+        const bool hasKeys = &window == QGuiApplication::focusWindow();
+        m_focus = hasKeys ? window.activeFocusItem() : nullptr;
+        m_claim = nullptr;
         m_covers.push_back({nullptr, m_window});
         std::vector<TreeNode> nodes;
         visit(window.contentItem(), m_window, 1.0, nodes);
+        if (m_claim)
+            focusAlone(nodes, hasKeys ? m_claim : nullptr);
         return nodes;
     }
 
@@ -144,6 +148,8 @@ private:
             node = describeItem(item);
         if (node) {
             node->rectangle = rectangle;
+            if (node->focused)
+                m_claim = item;
             m_below.insert(item, {m_covers.size(), m_modals.size()});
         }
         const auto above = std::ptrdiff_t(siblings.size());
@@ -168,10 +174,21 @@ private:
         m_focus = nullptr;
     }
 
+    static void focusAlone(std::vector<TreeNode> &nodes, const QQuickItem *item)
+    {
+        for (TreeNode &node : nodes) {
+            node.focused = item && node.item == item;
+            focusAlone(node.children, item);
+        }
+    }
+
     QRect m_screen;
     QRect m_window; ///< the one that is walked through now
     QPoint m_origin;
     const QQuickItem *m_focus = nullptr; ///< not told yet, of that window
+    /// What says of itself that it is where the keys are, as the row of a menu does, to which others hand
+    /// them.
+    const QQuickItem *m_claim = nullptr;
     std::vector<Cover> m_covers;
     std::vector<Cover> m_modals; ///< mouse areas that are as large as their window
     QHash<const QQuickItem *, Below> m_below;

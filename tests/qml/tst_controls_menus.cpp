@@ -212,6 +212,10 @@ void tst_ControlsMenus::accessibleRows()
     open();
     QVERIFY(row(u"Rename"_s, QAccessible::MenuItem));
     QVERIFY(!accessible(row(u"Delete"_s, QAccessible::MenuItem))->state().checked);
+    const auto focused = [this](const QString &text) { return bool(accessible(row(text))->state().focused); };
+    QVERIFY(focused(u"Rename"_s) && !focused(u"Add photos"_s));
+    QTest::keyClick(&m_scene->window(), Qt::Key_Down);
+    QVERIFY(!focused(u"Rename"_s) && focused(u"Add photos"_s));
 }
 
 void tst_ControlsMenus::loaderOfNothing()

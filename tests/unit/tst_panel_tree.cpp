@@ -263,7 +263,8 @@ void tst_PanelTree::focused()
                      Row { objectName: "in cell " + index; width: 40 }
                      Row { objectName: "also in it"; x: 50; width: 40 } } }
         FocusScope { objectName: "no cell"; y: 240; width: 100; height: 30; Row { objectName: "in no cell" } }
-        TextInput { objectName: "field"; y: 120; width: 100; height: 30; text: "typed" })");
+        TextInput { objectName: "field"; y: 120; width: 100; height: 30; text: "typed" }
+        Row { objectName: "row of a menu"; y: 300; visible: false; Accessible.focused: true })");
     const auto focusedNames = [this] {
         QStringList names;
         for (const QJsonObject &node : nodes()) {
@@ -285,12 +286,20 @@ void tst_PanelTree::focused()
     QCOMPARE(focusedNames(), QStringList{u"in cell 0"_s});
     m_window->findChild<QQuickItem *>(u"list"_s)->setProperty("currentIndex", 1);
     QCOMPARE(focusedNames(), QStringList{u"in cell 1"_s});
-    focus(u"no cell"_s);
+    // Somebody else has the keys and hands them to the row of its menu.
+    auto *const menuRow = m_window->findChild<QQuickItem *>(u"row of a menu"_s);
+    for (const QString &name : {u"first"_s, u"no cell"_s}) {
+        focus(name);
+        menuRow->setVisible(true);
+        QCOMPARE(focusedNames(), QStringList{u"row of a menu"_s});
+        menuRow->setVisible(false);
+    }
     QCOMPARE(focusedNames(), QStringList());
 
     // The keys go to the window in front alone.
     const auto above = loadWindow(m_engine, "Window { y: 600; width: 100; height: 100; visible: true }");
     QTRY_COMPARE(QGuiApplication::focusWindow(), above.get());
+    menuRow->setVisible(true);
     QCOMPARE(focusedNames(), QStringList());
 }
 

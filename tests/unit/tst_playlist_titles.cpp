@@ -95,6 +95,7 @@ void tst_PlaylistTitles::newDialog()
     runDialog(true, [&](RunningApp &running) {
         QCOMPARE(accessibleName(dialog(running)), textOf("@New_playlist"));
         QCOMPARE(typed(running), textOf("@New_playlist"));
+        QCOMPARE(accessibleName(field(running)), textOf("@New_playlist"));
         QCOMPARE(field(running)->property("selectedText").toString(), typed(running));
         QVERIFY(field(running)->clip());
         QCOMPARE(field(running)->property("styledFont").toDouble(), measure(running, u"FontStyles.BodyL"_s));

@@ -513,6 +513,7 @@ Item {
                         }
                         clip: true
                         styledFont: FontStyles.BodyL
+                        Accessible.name: title_dialog.isAdd ? qsTr("@New_playlist") : qsTr("@Rename")
                         onAccepted: title_dialog.apply(text)
                     }
                 }
