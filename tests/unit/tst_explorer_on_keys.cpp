@@ -113,6 +113,12 @@ void tst_ExplorerOnKeys::frameOfAPicture()
             const QRectF inList = explorer.list()->mapRectFromItem(frame, frame->boundingRect());
             QVERIFY(explorer.list()->boundingRect().contains(inList));
         }
+        // One frame tells where the keys are.
+        explorer.list()->setFocus(false);
+        QVERIFY(!explorer.list()->hasActiveFocus());
+        QCOMPARE(framed(explorer), QList<int>());
+        explorer.list()->forceActiveFocus();
+        QCOMPARE(framed(explorer), QList<int>{2});
     });
 }
 

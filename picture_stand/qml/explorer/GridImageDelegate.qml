@@ -125,7 +125,7 @@ Rectangle {
         border.color: "black"
         border.width: Global.dp(6 * 0.5333)
         color: "transparent"
-        visible: !DeviceInfoProvider.isTouchDevice && currentIndex === index
+        visible: !DeviceInfoProvider.isTouchDevice && currentIndex === index && grid.activeFocus
     }
 
     LoaderNoSleep {
