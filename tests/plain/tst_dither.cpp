@@ -1,6 +1,7 @@
 // Error diffusion, against a twin that is slow and plainly right.
 
 #include "dither.h"
+#include "instruction_sets.h"
 #include "slow_diffusion.h"
 
 #include <QTest>
@@ -83,7 +84,7 @@ private slots:
     void paddingKeepsItsBytes();
     void greysOfThePanelStay();
     void panelGreysSideBySideStay();
-    void flatFieldsKeepTheirMean();
+    void flatFieldsKeepTheirLight();
     void aLineKeepsItsSum_data();
     void aLineKeepsItsSum();
     void sharesByHand_data();
@@ -103,12 +104,16 @@ void tst_dither::sameAsTheSlowTwin_data()
     QTest::newRow("one row") << 61 << 1;
     QTest::newRow("two columns") << 2 << 29;
     QTest::newRow("two rows") << 29 << 2;
-    QTest::newRow("one band of rows and its last row") << 33 << 9;
-    QTest::newRow("exactly one band of rows") << 33 << 8;
-    QTest::newRow("narrower than a band is steep") << 15 << 31;
-    QTest::newRow("as wide as a band is steep") << 16 << 31;
-    QTest::newRow("one wider than a band is steep") << 17 << 31;
-    QTest::newRow("two wider than a band is steep") << 18 << 31;
+    QTest::newRow("exactly one short band of rows") << 100 << 16;
+    QTest::newRow("one short band and a row") << 100 << 17;
+    QTest::newRow("exactly one long band of rows") << 150 << 32;
+    QTest::newRow("one long band and a row") << 150 << 33;
+    QTest::newRow("narrower than a block") << 15 << 70;
+    QTest::newRow("as wide as a block") << 16 << 70;
+    QTest::newRow("as wide as a short band is steep") << 31 << 70;
+    QTest::newRow("as wide as a long band is steep") << 63 << 70;
+    QTest::newRow("one wider than a long band is steep") << 64 << 70;
+    QTest::newRow("one block inside") << 80 << 70;
     QTest::newRow("odd sizes") << 211 << 157;
     QTest::newRow("panel of six inches") << 758 << 1024;
 }
@@ -131,10 +136,15 @@ void tst_dither::sameAsTheSlowTwin()
         for (const std::size_t padding : {0U, 5U}) {
             Grey fast{std::size_t(width), std::size_t(height), padding};
             fast.fill(source);
+            const Grey original = fast;
             Grey slow = fast;
-            fast.diffuse();
             diffuseSlowly(slow, {0, 0, slow.width, slow.height});
-            QVERIFY(fast.bytes == slow.bytes);
+            for (const auto set : instructionSets()) {
+                const ForcedInstructionSet forced(set);
+                fast = original;
+                fast.diffuse();
+                QVERIFY2(fast.bytes == slow.bytes, instructionSetName(set).c_str());
+            }
         }
     }
 }
@@ -238,21 +248,19 @@ void tst_dither::panelGreysSideBySideStay()
     QVERIFY(grey.bytes == before.bytes);
 }
 
-void tst_dither::flatFieldsKeepTheirMean()
+void tst_dither::flatFieldsKeepTheirLight()
 {
     for (unsigned value = 0; value < 256; ++value) {
-        Grey grey(256, 256);
+        Grey grey(512, 512);
         grey.fill([&](std::size_t, std::size_t) { return value; });
         grey.diffuse();
-        double sum = 0;
+        double light = 0;
         for (const std::uint8_t pixel : grey.bytes) {
-            QVERIFY(std::abs(int(pixel) - int(value))
-                    < 17 + 9); // its own grey's neighbours, or the next beyond
-            sum += pixel;
+            QVERIFY(std::abs(int(pixel) - int(value)) < 17 + 9); // its neighbours, or the next beyond
+            light += luminance(pixel);
         }
-        const double mean = sum / double(grey.bytes.size());
-        QVERIFY2(std::abs(mean - value) < 0.02,
-                 qPrintable(QString::number(value) + u' ' + QString::number(mean)));
+        const double off = lightness(light / double(grey.bytes.size())) - lightness(luminance(value));
+        QVERIFY2(std::abs(off) < 0.05, qPrintable(QString::number(value) + u' ' + QString::number(off)));
     }
 }
 
@@ -267,7 +275,7 @@ void tst_dither::aLineKeepsItsSum_data()
     QTest::newRow("a picture") << 60 << 50;
 }
 
-// All that is lost is the error of the very last pixel: half a step of 17.
+// All that is lost is the error of the very last pixel; what the first row starts with comes to as little.
 void tst_dither::aLineKeepsItsSum()
 {
     QFETCH(int, width);
@@ -278,40 +286,45 @@ void tst_dither::aLineKeepsItsSum()
     grey.fill([&](std::size_t, std::size_t) { return 20 + random() % 216; });
     int before = 0;
     for (const std::uint8_t pixel : grey.bytes)
-        before += pixel;
+        before += evenLevels()[pixel];
     grey.diffuse();
     int after = 0;
     for (const std::uint8_t pixel : grey.bytes)
-        after += pixel;
-    QVERIFY2(std::abs(after - before) <= 9, qPrintable(QString::number(after - before)));
+        after += evenLevels()[pixel];
+    QVERIFY2(std::abs(after - before) <= 2 * levelStep, qPrintable(QString::number(after - before)));
 }
 
 void tst_dither::sharesByHand_data()
 {
     QTest::addColumn<int>("x");
     QTest::addColumn<int>("y");
-    QTest::addColumn<int>("smallest");
+    QTest::addColumn<int>("share");
 
-    // In sixteenths: the error is 128, the middle between two greys 136.
-    QTest::newRow("right: 56") << 3 << 0 << 5;
-    QTest::newRow("down left: 24") << 1 << 1 << 7;
-    QTest::newRow("down: 40, and 11 each by way of the right and of the left") << 2 << 1 << 5;
+    QTest::newRow("right: 7 / 16") << 3 << 1 << 262;
+    QTest::newRow("down left: 3 / 16") << 1 << 2 << 112;
+    QTest::newRow("down: 5 / 16, and 49 each by way of the right and of the left") << 2 << 2 << 187 + 49 + 49;
 }
 
-// A grey of 8 in black becomes black; what it lacks lifts a neighbour from `smallest` on to the next grey.
+// A grey in black, at 600 of the 2048 places to the next level, becomes black; what it lacks lifts a
+// neighbour.
 void tst_dither::sharesByHand()
 {
     QFETCH(int, x);
     QFETCH(int, y);
-    QFETCH(int, smallest);
+    QFETCH(int, share);
 
+    LevelCurve eights;
+    for (std::size_t grey = 0; grey < eights.size(); ++grey)
+        eights[grey] = std::int16_t(grey * 8);
+    const int lacking = levelStep / 2 - share - slowNoise(std::size_t(x), std::size_t(y));
+    const int smallest = (lacking + 7) / 8;
     for (const int value : {smallest - 1, smallest}) {
-        Grey grey(5, 3);
+        Grey grey(5, 4);
         grey.fill([](std::size_t, std::size_t) { return 0; });
-        grey.at(2, 0) = 8;
+        grey.at(2, 1) = 75;
         grey.at(std::size_t(x), std::size_t(y)) = static_cast<std::uint8_t>(value);
-        grey.diffuse();
-        QCOMPARE(int(grey.at(2, 0)), 0);
+        diffuseTo16Levels(grey.picture(), 0, 0, 5, 4, eights);
+        QCOMPARE(int(grey.at(2, 1)), 0);
         QCOMPARE(int(grey.at(std::size_t(x), std::size_t(y))), value == smallest ? 17 : 0);
     }
 }

@@ -2,6 +2,7 @@
 
 #pragma once
 
+#include "diffusion.h"
 #include "tone.h"
 
 #include <algorithm>
@@ -15,9 +16,30 @@ inline int dividedRoundingDown(int number, int divisor)
     return static_cast<int>(std::floor(double(number) / divisor));
 }
 
-/// Pixel after pixel, every share written down where it goes, in sixteenths of a grey.
+/// What an error leaves to its four neighbours.
+struct SlowShares
+{
+    explicit SlowShares(int error)
+        : right(dividedRoundingDown(error * toRight, 16))
+        , downLeft(dividedRoundingDown(error * toDownLeft, 16))
+        , down(dividedRoundingDown(error * toDown, 16))
+        , downRight(error - right - downLeft - down)
+    {
+    }
+
+    int right, downLeft, down, downRight;
+};
+
+/// From -noiseLimit to noiseLimit.
+inline int slowNoise(std::size_t x, std::size_t y)
+{
+    const int fraction = static_cast<std::int16_t>(noisePhase(y) + x * noiseStep);
+    return dividedRoundingDown(fraction, 128) + dividedRoundingDown(fraction, 256);
+}
+
+/// Pixel after pixel, every share written down where it goes.
 inline void diffuseSlowly(const Picture &picture, std::size_t left, std::size_t top, std::size_t width,
-                          std::size_t height)
+                          std::size_t height, const LevelCurve &curve = evenLevels())
 {
     if (left >= picture.width || top >= picture.height)
         return;
@@ -27,16 +49,32 @@ inline void diffuseSlowly(const Picture &picture, std::size_t left, std::size_t 
         return picture.data[(top + y) * picture.stride + left + x];
     };
 
-    std::vector<std::vector<int>> values(height, std::vector<int>(width));
+    std::vector<std::vector<int>> values(height + 1, std::vector<int>(width));
     for (std::size_t y = 0; y < height; ++y) {
         for (std::size_t x = 0; x < width; ++x)
-            values[y][x] = 16 * pixel(x, y);
+            values[y][x] = curve[pixel(x, y)];
     }
+    std::vector<int> imagined(width); // errors of a row above the first
+    for (std::size_t x = 0; x < width; ++x) {
+        if (values[0][x] % levelStep != 0)
+            imagined[x] = static_cast<std::uint16_t>(x * noiseStep) * levelStep / 65536 - levelStep / 2;
+    }
+    for (std::size_t x = 0; x < width; ++x) {
+        const SlowShares shares(imagined[x]);
+        if (x > 0)
+            values[0][x - 1] += shares.downLeft;
+        values[0][x] += shares.down;
+        if (x + 1 < width)
+            values[0][x + 1] += shares.downRight;
+    }
+
     for (std::size_t y = 0; y < height; ++y) {
         for (std::size_t x = 0; x < width; ++x) {
-            const int value = std::clamp(values[y][x], -136, 16 * 255 + 135);
-            const int level = dividedRoundingDown(value + 136, 16 * 17);
-            const int error = value - level * 16 * 17;
+            const int value = std::clamp(values[y][x], -levelStep / 2 - noiseLimit,
+                                         15 * levelStep + levelStep / 2 - 1 + noiseLimit);
+            const int level
+                = std::clamp(dividedRoundingDown(value + slowNoise(x, y) + levelStep / 2, levelStep), 0, 15);
+            const int error = value - level * levelStep;
             pixel(x, y) = static_cast<std::uint8_t>(level * 17);
 
             const bool hasLeft = x > 0;
@@ -46,14 +84,11 @@ inline void diffuseSlowly(const Picture &picture, std::size_t left, std::size_t 
                     values[y][x + 1] += error;
                 continue;
             }
-            const int right = dividedRoundingDown(7 * error + 8, 16);
-            const int downLeft = dividedRoundingDown(3 * error + 8, 16);
-            const int down = dividedRoundingDown(5 * error + 8, 16);
-            const int downRight = error - right - downLeft - down;
-            values[y + 1][x] += down;
-            values[y + 1][hasLeft ? x - 1 : x] += downLeft;
-            values[y + 1][hasRight ? x + 1 : x] += downRight;
-            values[hasRight ? y : y + 1][hasRight ? x + 1 : x] += right;
+            const SlowShares shares(error);
+            values[y + 1][x] += shares.down;
+            values[y + 1][hasLeft ? x - 1 : x] += shares.downLeft;
+            values[y + 1][hasRight ? x + 1 : x] += shares.downRight;
+            values[hasRight ? y : y + 1][hasRight ? x + 1 : x] += shares.right;
         }
     }
 }

@@ -1,0 +1,326 @@
+// A pixel needs its left neighbour's error, so a row by itself is one long chain of waiting. Here each row
+// follows the one above at a distance of two pixels, and the pixels of a slanted line are computed together,
+// a row in each lane.
+//
+// Remainders instead of errors: u is a pixel's place among the levels with what its neighbours left; the
+// remainder e = u - level is 0 to levelStep where an error would be -levelStep / 2 to levelStep / 2. A
+// neighbour without error leaves half a step. Shares of remainders are never off by more than the remainders
+// are, so nothing needs clamping but at the sides of the rectangle, where shares turn down instead of
+// leaving.
+
+#undef HWY_TARGET_INCLUDE
+#define HWY_TARGET_INCLUDE "diffusion.cpp"
+#define HWY_DISABLED_TARGETS                                                                                 \
+    (HWY_SVE | HWY_SVE2 | HWY_SVE_256 | HWY_SVE2_128 | HWY_RVV) // vectors without a fixed size
+
+#include "diffusion.h"
+
+#include <hwy/foreach_target.h>
+// After it.
+#include "lanes-inl.h"
+
+HWY_BEFORE_NAMESPACE();
+
+namespace lindenreed::pixels::HWY_NAMESPACE {
+
+constexpr std::ptrdiff_t bandRows = 2 * lanes; ///< two vectors: one is computed while the other waits
+constexpr std::ptrdiff_t lag = 2;
+constexpr std::ptrdiff_t steepness
+    = lag * (bandRows - 1); ///< how far the last row of a band is behind the first
+constexpr std::ptrdiff_t blockLines = 16; ///< slanted lines that are gathered and given back at once
+constexpr int middle
+    = 8 * levelStep; ///< places are counted from here: they fit 16 bits with all that is added
+constexpr int neutral = levelStep / 2; ///< remainder of a pixel without error
+
+/// What a pixel without error leaves.
+constexpr int shareOf(int inSixteenths)
+{
+    return neutral * inSixteenths / 16;
+}
+
+/// A band of rows, the topmost in the last lane: then the lane whose errors leave the band is the first.
+struct Band
+{
+    std::uint8_t *pixels;
+    std::ptrdiff_t stride;
+    std::ptrdiff_t width;
+    std::ptrdiff_t rows; ///< 1 to bandRows
+    bool endsArea;
+    std::int16_t *errors; ///< what the row above leaves for each pixel; then, what the band leaves
+    const std::int16_t *curve;
+
+    std::uint8_t *row(std::ptrdiff_t index) const { return pixels + index * stride; }
+};
+
+/// Half a band, and what the lines before the present one left: shares on their way to a pixel of a later
+/// line.
+struct Half
+{
+    Lanes right; ///< for the next pixel of the same row
+    Lanes below; ///< for the row below: complete, for the next line
+    Lanes below2; ///< for the line after that, so far
+    Lanes below3; ///< for the third line, so far
+    Lanes noise;
+};
+
+/// Where the lanes of half a band are in a line.
+struct Places
+{
+    Lanes fromLeft; ///< pixels to the left side; negative outside
+    Lanes fromRight;
+    Lanes toLastRow; ///< rows down to the last one of the area; negative below it
+};
+
+/// `yes` where the bits of `mask` are set, else `no`.
+HWY_INLINE Lanes chosen(Lanes mask, Lanes yes, Lanes no)
+{
+    return no ^ ((yes ^ no) & mask);
+}
+
+HWY_INLINE Lanes noiseOf(Lanes fractions)
+{
+    return halved<7>(fractions) + halved<8>(fractions);
+}
+
+/// One line of half a band: places in, greys out.
+template <bool AtSides>
+HWY_INLINE Lanes diffuseLine(Lanes places, Lanes above, Half &half, const Places &where)
+{
+    Lanes values = places + above + half.right;
+    if constexpr (AtSides)
+        values = greatest(least(values, constant(middle - 1 + noiseLimit)), constant(-middle - noiseLimit));
+    const Lanes noisy = values + noiseOf(half.noise);
+    const Lanes levels
+        = greatest(least(noisy, constant(middle - 1)), constant(-middle)) & constant(-levelStep);
+    Lanes remainders = values - levels;
+    if constexpr (AtSides) {
+        const Lanes outside = halved<15>(least(where.fromLeft, where.fromRight));
+        remainders = chosen(outside, constant(neutral), remainders);
+    }
+
+    Lanes right = sixteenths(remainders, toRight);
+    Lanes downLeft = sixteenths(remainders, toDownLeft);
+    Lanes down = sixteenths(remainders, toDown);
+    Lanes downRight = remainders - right - (downLeft + down);
+    if constexpr (AtSides) {
+        const Lanes first = whereZero(where.fromLeft);
+        const Lanes last = whereZero(where.fromRight);
+        const Lanes turnedLeft = (downLeft - constant(shareOf(toDownLeft))) & first;
+        const Lanes turnedRight = (right - constant(shareOf(toRight))) & last;
+        const Lanes turnedCorner = (downRight - constant(shareOf(toDownRight))) & last;
+        downLeft = downLeft - turnedLeft;
+        right = right - turnedRight;
+        downRight = downRight - turnedCorner;
+        down = down + turnedLeft + turnedRight + turnedCorner;
+        const Lanes everything = remainders - constant(neutral - shareOf(toRight));
+        right = chosen(whereZero(where.toLastRow), everything, right);
+    }
+
+    half.right = right;
+    half.below = downLeft + half.below2;
+    half.below2 = down + half.below3;
+    half.below3 = downRight;
+    half.noise = half.noise + constant(noiseStep);
+    // 17 to a level.
+    return halved<7>(levels) + halved<11>(levels) + constant(8 * 17);
+}
+
+/// Gathers the places of a block: line by line, in each the rows from the last to the first.
+HWY_INLINE void gather(const Band &band, std::ptrdiff_t firstLine, std::int16_t *HWY_RESTRICT block)
+{
+    for (std::ptrdiff_t row = 0; row < bandRows; ++row) {
+        const std::ptrdiff_t x = firstLine - lag * row;
+        std::int16_t *lane = block + (bandRows - 1 - row);
+        if (row < band.rows && x >= 0 && x + blockLines <= band.width) {
+            const std::uint8_t *pixels = band.row(row) + x;
+            for (std::ptrdiff_t line = 0; line < blockLines; ++line)
+                lane[line * bandRows] = band.curve[pixels[line]];
+        } else {
+            for (std::ptrdiff_t line = 0; line < blockLines; ++line) {
+                const bool inside = row < band.rows && x + line >= 0 && x + line < band.width;
+                lane[line * bandRows] = inside ? band.curve[band.row(row)[x + line]] : std::int16_t(0);
+            }
+        }
+    }
+}
+
+/// Sixteen lines of 16 bytes, `distance` apart, become 16 columns.
+HWY_INLINE void transpose(const std::uint8_t *HWY_RESTRICT lines, std::ptrdiff_t distance,
+                          std::uint8_t *HWY_RESTRICT columns)
+{
+    Bytes bytes[16];
+    for (std::ptrdiff_t i = 0; i < 16; ++i)
+        bytes[i] = loadBytes(lines + i * distance);
+    // Each pass interleaves the first eight with the others: four of them turn 16 by 16 around.
+    for (int pass = 0; pass < 4; ++pass) {
+        Bytes mixed[16];
+        for (int i = 0; i < 8; ++i) {
+            mixed[2 * i] = firstHalves(bytes[i], bytes[i + 8]);
+            mixed[2 * i + 1] = secondHalves(bytes[i], bytes[i + 8]);
+        }
+        for (int i = 0; i < 16; ++i)
+            bytes[i] = mixed[i];
+    }
+    for (std::ptrdiff_t i = 0; i < 16; ++i)
+        storeBytes(bytes[i], columns + i * 16);
+}
+
+/// Gives the greys of a block back to their rows.
+HWY_INLINE void giveBack(const Band &band, std::ptrdiff_t firstLine, const std::uint8_t *HWY_RESTRICT block)
+{
+    HWY_ALIGN std::uint8_t columns[16 * blockLines];
+    for (std::ptrdiff_t group = 0; group < bandRows; group += 16) {
+        transpose(block + group, bandRows, columns);
+        for (std::ptrdiff_t lane = 0; lane < 16; ++lane) {
+            const std::ptrdiff_t row = bandRows - 1 - group - lane;
+            if (row >= band.rows)
+                continue;
+            const std::ptrdiff_t x = firstLine - lag * row;
+            const std::uint8_t *greys = columns + lane * blockLines;
+            if (x >= 0 && x + blockLines <= band.width) {
+                storeBytes(loadBytes(greys), band.row(row) + x);
+            } else {
+                for (std::ptrdiff_t line = 0; line < blockLines; ++line) {
+                    if (x + line >= 0 && x + line < band.width)
+                        band.row(row)[x + line] = greys[line];
+                }
+            }
+        }
+    }
+}
+
+std::int16_t limited(std::ptrdiff_t distance)
+{
+    constexpr std::ptrdiff_t far = 10'000;
+    return static_cast<std::int16_t>(distance < -far ? -far : distance > far ? far : distance);
+}
+
+Places placesOf(const Band &band, std::ptrdiff_t line, std::ptrdiff_t lowestRow)
+{
+    // Lane 0 holds the lowest row; each further lane is a row up and `lag` pixels to the right.
+    static_assert(lag == 2);
+    const Lanes ahead = ramp() + ramp();
+    const std::ptrdiff_t x = line - lag * lowestRow;
+    return {constant(limited(x)) + ahead, constant(limited(band.width - 1 - x)) - ahead,
+            band.endsArea ? constant(limited(band.rows - 1 - lowestRow)) + ramp() : constant(1)};
+}
+
+template <bool AtSides>
+HWY_INLINE void diffuseBlock(const Band &band, std::ptrdiff_t firstLine, Half &upper, Half &lower)
+{
+    HWY_ALIGN std::int16_t places[blockLines * bandRows];
+    HWY_ALIGN std::uint8_t greys[blockLines * bandRows];
+
+    gather(band, firstLine, places);
+    for (std::ptrdiff_t i = 0; i < blockLines; ++i) {
+        const std::ptrdiff_t line = firstLine + i;
+        Places whereUpper{};
+        Places whereLower{};
+        if constexpr (AtSides) {
+            whereUpper = placesOf(band, line, lanes - 1);
+            whereLower = placesOf(band, line, bandRows - 1);
+        }
+        const bool hasAbove = !AtSides || line < band.width;
+        const Lanes first
+            = hasAbove ? load(band.errors + line) : constant(shareOf(toDownLeft + toDown + toDownRight));
+        const Lanes aboveUpper = moved(first, upper.below);
+        const Lanes aboveLower = moved(upper.below, lower.below);
+        const Lanes lowerGreys
+            = diffuseLine<AtSides>(load(places + i * bandRows), aboveLower, lower, whereLower);
+        const Lanes upperGreys
+            = diffuseLine<AtSides>(load(places + i * bandRows + lanes), aboveUpper, upper, whereUpper);
+        // Later lines make good what this writes beyond its one pixel.
+        const std::ptrdiff_t left = line - steepness - 1;
+        if (!AtSides || (left >= 0 && left < band.width))
+            store(lower.below, band.errors + left);
+        storeAsBytes(lowerGreys, greys + i * bandRows);
+        storeAsBytes(upperGreys, greys + i * bandRows + lanes);
+    }
+    giveBack(band, firstLine, greys);
+}
+
+void diffuseBand(const Band &band, std::size_t firstRow)
+{
+    HWY_ALIGN std::int16_t noise[bandRows];
+    for (std::ptrdiff_t row = 0; row < bandRows; ++row) {
+        const auto ahead = static_cast<std::uint16_t>(lag * row * noiseStep);
+        noise[bandRows - 1 - row]
+            = static_cast<std::int16_t>(noisePhase(firstRow + std::size_t(row)) - ahead);
+    }
+    const auto start = [](const std::int16_t *from) {
+        return Half{constant(shareOf(toRight)), constant(shareOf(toDownLeft + toDown + toDownRight)),
+                    constant(shareOf(toDown + toDownRight)), constant(shareOf(toDownRight)), load(from)};
+    };
+    Half lower = start(noise);
+    Half upper = start(noise + lanes);
+
+    const bool whole = band.rows == bandRows && !band.endsArea;
+    for (std::ptrdiff_t line = 0; line < band.width + steepness + 1; line += blockLines) {
+        if (whole && line > steepness && line + blockLines < band.width)
+            diffuseBlock<false>(band, line, upper, lower);
+        else
+            diffuseBlock<true>(band, line, upper, lower);
+    }
+}
+
+void diffuseArea(const Area &area, const std::int16_t *curve, std::int16_t *errors)
+{
+    for (std::size_t row = 0; row < area.height; row += bandRows) {
+        const std::size_t left = area.height - row;
+        const bool endsArea = left <= bandRows;
+        diffuseBand({area.pixels + row * area.stride, std::ptrdiff_t(area.stride), std::ptrdiff_t(area.width),
+                     endsArea ? std::ptrdiff_t(left) : bandRows, endsArea, errors, curve},
+                    row);
+    }
+}
+
+} // namespace lindenreed::pixels::HWY_NAMESPACE
+
+HWY_AFTER_NAMESPACE();
+
+#if HWY_ONCE
+
+namespace lindenreed::pixels {
+
+namespace {
+
+HWY_EXPORT(diffuseArea);
+
+int sixteenthsOf(int value, int share)
+{
+    return (value * share) >> 4;
+}
+
+/// Errors as a row above the first would leave them. Without, the first rows of a light or dark field stay
+/// empty until enough has gathered for a dot. A grey that is one of the levels takes none: solid fields stay
+/// solid.
+void startErrors(const Area &area, const std::int16_t *curve, std::int16_t *errors)
+{
+    const auto remainder = [&](std::size_t x) { // wraps left of the row
+        const bool between = x < area.width && curve[area.pixels[x]] % levelStep != 0;
+        return between ? static_cast<std::uint16_t>(x * noiseStep) * levelStep / 65536 : levelStep / 2;
+    };
+    for (std::size_t x = 0; x < area.width; ++x) {
+        const int before = remainder(x - 1);
+        const int downRight = before - sixteenthsOf(before, toRight) - sixteenthsOf(before, toDownLeft)
+            - sixteenthsOf(before, toDown);
+        errors[x] = static_cast<std::int16_t>(sixteenthsOf(remainder(x + 1), toDownLeft)
+                                              + sixteenthsOf(remainder(x), toDown) + downRight);
+    }
+}
+
+} // namespace
+
+void diffuse(const Area &area, const LevelCurve &curve, std::span<std::int16_t> errors)
+{
+    LevelCurve fromMiddle = curve;
+    for (std::int16_t &place : fromMiddle)
+        place = static_cast<std::int16_t>(place - 8 * levelStep);
+    std::int16_t *const first = errors.data() + errorMargin;
+    startErrors(area, fromMiddle.data(), first);
+    HWY_DYNAMIC_DISPATCH(diffuseArea)(area, fromMiddle.data(), first);
+}
+
+} // namespace lindenreed::pixels
+
+#endif

@@ -1,0 +1,52 @@
+// The rules of the error diffusion, and the part of it that is compiled once for each instruction set.
+
+#pragma once
+
+#include "level_curve.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <span>
+
+namespace lindenreed::pixels {
+
+/// A pixel's error goes on in sixteenths. The shares are rounded down; down right gets what is left.
+inline constexpr int toRight = 7;
+inline constexpr int toDownLeft = 3;
+inline constexpr int toDown = 5;
+inline constexpr int toDownRight = 1;
+
+/// The threshold between two levels moves by up to this much to either side: enough to break up the rows and
+/// worms into which the dots of a flat field would fall.
+inline constexpr int noiseLimit = 384;
+
+/// From one pixel to the next the noise goes on by the golden section of its range: neighbours differ widely,
+/// and no short period meets that of the dots.
+inline constexpr std::uint16_t noiseStep = 40503;
+
+/// The noise of a row's first pixel, as a signed fraction f of 16 bits: it stands for f / 128 + f / 256, each
+/// rounded down.
+inline std::uint16_t noisePhase(std::size_t row)
+{
+    auto bits = static_cast<std::uint32_t>(row);
+    bits = (bits ^ (bits >> 16)) * 0x7feb352dU;
+    bits = (bits ^ (bits >> 15)) * 0x846ca68bU;
+    return static_cast<std::uint16_t>(bits ^ (bits >> 16));
+}
+
+/// A rectangle of pixels within a picture.
+struct Area
+{
+    std::uint8_t *pixels;
+    std::size_t stride;
+    std::size_t width; ///< at least 1
+    std::size_t height; ///< at least 1
+};
+
+/// Room for errors beside a row, on either side.
+inline constexpr std::size_t errorMargin = 64;
+
+/// `errors`: scratch of width + 2 * errorMargin. Uses the best instruction set of the processor.
+void diffuse(const Area &area, const LevelCurve &curve, std::span<std::int16_t> errors);
+
+} // namespace lindenreed::pixels

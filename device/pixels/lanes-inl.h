@@ -1,0 +1,215 @@
+// The few operations on vectors of 16-bit numbers that the diffusion needs, for the instruction set that is
+// being compiled. They are Highway's; where it has no vectors, as on the oldest processors, they are the
+// compiler's own.
+
+// Read once for each instruction set.
+#if defined(SLATE_PIXELS_LANES_INL_H) == defined(HWY_TARGET_TOGGLE)
+#ifdef SLATE_PIXELS_LANES_INL_H
+#undef SLATE_PIXELS_LANES_INL_H
+#else
+#define SLATE_PIXELS_LANES_INL_H
+#endif
+
+#include <hwy/highway.h>
+
+#include <cstddef>
+#include <cstdint>
+
+HWY_BEFORE_NAMESPACE();
+
+namespace lindenreed::pixels::HWY_NAMESPACE {
+
+#if HWY_TARGET == HWY_SCALAR || HWY_TARGET == HWY_EMU128
+
+constexpr std::ptrdiff_t lanes = 8;
+
+typedef std::int16_t Lanes __attribute__((vector_size(lanes * sizeof(std::int16_t))));
+typedef std::uint8_t Bytes __attribute__((vector_size(16)));
+typedef std::uint8_t HalfBytes __attribute__((vector_size(lanes)));
+
+HWY_INLINE Lanes constant(int value)
+{
+    return static_cast<std::int16_t>(value) - Lanes{};
+}
+
+/// 0, 1, 2 ..
+HWY_INLINE Lanes ramp()
+{
+    return Lanes{0, 1, 2, 3, 4, 5, 6, 7};
+}
+
+HWY_INLINE Lanes load(const std::int16_t *from)
+{
+    Lanes values;
+    __builtin_memcpy(&values, from, sizeof values);
+    return values;
+}
+
+HWY_INLINE void store(Lanes values, std::int16_t *to)
+{
+    __builtin_memcpy(to, &values, sizeof values);
+}
+
+HWY_INLINE void storeAsBytes(Lanes values, std::uint8_t *to)
+{
+    const auto bytes = __builtin_convertvector(values, HalfBytes);
+    __builtin_memcpy(to, &bytes, sizeof bytes);
+}
+
+HWY_INLINE Lanes least(Lanes left, Lanes right)
+{
+    return left < right ? left : right;
+}
+
+HWY_INLINE Lanes greatest(Lanes left, Lanes right)
+{
+    return left > right ? left : right;
+}
+
+/// Rounded down.
+template <int Bits>
+HWY_INLINE Lanes halved(Lanes values)
+{
+    return values >> Bits;
+}
+
+/// `values` * `share` / 16, rounded down.
+HWY_INLINE Lanes sixteenths(Lanes values, int share)
+{
+    return values * constant(share) >> 4;
+}
+
+/// All bits set where a value is 0, else none.
+HWY_INLINE Lanes whereZero(Lanes values)
+{
+    return values == 0;
+}
+
+/// The lanes of `values`, each in the lane before; the last one gets the first of `next`.
+HWY_INLINE Lanes moved(Lanes next, Lanes values)
+{
+    return __builtin_shufflevector(values, next, 1, 2, 3, 4, 5, 6, 7, 8);
+}
+
+HWY_INLINE Bytes loadBytes(const std::uint8_t *from)
+{
+    Bytes bytes;
+    __builtin_memcpy(&bytes, from, sizeof bytes);
+    return bytes;
+}
+
+HWY_INLINE void storeBytes(Bytes bytes, std::uint8_t *to)
+{
+    __builtin_memcpy(to, &bytes, sizeof bytes);
+}
+
+/// The first halves of both, a byte from either in turn.
+HWY_INLINE Bytes firstHalves(Bytes left, Bytes right)
+{
+    return __builtin_shufflevector(left, right, 0, 16, 1, 17, 2, 18, 3, 19, 4, 20, 5, 21, 6, 22, 7, 23);
+}
+
+HWY_INLINE Bytes secondHalves(Bytes left, Bytes right)
+{
+    return __builtin_shufflevector(left, right, 8, 24, 9, 25, 10, 26, 11, 27, 12, 28, 13, 29, 14, 30, 15, 31);
+}
+
+#else
+
+namespace hn = hwy::HWY_NAMESPACE;
+
+using Tag = hn::CappedTag<std::int16_t, 16>;
+using Lanes = hn::Vec<Tag>;
+using ByteTag = hn::Full128<std::uint8_t>;
+using Bytes = hn::Vec<ByteTag>;
+
+constexpr std::ptrdiff_t lanes = hn::MaxLanes(Tag());
+
+HWY_INLINE Lanes constant(int value)
+{
+    return hn::Set(Tag(), static_cast<std::int16_t>(value));
+}
+
+HWY_INLINE Lanes ramp()
+{
+    return hn::Iota(Tag(), std::int16_t(0));
+}
+
+HWY_INLINE Lanes load(const std::int16_t *from)
+{
+    return hn::LoadU(Tag(), from);
+}
+
+HWY_INLINE void store(Lanes values, std::int16_t *to)
+{
+    hn::StoreU(values, Tag(), to);
+}
+
+HWY_INLINE void storeAsBytes(Lanes values, std::uint8_t *to)
+{
+    const hn::Rebind<std::uint8_t, Tag> narrow;
+    hn::StoreU(hn::DemoteTo(narrow, values), narrow, to);
+}
+
+HWY_INLINE Lanes least(Lanes left, Lanes right)
+{
+    return hn::Min(left, right);
+}
+
+HWY_INLINE Lanes greatest(Lanes left, Lanes right)
+{
+    return hn::Max(left, right);
+}
+
+template <int Bits>
+HWY_INLINE Lanes halved(Lanes values)
+{
+    return hn::ShiftRight<Bits>(values);
+}
+
+HWY_INLINE Lanes sixteenths(Lanes values, int share)
+{
+    return hn::MulHigh(values, constant(share << 12));
+}
+
+HWY_INLINE Lanes whereZero(Lanes values)
+{
+    return hn::VecFromMask(Tag(), hn::Eq(values, hn::Zero(Tag())));
+}
+
+HWY_INLINE Lanes moved(Lanes next, Lanes values)
+{
+    const Tag tag;
+    if constexpr (lanes == 8)
+        return hn::CombineShiftRightBytes<2>(tag, next, values);
+    else
+        return hn::CombineShiftRightBytes<2>(tag, hn::ConcatLowerUpper(tag, next, values), values);
+}
+
+HWY_INLINE Bytes loadBytes(const std::uint8_t *from)
+{
+    return hn::LoadU(ByteTag(), from);
+}
+
+HWY_INLINE void storeBytes(Bytes bytes, std::uint8_t *to)
+{
+    hn::StoreU(bytes, ByteTag(), to);
+}
+
+HWY_INLINE Bytes firstHalves(Bytes left, Bytes right)
+{
+    return hn::InterleaveLower(ByteTag(), left, right);
+}
+
+HWY_INLINE Bytes secondHalves(Bytes left, Bytes right)
+{
+    return hn::InterleaveUpper(ByteTag(), left, right);
+}
+
+#endif
+
+} // namespace lindenreed::pixels::HWY_NAMESPACE
+
+HWY_AFTER_NAMESPACE();
+
+#endif

@@ -1,0 +1,68 @@
+#include "level_curve.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace lindenreed::pixels {
+
+namespace {
+
+/// The place of a luminance among rising levels.
+std::int16_t placeOf(double wanted, const Luminances &levels)
+{
+    std::size_t level = 0;
+    while (level + 2 < levels.size() && levels[level + 1] <= wanted)
+        ++level;
+    const double fraction = (wanted - levels[level]) / (levels[level + 1] - levels[level]);
+    return static_cast<std::int16_t>(
+        std::lround((double(level) + std::clamp(fraction, 0.0, 1.0)) * levelStep));
+}
+
+} // namespace
+
+double luminance(double grey)
+{
+    const double value = grey / 255;
+    return value <= 0.04045 ? value / 12.92 : std::pow((value + 0.055) / 1.055, 2.4);
+}
+
+double lightness(double luminance)
+{
+    return luminance <= 216.0 / 24389 ? luminance * 24389 / 27 : 116 * std::cbrt(luminance) - 16;
+}
+
+double luminanceOfLightness(double lightness)
+{
+    return lightness <= 8 ? lightness * 27 / 24389 : std::pow((lightness + 16) / 116, 3);
+}
+
+const LevelCurve &evenLevels()
+{
+    static const LevelCurve even = [] {
+        Luminances levels;
+        for (std::size_t level = 0; level < levels.size(); ++level)
+            levels[level] = luminance(double(level) * 17);
+        LevelCurve curve;
+        for (std::size_t grey = 0; grey < curve.size(); ++grey)
+            curve[grey] = placeOf(luminance(double(grey)), levels);
+        return curve;
+    }();
+    return even;
+}
+
+double wantedLightness(double grey, const Luminances &levels)
+{
+    const double black = lightness(levels.front());
+    const double white = lightness(levels.back());
+    return black + (white - black) * lightness(luminance(grey)) / 100;
+}
+
+LevelCurve curveFor(const Luminances &levels)
+{
+    LevelCurve curve;
+    for (std::size_t grey = 0; grey < curve.size(); ++grey)
+        curve[grey] = placeOf(luminanceOfLightness(wantedLightness(double(grey), levels)), levels);
+    return curve;
+}
+
+} // namespace lindenreed::pixels
