@@ -48,11 +48,13 @@ bool Device::start(const Profile &profile, QString *error)
     const Configuration configuration = Configuration::read(configurationPath);
     texts::load(QString::fromUtf8(configuration.text("language").value_or("en")));
     theDevice = new Device(profile);
+    facts().running = true;
     return true;
 }
 
 void Device::stop()
 {
+    facts().running = false;
     delete std::exchange(theDevice, nullptr);
 }
 

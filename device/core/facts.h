@@ -17,6 +17,7 @@ struct Facts
     std::atomic<int> platformNumber{0};
     std::atomic<bool> inverted{false};
     std::atomic<bool> cardPresent{false}, usbPresent{false};
+    std::atomic<bool> running{false}; ///< there is a device: the values are a panel's, not the default's
 };
 
 /// Constant-initialised and never destroyed: safe from static constructors and destructors.

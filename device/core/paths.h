@@ -10,6 +10,9 @@ namespace lindenreed::device {
 /// application object exists, in the build tree and in an installed one.
 QString dataFolder();
 
+/// The device's own plug-ins for Qt, beside the same library: a folder that Qt does not look into by itself.
+QString pluginFolder();
+
 inline constexpr char configurationPath[] = "/mnt/ext1/system/config/global.cfg";
 inline constexpr char deviceRecordPath[] = "/devroot/device.json"; ///< {"profile": NAME, "orientation": N}
 inline constexpr char runFolder[] = "/devroot/run"; ///< control socket and panel file

@@ -44,6 +44,12 @@ QString runFile(QLatin1StringView name)
     return QFileInfo(folder).isDir() ? folder + u'/' + name : QString();
 }
 
+/// Qt asks the plug-ins of a folder that is named to it first, if it is before the first picture.
+void goBeforeQtsPictureReaders()
+{
+    QCoreApplication::addLibraryPath(pluginFolder());
+}
+
 } // namespace
 
 Integration::Integration()
@@ -70,6 +76,7 @@ void Integration::startDevice()
 void Integration::initialize()
 {
     startDevice();
+    goBeforeQtsPictureReaders();
     nameFallbackFont(texts::language());
     Device &device = *Device::instance();
 

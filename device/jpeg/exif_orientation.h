@@ -1,0 +1,14 @@
+// How a photograph has to be turned.
+
+#pragma once
+
+#include <QByteArrayView>
+#include <QImageIOHandler>
+
+namespace lindenreed::device {
+
+/// What the orientation in EXIF data (the contents of an APP1 segment) asks for; none where there is none, or
+/// no valid one.
+QImageIOHandler::Transformations exifTransformation(QByteArrayView segment);
+
+} // namespace lindenreed::device

@@ -1,0 +1,88 @@
+#include "jpeg_decoder.h"
+
+#include <type_traits>
+
+namespace lindenreed::device {
+
+namespace {
+
+// A progressive file is held as coefficients, up to six bytes a pixel: those of 120 million. A header that
+// claims more than a file of that kind can have is refused before it takes anything.
+constexpr long mostMemory = 720L * 1000 * 1000;
+
+} // namespace
+
+template <typename Step>
+bool JpegDecoder::succeeds(Step step)
+{
+    static_assert(std::is_trivially_destructible_v<Step>);
+    // NOLINTNEXTLINE(bugprone-*): libjpeg knows no other way; the step has nothing to destroy
+    if (setjmp(m_errors.giveUp) != 0)
+        return false;
+    step();
+    return true;
+}
+
+JpegDecoder::JpegDecoder(QIODevice &device)
+    : m_source(device)
+{
+    static_assert(std::is_standard_layout_v<Errors>);
+    m_info.err = jpeg_std_error(&m_errors.manager);
+    m_errors.manager.error_exit
+        = [](j_common_ptr info) { std::longjmp(reinterpret_cast<Errors *>(info->err)->giveUp, 1); };
+    m_errors.manager.output_message = [](j_common_ptr) {};
+}
+
+JpegDecoder::~JpegDecoder()
+{
+    jpeg_destroy_decompress(&m_info);
+}
+
+bool JpegDecoder::readHeader()
+{
+    return succeeds([this] {
+        jpeg_create_decompress(&m_info);
+        m_info.mem->max_memory_to_use = mostMemory;
+        m_info.src = m_source.manager();
+        constexpr unsigned wholeSegment = 0xffff;
+        jpeg_save_markers(&m_info, JPEG_COM, wholeSegment);
+        jpeg_save_markers(&m_info, JPEG_APP0 + 1, wholeSegment);
+        jpeg_save_markers(&m_info, JPEG_APP0 + 2, wholeSegment);
+        jpeg_read_header(&m_info, TRUE);
+        jpeg_calc_output_dimensions(&m_info);
+    });
+}
+
+bool JpegDecoder::choose(unsigned eighths, J_COLOR_SPACE colours, bool fast)
+{
+    return succeeds([=, this] {
+        m_info.scale_num = eighths;
+        m_info.scale_denom = 8;
+        m_info.out_color_space = colours;
+        if (fast) {
+            m_info.dct_method = JDCT_IFAST;
+            m_info.do_fancy_upsampling = FALSE;
+        }
+        jpeg_calc_output_dimensions(&m_info);
+    });
+}
+
+bool JpegDecoder::start()
+{
+    return succeeds([this] { jpeg_start_decompress(&m_info); });
+}
+
+bool JpegDecoder::readRow(uchar *row)
+{
+    return succeeds([this, row] {
+        JSAMPROW rows[] = {row};
+        jpeg_read_scanlines(&m_info, rows, 1);
+    });
+}
+
+bool JpegDecoder::finish()
+{
+    return succeeds([this] { jpeg_finish_decompress(&m_info); });
+}
+
+} // namespace lindenreed::device

@@ -1,0 +1,49 @@
+// A JPEG file, decoded row by row.
+
+#pragma once
+
+#include "jpeg_source.h"
+
+#include <QSize>
+
+#include <csetjmp>
+
+namespace lindenreed::device {
+
+/// Errors of libjpeg end in false, after which only the destructor is left; its warnings are dropped, as a
+/// picture that is damaged shows what there is. Nothing of C++ lives where libjpeg jumps from.
+class JpegDecoder
+{
+public:
+    explicit JpegDecoder(QIODevice &device);
+    ~JpegDecoder();
+    JpegDecoder(const JpegDecoder &) = delete;
+    JpegDecoder &operator=(const JpegDecoder &) = delete;
+
+    /// Once, and first. Keeps comments, EXIF data and colour profiles, of which info() has the list.
+    bool readHeader();
+    const jpeg_decompress_struct &info() const { return m_info; }
+    QSize size() const { return {int(m_info.image_width), int(m_info.image_height)}; }
+
+    /// Chooses the size, in eighths of the file's, and the colours. `fast`: less exact.
+    bool choose(unsigned eighths, J_COLOR_SPACE colours, bool fast);
+    QSize outputSize() const { return {int(m_info.output_width), int(m_info.output_height)}; }
+    bool start();
+    bool readRow(uchar *row); ///< outputSize().width() * info().output_components bytes
+    bool finish(); ///< behind the last row
+
+private:
+    struct Errors
+    {
+        jpeg_error_mgr manager = {}; ///< first: its address is the whole's
+        std::jmp_buf giveUp = {};
+    };
+    template <typename Step>
+    bool succeeds(Step step);
+
+    JpegSource m_source;
+    Errors m_errors;
+    jpeg_decompress_struct m_info = {};
+};
+
+} // namespace lindenreed::device

@@ -1,0 +1,165 @@
+#include "jpeg_handler.h"
+
+#include "exif_orientation.h"
+#include "jpeg_decoder.h"
+
+#include <facts.h>
+
+#include <QColorSpace>
+#include <QStringList>
+#include <QVariant>
+
+namespace lindenreed::device {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+bool hasGreyPanel()
+{
+    return facts().running && facts().colourMask == 0;
+}
+
+/// A comment is "key: value" or a description.
+std::pair<QString, QString> textOf(QByteArrayView comment)
+{
+    const QString text = QString::fromUtf8(comment);
+    const qsizetype colon = text.indexOf(": "_L1);
+    if (colon < 0 || text.indexOf(u' ') < colon)
+        return {u"Description"_s, text};
+    return {text.left(colon), text.mid(colon + 2)};
+}
+
+} // namespace
+
+JpegHandler::JpegHandler() = default;
+JpegHandler::~JpegHandler() = default;
+
+bool JpegHandler::isJpeg(QIODevice &device)
+{
+    char mark[2] = {};
+    return device.peek(mark, sizeof mark) == sizeof mark && mark[0] == '\xff' && mark[1] == '\xd8';
+}
+
+bool JpegHandler::canRead() const
+{
+    if (m_state == State::Done || (m_state == State::Ready && (!device() || !isJpeg(*device()))))
+        return false;
+    setFormat("jpeg");
+    return true;
+}
+
+bool JpegHandler::readHeader() const
+{
+    if (m_state != State::Ready)
+        return m_state == State::HeaderRead;
+    m_state = State::Done;
+    if (!device())
+        return false;
+    m_decoder = std::make_unique<JpegDecoder>(*device());
+    if (!m_decoder->readHeader()) {
+        m_decoder.reset();
+        return false;
+    }
+    m_state = State::HeaderRead;
+    m_size = m_decoder->size();
+    m_format = pictureFormat(*m_decoder, hasGreyPanel());
+    keepSegments();
+    return true;
+}
+
+void JpegHandler::keepSegments() const
+{
+    QByteArray exif;
+    for (const auto *segment = m_decoder->info().marker_list; segment; segment = segment->next) {
+        const QByteArrayView bytes(segment->data, qsizetype(segment->data_length));
+        const QByteArrayView profileMark("ICC_PROFILE", 12); // with its end; number and count follow
+        constexpr int profileAt = 14;
+        constexpr int profileHeader = 128 + 4;
+        if (segment->marker == JPEG_COM)
+            m_texts.append(textOf(bytes));
+        else if (segment->marker == JPEG_APP0 + 1)
+            exif.append(bytes);
+        else if (bytes.size() > profileAt + profileHeader && bytes.startsWith(profileMark))
+            m_colourProfile.append(bytes.sliced(profileAt));
+    }
+    m_transformation = exifTransformation(exif);
+}
+
+bool JpegHandler::read(QImage *image)
+{
+    if (!readHeader())
+        return false;
+    m_state = State::Done;
+    const bool grey = m_format == QImage::Format_Grayscale8;
+    const bool decoded = decodePicture(*m_decoder, m_request, grey, image);
+    const bool coloursAreTheFiles = !grey || m_decoder->info().num_components == 1;
+    m_decoder.reset();
+    if (!decoded)
+        return false;
+    for (const auto &[key, text] : std::as_const(m_texts))
+        image->setText(key, text);
+    if (!m_colourProfile.isEmpty() && coloursAreTheFiles)
+        image->setColorSpace(QColorSpace::fromIccProfile(m_colourProfile));
+    return true;
+}
+
+QVariant JpegHandler::option(ImageOption option) const
+{
+    switch (option) {
+    case Quality:
+        return m_request.quality;
+    case ClipRect:
+        return m_request.clip;
+    case ScaledSize:
+        return m_request.scaledSize;
+    case ScaledClipRect:
+        return m_request.scaledClip;
+    case Size:
+        readHeader();
+        return m_size;
+    case ImageFormat:
+        readHeader();
+        return m_format;
+    case ImageTransformation:
+        readHeader();
+        return int(m_transformation);
+    case Description: {
+        readHeader();
+        QStringList texts;
+        for (const auto &[key, text] : std::as_const(m_texts))
+            texts.append(key + u": "_s + text.simplified());
+        return texts.join(u"\n\n"_s);
+    }
+    default:
+        return {};
+    }
+}
+
+void JpegHandler::setOption(ImageOption option, const QVariant &value)
+{
+    switch (option) {
+    case Quality:
+        m_request.quality = value.toInt();
+        break;
+    case ClipRect:
+        m_request.clip = value.toRect();
+        break;
+    case ScaledSize:
+        m_request.scaledSize = value.toSize();
+        break;
+    case ScaledClipRect:
+        m_request.scaledClip = value.toRect();
+        break;
+    default:
+        break;
+    }
+}
+
+bool JpegHandler::supportsOption(ImageOption option) const
+{
+    return option == Quality || option == ClipRect || option == ScaledSize || option == ScaledClipRect
+        || option == Size || option == ImageFormat || option == ImageTransformation || option == Description;
+}
+
+} // namespace lindenreed::device
