@@ -2,12 +2,12 @@
 
 #include "exif_orientation.h"
 #include "jpeg_decoder.h"
+#include "qt_jpeg_plugin.h"
 
 #include <facts.h>
 
 #include <QColorSpace>
 #include <QStringList>
-#include <QVariant>
 
 namespace lindenreed::device {
 
@@ -104,6 +104,17 @@ bool JpegHandler::read(QImage *image)
     return true;
 }
 
+bool JpegHandler::write(const QImage &image)
+{
+    QImageIOPlugin *const plugin = qtJpegPlugin();
+    const std::unique_ptr<QImageIOHandler> writer(plugin ? plugin->create(device(), "jpeg") : nullptr);
+    if (!writer)
+        return false;
+    for (auto set = m_options.cbegin(); set != m_options.cend(); ++set)
+        writer->setOption(set.key(), set.value());
+    return writer->write(image);
+}
+
 QVariant JpegHandler::option(ImageOption option) const
 {
     switch (option) {
@@ -138,6 +149,7 @@ QVariant JpegHandler::option(ImageOption option) const
 
 void JpegHandler::setOption(ImageOption option, const QVariant &value)
 {
+    m_options.insert(option, value);
     switch (option) {
     case Quality:
         m_request.quality = value.toInt();
@@ -158,8 +170,21 @@ void JpegHandler::setOption(ImageOption option, const QVariant &value)
 
 bool JpegHandler::supportsOption(ImageOption option) const
 {
-    return option == Quality || option == ClipRect || option == ScaledSize || option == ScaledClipRect
-        || option == Size || option == ImageFormat || option == ImageTransformation || option == Description;
+    switch (option) {
+    case Quality:
+    case ClipRect:
+    case ScaledSize:
+    case ScaledClipRect:
+    case Size:
+    case ImageFormat:
+    case ImageTransformation:
+    case Description:
+    case OptimizedWrite:
+    case ProgressiveScanWrite:
+        return true;
+    default:
+        return false;
+    }
 }
 
 } // namespace lindenreed::device

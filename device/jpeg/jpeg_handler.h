@@ -7,7 +7,9 @@
 #include <QByteArray>
 #include <QImageIOHandler>
 #include <QList>
+#include <QMap>
 #include <QString>
+#include <QVariant>
 
 #include <memory>
 #include <utility>
@@ -27,6 +29,7 @@ public:
 
     bool canRead() const override;
     bool read(QImage *image) override;
+    bool write(const QImage &image) override;
     QVariant option(ImageOption option) const override;
     void setOption(ImageOption option, const QVariant &value) override;
     bool supportsOption(ImageOption option) const override;
@@ -46,6 +49,7 @@ private:
     mutable QList<std::pair<QString, QString>> m_texts;
     mutable QByteArray m_colourProfile;
     JpegRequest m_request;
+    QMap<ImageOption, QVariant> m_options; ///< as they were set, for writing
 };
 
 } // namespace lindenreed::device

@@ -10,14 +10,16 @@ class SlateJpegPlugin : public QImageIOPlugin
     Q_PLUGIN_METADATA(IID QImageIOHandlerFactoryInterface_iid FILE "jpeg.json")
 
 public:
-    /// Reading alone: Qt's own writes.
     Capabilities capabilities(QIODevice *device, const QByteArray &format) const override
     {
-        if (!format.isEmpty())
-            return format == "jpg" || format == "jpeg" ? CanRead : Capabilities();
-        return device && device->isReadable() && lindenreed::device::JpegHandler::isJpeg(*device)
-            ? CanRead
-            : Capabilities();
+        if (format == "jpg" || format == "jpeg")
+            return CanRead | CanWrite;
+        if (!format.isEmpty() || !device)
+            return {};
+        Capabilities found;
+        found.setFlag(CanRead, device->isReadable() && lindenreed::device::JpegHandler::isJpeg(*device));
+        found.setFlag(CanWrite, device->isWritable());
+        return found;
     }
 
     QImageIOHandler *create(QIODevice *device, const QByteArray &format) const override

@@ -35,7 +35,7 @@ int roundedUp(int number, int unit)
 ReducingTaps::ReducingTaps(int sourceLength, int targetLength)
 {
     const double scale = double(sourceLength) / targetLength;
-    const int reach = std::min(sourceLength, int(std::ceil(2 * lobes * scale)) + 1);
+    const int reach = std::min(sourceLength, int(std::ceil(2 * lobes * scale)));
     count = roundedUp(reach, tapsAtOnce);
     first.resize(std::size_t(targetLength));
     weights.resize(std::size_t(targetLength) * std::size_t(count));
