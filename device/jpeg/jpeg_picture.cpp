@@ -149,11 +149,11 @@ bool decodePicture(JpegDecoder &decoder, JpegRequest request, bool greyPanel, QI
     QRect part({}, decoder.outputSize());
     if (!request.clip.isEmpty())
         part &= request.clip;
-    // Below, the reduced picture alone is held; the limit is for what the file has all the same.
-    if (part.isEmpty() || !isAllowed(part.size()))
-        return false;
     const bool reduced = scaled && request.scaledSize.width() <= part.width()
         && request.scaledSize.height() <= part.height();
+    // Of what is reduced little is held; Qt's limit is for all that libjpeg makes all the same.
+    if (part.isEmpty() || (reduced && !isAllowed(part.size())))
+        return false;
     if (!QImageIOHandler::allocateImage(reduced ? request.scaledSize : part.size(), format, image)
         || !decodeRows(decoder, part, image))
         return false;

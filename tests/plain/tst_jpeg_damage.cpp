@@ -1,0 +1,186 @@
+// Damaged JPEG files, and headers that claim more than there is: as Qt's own reader takes them, without a
+// message.
+
+#include "growth_limit.h"
+#include "jpeg_files.h"
+#include "jpeg_readers.h"
+#include "process_memory.h"
+#include "stderr_capture.h"
+
+#include <facts.h>
+
+#include <QImageReader>
+#include <QLoggingCategory>
+#include <QTest>
+
+#include <random>
+
+using namespace Qt::StringLiterals;
+using lindenreed::device::facts;
+
+Q_DECLARE_METATYPE(JpegKind)
+
+class tst_JpegDamage : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init()
+    {
+        QLoggingCategory::setFilterRules(u"qt.gui.imageio.jpeg=false"_s); // what Qt's own reader says
+        QTest::failOnWarning(QRegularExpression(u".?"_s));
+        m_log = std::make_unique<StderrCapture>();
+    }
+    void cleanup()
+    {
+        const QByteArray told = m_log->text();
+        m_log.reset();
+        facts().running = false;
+        QImageReader::setAllocationLimit(m_limit);
+        QCOMPARE(told, QByteArray());
+    }
+    void truncated_data() { kinds(); }
+    void truncated();
+    void damaged_data() { kinds(); }
+    void damaged();
+    void headerThatClaimsMuch_data();
+    void headerThatClaimsMuch();
+    void progressiveHeaderThatClaimsMuch();
+    void allocationLimit();
+
+private:
+    static void kinds()
+    {
+        QTest::addColumn<JpegKind>("kind");
+        for (const NamedJpegKind &row : jpegKinds())
+            QTest::newRow(row.name) << row.kind;
+    }
+
+    const int m_limit = QImageReader::allocationLimit();
+    std::unique_ptr<StderrCapture> m_log;
+};
+
+/// The one line that there is, which is Qt's.
+static void rejectionIsTold()
+{
+    QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"exceeds the current allocation limit"_s));
+}
+
+/// The same file with another size in its header.
+static QByteArray claiming(QByteArray file, QSize size, const char *frame)
+{
+    const qsizetype place = file.indexOf(frame) + 5;
+    const char bytes[] = {char(size.height() / 256), char(size.height() % 256), char(size.width() / 256),
+                          char(size.width() % 256)};
+    return file.replace(place, 4, QByteArray(bytes, 4));
+}
+
+void tst_JpegDamage::truncated()
+{
+    QFETCH(JpegKind, kind);
+
+    const QByteArray file = jpegFile({203, 157}, kind);
+    const auto scales
+        = [](QImageIOHandler &reader) { reader.setOption(QImageIOHandler::ScaledSize, QSize(90, 70)); };
+    int shown = 0;
+    for (int part = 0; part < 20; ++part) {
+        const QByteArray cut = file.first(file.size() * part / 20);
+        const QImage expected = qtPicture(cut);
+        QCOMPARE(ownPicture(cut), expected); // as far as it goes
+        QCOMPARE(ownPicture(cut, scales).size(), expected.isNull() ? QSize(0, 0) : QSize(90, 70));
+        facts().running = true;
+        QCOMPARE(ownPicture(cut).size(), expected.size());
+        facts().running = false;
+        shown += expected.isNull() ? 0 : 1;
+    }
+    QVERIFY(shown > 5);
+}
+
+void tst_JpegDamage::damaged()
+{
+    QFETCH(JpegKind, kind);
+
+    const QByteArray file = jpegFile({64, 48}, kind);
+    std::mt19937 random(1); // the same numbers at every run
+    int shown = 0;
+    for (int i = 0; i < 300; ++i) {
+        QByteArray bytes = file;
+        // Half of them in the header. Its sizes stay: what they claim is another test's.
+        for (int hits = 1 + int(random() % 4); hits > 0; --hits) {
+            const qsizetype end = i % 2 == 0 ? bytes.size() : bytes.size() / 3;
+            bytes[qsizetype(random() % quint32(end))] = char(random());
+        }
+        JpegReader header(JpegReader::Whose::Qt, bytes);
+        const QSize size = header->option(QImageIOHandler::Size).toSize();
+        if (size.isValid() && qint64(size.width()) * size.height() > 1'000'000)
+            continue;
+        const QImage expected = qtPicture(bytes);
+        QCOMPARE(ownPicture(bytes), expected);
+        facts().running = true;
+        ownPicture(bytes);
+        facts().running = false;
+        shown += expected.isNull() ? 0 : 1;
+    }
+    QVERIFY(shown > 50);
+}
+
+void tst_JpegDamage::headerThatClaimsMuch_data()
+{
+    QTest::addColumn<QSize>("size");
+    QTest::addColumn<bool>("whole"); ///< shown at its own size
+    QTest::addColumn<bool>("reduced"); ///< shown at another
+
+    QTest::newRow("above the limit at its own size") << QSize(6000, 6000) << false << true;
+    QTest::newRow("all that a header can say") << QSize(65'500, 65'500) << false << false;
+    QTest::newRow("more than all") << QSize(65'535, 65'535) << false << false;
+    QTest::newRow("a thread") << QSize(65'500, 1) << true << true;
+}
+
+void tst_JpegDamage::headerThatClaimsMuch()
+{
+    QFETCH(QSize, size);
+    QFETCH(bool, whole);
+    QFETCH(bool, reduced);
+
+    const QByteArray file = claiming(jpegFile({64, 64}), size, "\xff\xc0");
+    const auto scales
+        = [](QImageIOHandler &reader) { reader.setOption(QImageIOHandler::ScaledSize, QSize(20, 1)); };
+    for (const bool grey : {false, true}) {
+        facts().running = grey;
+        if (!whole && size.width() <= JPEG_MAX_DIMENSION) // beyond, libjpeg takes the header for damaged
+            rejectionIsTold();
+        QCOMPARE(!ownPicture(file).isNull(), whole);
+        const GrowthWatch watch;
+        QCOMPARE(!ownPicture(file, scales).isNull(), reduced);
+        QVERIFY(watch.grown() < growthLimit(24 * 1024));
+    }
+}
+
+void tst_JpegDamage::progressiveHeaderThatClaimsMuch()
+{
+    // Takes memory for what it claims before the first byte of a scan: it is refused before.
+    const QByteArray file = claiming(jpegFile({64, 64}, {.progressive = true}), {65'500, 65'500}, "\xff\xc2");
+    const auto scales
+        = [](QImageIOHandler &reader) { reader.setOption(QImageIOHandler::ScaledSize, QSize(20, 20)); };
+    const GrowthWatch watch;
+    QVERIFY(ownPicture(file, scales).isNull());
+    QVERIFY(watch.grown() < growthLimit(8 * 1024));
+}
+
+void tst_JpegDamage::allocationLimit()
+{
+    const QByteArray file = jpegFile({600, 600}); // 1.4 MB at four bytes a pixel
+    QImageReader::setAllocationLimit(1);
+    rejectionIsTold();
+    QVERIFY(ownPicture(file).isNull());
+    rejectionIsTold();
+    QVERIFY(qtPicture(file).isNull());
+    const auto scales
+        = [](QImageIOHandler &reader) { reader.setOption(QImageIOHandler::ScaledSize, QSize(90, 70)); };
+    QVERIFY(!ownPicture(file, scales).isNull());
+    QImageReader::setAllocationLimit(0);
+    QVERIFY(!ownPicture(file).isNull());
+}
+
+QTEST_GUILESS_MAIN(tst_JpegDamage)
+#include "tst_jpeg_damage.moc"

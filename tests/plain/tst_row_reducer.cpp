@@ -1,0 +1,185 @@
+// Reduced pictures, beside the same sums in floating point.
+
+#include <row_reducer.h>
+
+#include <QTest>
+
+#include <cmath>
+#include <numbers>
+#include <numeric>
+#include <random>
+
+using lindenreed::device::ReducingTaps;
+using lindenreed::device::RowReducer;
+
+using Bytes = std::vector<std::uint8_t>;
+using Values = std::vector<double>;
+
+namespace {
+
+Bytes reduced(const Bytes &picture, RowReducer::Size size, RowReducer::Size target, int channels,
+              std::size_t stride, std::uint8_t padding = 0)
+{
+    Bytes result(stride * std::size_t(target.height), padding);
+    RowReducer reducer(size, target, channels, result, stride);
+    const std::size_t rowBytes = std::size_t(size.width * channels);
+    for (std::size_t y = 0; y < std::size_t(size.height); ++y) {
+        std::copy_n(picture.begin() + std::ptrdiff_t(y * rowBytes), rowBytes, reducer.nextRow());
+        reducer.add();
+    }
+    return result;
+}
+
+double lanczos(double x)
+{
+    const auto sinc
+        = [](double t) { return t == 0 ? 1 : std::sin(std::numbers::pi * t) / (std::numbers::pi * t); };
+    return std::abs(x) < 3 ? sinc(x) * sinc(x / 3) : 0;
+}
+
+/// Along one line of values, `step` apart.
+void reduceLine(const double *source, int length, double *target, int targetLength, std::size_t step,
+                std::size_t targetStep)
+{
+    const double scale = double(length) / targetLength;
+    for (int i = 0; i < targetLength; ++i) {
+        const double centre = (i + 0.5) * scale - 0.5;
+        double sum = 0;
+        double weights = 0;
+        for (int k = 0; k < length; ++k) {
+            const double weight = lanczos((k - centre) / scale);
+            sum += weight * source[std::size_t(k) * step];
+            weights += weight;
+        }
+        target[std::size_t(i) * targetStep] = sum / weights;
+    }
+}
+
+Values reference(const Bytes &picture, RowReducer::Size size, RowReducer::Size target)
+{
+    const Values source(picture.begin(), picture.end());
+    const auto width = std::size_t(size.width);
+    const auto targetWidth = std::size_t(target.width);
+    Values low(width * std::size_t(target.height));
+    for (std::size_t x = 0; x < width; ++x)
+        reduceLine(source.data() + x, size.height, low.data() + x, target.height, width, width);
+    Values result(targetWidth * std::size_t(target.height));
+    for (std::size_t y = 0; y < std::size_t(target.height); ++y)
+        reduceLine(low.data() + y * width, size.width, result.data() + y * targetWidth, target.width, 1, 1);
+    return result;
+}
+
+Bytes noise(std::size_t count)
+{
+    std::mt19937 random(3);
+    Bytes bytes(count);
+    for (auto &byte : bytes)
+        byte = std::uint8_t(random());
+    return bytes;
+}
+
+} // namespace
+
+class tst_RowReducer : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void sizes_data();
+    void sizes();
+    void channelsAreApart();
+    void flatStaysFlat();
+    void paddingIsLeft();
+    void weightsAreWhole();
+};
+
+void tst_RowReducer::sizes_data()
+{
+    QTest::addColumn<int>("width");
+    QTest::addColumn<int>("height");
+    QTest::addColumn<int>("targetWidth");
+    QTest::addColumn<int>("targetHeight");
+
+    QTest::newRow("a little") << 75 << 113 << 62 << 94;
+    QTest::newRow("the same") << 33 << 21 << 33 << 21;
+    QTest::newRow("half") << 64 << 48 << 32 << 24;
+    QTest::newRow("far") << 200 << 150 << 7 << 5;
+    QTest::newRow("to one pixel") << 40 << 30 << 1 << 1;
+    QTest::newRow("of one pixel") << 1 << 1 << 1 << 1;
+    QTest::newRow("of two") << 2 << 2 << 1 << 2;
+    QTest::newRow("one row") << 100 << 1 << 37 << 1;
+    QTest::newRow("one column") << 1 << 100 << 1 << 37;
+    QTest::newRow("in one direction") << 50 << 40 << 50 << 13;
+}
+
+void tst_RowReducer::sizes()
+{
+    QFETCH(int, width);
+    QFETCH(int, height);
+    QFETCH(int, targetWidth);
+    QFETCH(int, targetHeight);
+
+    const Bytes picture = noise(std::size_t(width) * std::size_t(height));
+    const Bytes result
+        = reduced(picture, {width, height}, {targetWidth, targetHeight}, 1, std::size_t(targetWidth));
+    const Values expected = reference(picture, {width, height}, {targetWidth, targetHeight});
+    for (std::size_t i = 0; i < result.size(); ++i)
+        QVERIFY2(std::abs(result[i] - std::clamp(expected[i], 0.0, 255.0)) < 0.75,
+                 QByteArray::number(qulonglong(i)));
+}
+
+void tst_RowReducer::channelsAreApart()
+{
+    const Bytes picture = noise(61 * 43 * 4);
+    const Bytes result = reduced(picture, {61, 43}, {40, 25}, 4, 160);
+    for (std::size_t channel = 0; channel < 4; ++channel) {
+        Bytes alone;
+        for (std::size_t i = channel; i < picture.size(); i += 4)
+            alone.push_back(picture[i]);
+        const Bytes expected = reduced(alone, {61, 43}, {40, 25}, 1, 40);
+        for (std::size_t i = 0; i < expected.size(); ++i)
+            QCOMPARE(result[i * 4 + channel], expected[i]);
+    }
+}
+
+void tst_RowReducer::flatStaysFlat()
+{
+    for (const int length : {100, 101, 399, 2250}) {
+        for (const int target : {1, 3, 57, 99, 100}) {
+            for (const std::uint8_t value : {0, 1, 128, 254, 255}) {
+                const Bytes result
+                    = reduced(Bytes(std::size_t(length), value), {length, 1}, {target, 1}, 1, 100);
+                for (std::size_t x = 0; x < std::size_t(target); ++x)
+                    QCOMPARE(result[x], value);
+            }
+        }
+    }
+}
+
+void tst_RowReducer::paddingIsLeft()
+{
+    const Bytes result = reduced(noise(60 * 40), {60, 40}, {50, 30}, 1, 64, 7);
+    for (std::size_t y = 0; y < 30; ++y) {
+        for (std::size_t x = 50; x < 64; ++x)
+            QCOMPARE(result[y * 64 + x], 7);
+    }
+}
+
+void tst_RowReducer::weightsAreWhole()
+{
+    for (const int length : {1, 2, 5, 100, 1500, 8000}) {
+        for (const int target : {1, 2, 37, 1248}) {
+            if (target > length)
+                continue;
+            const ReducingTaps taps(length, target);
+            for (int i = 0; i < target; ++i) {
+                const auto mine = taps.weights.begin() + std::ptrdiff_t(i) * taps.count;
+                QCOMPARE(std::accumulate(mine, mine + taps.count, 0), ReducingTaps::one);
+                QVERIFY(taps.first[std::size_t(i)] >= 0);
+            }
+        }
+    }
+}
+
+QTEST_APPLESS_MAIN(tst_RowReducer)
+#include "tst_row_reducer.moc"
