@@ -51,6 +51,7 @@ private:
     std::span<std::uint8_t> m_target;
     const std::size_t m_stride;
     std::vector<std::uint8_t> m_rows; ///< the last `m_down.count` ones, in turn
+    std::vector<std::int32_t> m_sums;
     std::vector<std::int16_t> m_mixed; ///< one row of the target's height, with further bits
     int m_added = 0;
     int m_written = 0;
