@@ -316,8 +316,8 @@ void tst_SettingsWorkflow::trialByKeys()
     QVERIFY(m_device->walk(
         {u"key right"_s, u"key centre"_s, u"key down"_s, u"key centre"_s})); // its second style
     QVERIFY(m_device->names().contains(u"Style: Bold"_s));
-    QVERIFY(m_device->walk(
-        {u"key right"_s, u"key centre"_s, u"key right"_s, u"key centre"_s})); // the second corner
+    QVERIFY(m_device->walk( // the keys begin at the third corner, which is in force
+        {u"key right"_s, u"key centre"_s, u"key left"_s, u"key centre"_s}));
     QVERIFY(m_device->walk({u"key centre"_s, u"key back"_s})); // opened again, and left
     QVERIFY(m_device->walk({u"key right"_s, u"key centre"_s})); // done
     QCOMPARE(settings(u"created_date_position"_s), QStringList{u"-1|1"_s});
