@@ -15,6 +15,8 @@
 
 #include "diffusion.h"
 
+#include <cstring>
+
 #include <hwy/foreach_target.h>
 // After it.
 #include "lanes-inl.h"
@@ -33,10 +35,14 @@ constexpr int middle
 constexpr int neutral = levelStep / 2; ///< remainder of a pixel without error
 
 /// What a pixel without error leaves.
-constexpr int shareOf(int inSixteenths)
+constexpr int neutralShare(int inSixteenths)
 {
     return neutral * inSixteenths / 16;
 }
+
+/// While one block is diffused, which is waiting for the most part, the next one is gathered pair of rows by
+/// pair of rows.
+constexpr std::ptrdiff_t linesPerPair = 2 * blockLines / bandRows;
 
 /// A band of rows, the topmost in the last lane: then the lane whose errors leave the band is the first.
 struct Band
@@ -47,7 +53,7 @@ struct Band
     std::ptrdiff_t rows; ///< 1 to bandRows
     bool endsArea;
     std::int16_t *errors; ///< what the row above leaves for each pixel; then, what the band leaves
-    const std::int16_t *curve;
+    const Places *places;
 
     std::uint8_t *row(std::ptrdiff_t index) const { return pixels + index * stride; }
 };
@@ -64,11 +70,18 @@ struct Half
 };
 
 /// Where the lanes of half a band are in a line.
-struct Places
+struct Position
 {
     Lanes fromLeft; ///< pixels to the left side; negative outside
     Lanes fromRight;
-    Lanes toLastRow; ///< rows down to the last one of the area; negative below it
+    bool hasLastRow; ///< of the area
+    Lanes toLastRow; ///< rows down to it; negative below it
+
+    void advance()
+    {
+        fromLeft = fromLeft + constant(1);
+        fromRight = fromRight - constant(1);
+    }
 };
 
 /// `yes` where the bits of `mask` are set, else `no`.
@@ -77,43 +90,36 @@ HWY_INLINE Lanes chosen(Lanes mask, Lanes yes, Lanes no)
     return no ^ ((yes ^ no) & mask);
 }
 
-HWY_INLINE Lanes noiseOf(Lanes fractions)
-{
-    return halved<7>(fractions) + halved<8>(fractions);
-}
-
 /// One line of half a band: places in, greys out.
 template <bool AtSides>
-HWY_INLINE Lanes diffuseLine(Lanes places, Lanes above, Half &half, const Places &where)
+HWY_INLINE Lanes diffuseLine(Lanes places, Lanes above, Half &half, const Position &where)
 {
     Lanes values = places + above + half.right;
     if constexpr (AtSides)
         values = greatest(least(values, constant(middle - 1 + noiseLimit)), constant(-middle - noiseLimit));
-    const Lanes noisy = values + noiseOf(half.noise);
+    const Lanes noisy = values + threeOf256(half.noise);
     const Lanes levels
         = greatest(least(noisy, constant(middle - 1)), constant(-middle)) & constant(-levelStep);
     Lanes remainders = values - levels;
     if constexpr (AtSides) {
-        const Lanes outside = halved<15>(least(where.fromLeft, where.fromRight));
+        const Lanes outside = whereNegative(least(where.fromLeft, where.fromRight));
         remainders = chosen(outside, constant(neutral), remainders);
     }
 
     Lanes right = sixteenths(remainders, toRight);
-    Lanes downLeft = sixteenths(remainders, toDownLeft);
+    const Lanes downLeft = sixteenths(remainders, toDownLeft);
     Lanes down = sixteenths(remainders, toDown);
-    Lanes downRight = remainders - right - (downLeft + down);
+    const Lanes downRight = remainders - right - (downLeft + down);
     if constexpr (AtSides) {
-        const Lanes first = whereZero(where.fromLeft);
-        const Lanes last = whereZero(where.fromRight);
-        const Lanes turnedLeft = (downLeft - constant(shareOf(toDownLeft))) & first;
-        const Lanes turnedRight = (right - constant(shareOf(toRight))) & last;
-        const Lanes turnedCorner = (downRight - constant(shareOf(toDownRight))) & last;
-        downLeft = downLeft - turnedLeft;
-        right = right - turnedRight;
-        downRight = downRight - turnedCorner;
-        down = down + turnedLeft + turnedRight + turnedCorner;
-        const Lanes everything = remainders - constant(neutral - shareOf(toRight));
-        right = chosen(whereZero(where.toLastRow), everything, right);
+        // What goes out of the area is looked at by nobody; it only has to go down as well.
+        const Lanes turnedLeft = (downLeft - constant(neutralShare(toDownLeft))) & whereZero(where.fromLeft);
+        const Lanes turnedRight = (right + downRight - constant(neutralShare(toRight + toDownRight)))
+            & whereZero(where.fromRight);
+        down = down + turnedLeft + turnedRight;
+        if (where.hasLastRow) {
+            const Lanes everything = remainders - constant(neutral - neutralShare(toRight));
+            right = chosen(whereZero(where.toLastRow), everything, right);
+        }
     }
 
     half.right = right;
@@ -121,36 +127,62 @@ HWY_INLINE Lanes diffuseLine(Lanes places, Lanes above, Half &half, const Places
     half.below2 = down + half.below3;
     half.below3 = downRight;
     half.noise = half.noise + constant(noiseStep);
-    // 17 to a level.
-    return halved<7>(levels) + halved<11>(levels) + constant(8 * 17);
+    return seventeenOf2048(levels) + constant(8 * 17);
 }
 
-/// Gathers the places of a block: line by line, in each the rows from the last to the first.
-HWY_INLINE void gather(const Band &band, std::ptrdiff_t firstLine, std::int16_t *HWY_RESTRICT block)
+/// Where a row's pixels of a block are: all of them inside it, none, or some.
+enum class Share { All, None, Some };
+
+HWY_INLINE Share shareOf(const Band &band, std::ptrdiff_t row, std::ptrdiff_t x)
 {
-    for (std::ptrdiff_t row = 0; row < bandRows; ++row) {
-        const std::ptrdiff_t x = firstLine - lag * row;
-        std::int16_t *lane = block + (bandRows - 1 - row);
-        if (row < band.rows && x >= 0 && x + blockLines <= band.width) {
-            const std::uint8_t *pixels = band.row(row) + x;
-            for (std::ptrdiff_t line = 0; line < blockLines; ++line)
-                lane[line * bandRows] = band.curve[pixels[line]];
-        } else {
-            for (std::ptrdiff_t line = 0; line < blockLines; ++line) {
-                const bool inside = row < band.rows && x + line >= 0 && x + line < band.width;
-                lane[line * bandRows] = inside ? band.curve[band.row(row)[x + line]] : std::int16_t(0);
-            }
-        }
+    if (row >= band.rows || x + blockLines <= 0 || x >= band.width)
+        return Share::None;
+    return x >= 0 && x + blockLines <= band.width ? Share::All : Share::Some;
+}
+
+/// Gathers what there is of a row. Elsewhere any place will do: nothing comes of it.
+HWY_NOINLINE void gatherSome(const Band &band, std::ptrdiff_t row, std::ptrdiff_t x, std::int16_t *lane)
+{
+    const std::uint8_t *pixels = band.row(row);
+    for (std::ptrdiff_t line = 0; line < blockLines; ++line) {
+        if (x + line >= 0 && x + line < band.width)
+            lane[line * bandRows] = band.places->alone[pixels[x + line]];
     }
 }
 
-/// Sixteen lines of 16 bytes, `distance` apart, become 16 columns.
-HWY_INLINE void transpose(const std::uint8_t *HWY_RESTRICT lines, std::ptrdiff_t distance,
-                          std::uint8_t *HWY_RESTRICT columns)
+/// Gathers the places of two rows into a block, which holds line by line the rows from the last to the first.
+/// Two rows at a time, since stores are what this waits for.
+HWY_INLINE void gatherPair(const Band &band, std::ptrdiff_t firstLine, std::ptrdiff_t row,
+                           std::int16_t *block)
+{
+    const std::ptrdiff_t x = firstLine - lag * row;
+    std::int16_t *pair = block + (bandRows - 2 - row);
+    const Share upper = shareOf(band, row, x);
+    const Share lower = shareOf(band, row + 1, x - lag);
+    if (upper == Share::All && lower == Share::All) {
+        const std::uint8_t *upperPixels = band.row(row) + x;
+        const std::uint8_t *lowerPixels = band.row(row + 1) + x - lag;
+#pragma GCC unroll 4
+        for (std::ptrdiff_t line = 0; line < blockLines; ++line) {
+            const std::uint32_t both
+                = band.places->second[upperPixels[line]] | band.places->first[lowerPixels[line]];
+            __builtin_memcpy(pair + line * bandRows, &both, sizeof both);
+        }
+        return;
+    }
+    if (upper != Share::None)
+        gatherSome(band, row, x, pair + 1);
+    if (lower != Share::None)
+        gatherSome(band, row + 1, x - lag, pair);
+}
+
+/// Sixteen lines of 16 bytes become 16 columns. The distances are in bytes.
+HWY_INLINE void transpose(const std::uint8_t *lines, std::ptrdiff_t lineDistance, std::uint8_t *columns,
+                          std::ptrdiff_t columnDistance)
 {
     Bytes bytes[16];
     for (std::ptrdiff_t i = 0; i < 16; ++i)
-        bytes[i] = loadBytes(lines + i * distance);
+        bytes[i] = loadBytes(lines + i * lineDistance);
     // Each pass interleaves the first eight with the others: four of them turn 16 by 16 around.
     for (int pass = 0; pass < 4; ++pass) {
         Bytes mixed[16];
@@ -162,28 +194,31 @@ HWY_INLINE void transpose(const std::uint8_t *HWY_RESTRICT lines, std::ptrdiff_t
             bytes[i] = mixed[i];
     }
     for (std::ptrdiff_t i = 0; i < 16; ++i)
-        storeBytes(bytes[i], columns + i * 16);
+        storeBytes(bytes[i], columns + i * columnDistance);
 }
 
 /// Gives the greys of a block back to their rows.
-HWY_INLINE void giveBack(const Band &band, std::ptrdiff_t firstLine, const std::uint8_t *HWY_RESTRICT block)
+HWY_INLINE void giveBack(const Band &band, std::ptrdiff_t firstLine, const std::uint8_t *block)
 {
-    HWY_ALIGN std::uint8_t columns[16 * blockLines];
+    const bool inside = band.rows == bandRows && shareOf(band, 0, firstLine) == Share::All
+        && shareOf(band, bandRows - 1, firstLine - steepness) == Share::All;
     for (std::ptrdiff_t group = 0; group < bandRows; group += 16) {
-        transpose(block + group, bandRows, columns);
+        const std::ptrdiff_t lowestRow = bandRows - 1 - group;
+        if (inside) {
+            transpose(block + group, bandRows, band.row(lowestRow) + firstLine - lag * lowestRow,
+                      lag - band.stride);
+            continue;
+        }
+        HWY_ALIGN std::uint8_t columns[16 * blockLines];
+        transpose(block + group, bandRows, columns, blockLines);
         for (std::ptrdiff_t lane = 0; lane < 16; ++lane) {
-            const std::ptrdiff_t row = bandRows - 1 - group - lane;
-            if (row >= band.rows)
-                continue;
+            const std::ptrdiff_t row = lowestRow - lane;
             const std::ptrdiff_t x = firstLine - lag * row;
-            const std::uint8_t *greys = columns + lane * blockLines;
-            if (x >= 0 && x + blockLines <= band.width) {
-                storeBytes(loadBytes(greys), band.row(row) + x);
-            } else {
-                for (std::ptrdiff_t line = 0; line < blockLines; ++line) {
-                    if (x + line >= 0 && x + line < band.width)
-                        band.row(row)[x + line] = greys[line];
-                }
+            if (shareOf(band, row, x) == Share::None)
+                continue;
+            for (std::ptrdiff_t line = 0; line < blockLines; ++line) {
+                if (x + line >= 0 && x + line < band.width)
+                    band.row(row)[x + line] = columns[lane * blockLines + line];
             }
         }
     }
@@ -195,34 +230,33 @@ std::int16_t limited(std::ptrdiff_t distance)
     return static_cast<std::int16_t>(distance < -far ? -far : distance > far ? far : distance);
 }
 
-Places placesOf(const Band &band, std::ptrdiff_t line, std::ptrdiff_t lowestRow)
+Position positionOf(const Band &band, std::ptrdiff_t line, std::ptrdiff_t lowestRow)
 {
     // Lane 0 holds the lowest row; each further lane is a row up and `lag` pixels to the right.
     static_assert(lag == 2);
     const Lanes ahead = ramp() + ramp();
     const std::ptrdiff_t x = line - lag * lowestRow;
-    return {constant(limited(x)) + ahead, constant(limited(band.width - 1 - x)) - ahead,
-            band.endsArea ? constant(limited(band.rows - 1 - lowestRow)) + ramp() : constant(1)};
+    return {constant(limited(x)) + ahead, constant(limited(band.width - 1 - x)) - ahead, band.endsArea,
+            constant(limited(band.rows - 1 - lowestRow)) + ramp()};
 }
 
 template <bool AtSides>
-HWY_INLINE void diffuseBlock(const Band &band, std::ptrdiff_t firstLine, Half &upper, Half &lower)
+HWY_INLINE void diffuseLines(const Band &band, std::ptrdiff_t firstLine, const std::int16_t *places,
+                             std::int16_t *nextPlaces, std::uint8_t *greys, Half &upper, Half &lower)
 {
-    HWY_ALIGN std::int16_t places[blockLines * bandRows];
-    HWY_ALIGN std::uint8_t greys[blockLines * bandRows];
-
-    gather(band, firstLine, places);
+    Position whereUpper{};
+    Position whereLower{};
+    if constexpr (AtSides) {
+        whereUpper = positionOf(band, firstLine, lanes - 1);
+        whereLower = positionOf(band, firstLine, bandRows - 1);
+    }
     for (std::ptrdiff_t i = 0; i < blockLines; ++i) {
         const std::ptrdiff_t line = firstLine + i;
-        Places whereUpper{};
-        Places whereLower{};
-        if constexpr (AtSides) {
-            whereUpper = placesOf(band, line, lanes - 1);
-            whereLower = placesOf(band, line, bandRows - 1);
-        }
+        if (i % linesPerPair == 0)
+            gatherPair(band, firstLine + blockLines, i / linesPerPair * 2, nextPlaces);
         const bool hasAbove = !AtSides || line < band.width;
         const Lanes first
-            = hasAbove ? load(band.errors + line) : constant(shareOf(toDownLeft + toDown + toDownRight));
+            = hasAbove ? load(band.errors + line) : constant(neutralShare(toDownLeft + toDown + toDownRight));
         const Lanes aboveUpper = moved(first, upper.below);
         const Lanes aboveLower = moved(upper.below, lower.below);
         const Lanes lowerGreys
@@ -235,8 +269,11 @@ HWY_INLINE void diffuseBlock(const Band &band, std::ptrdiff_t firstLine, Half &u
             store(lower.below, band.errors + left);
         storeAsBytes(lowerGreys, greys + i * bandRows);
         storeAsBytes(upperGreys, greys + i * bandRows + lanes);
+        if constexpr (AtSides) {
+            whereUpper.advance();
+            whereLower.advance();
+        }
     }
-    giveBack(band, firstLine, greys);
 }
 
 void diffuseBand(const Band &band, std::size_t firstRow)
@@ -248,28 +285,36 @@ void diffuseBand(const Band &band, std::size_t firstRow)
             = static_cast<std::int16_t>(noisePhase(firstRow + std::size_t(row)) - ahead);
     }
     const auto start = [](const std::int16_t *from) {
-        return Half{constant(shareOf(toRight)), constant(shareOf(toDownLeft + toDown + toDownRight)),
-                    constant(shareOf(toDown + toDownRight)), constant(shareOf(toDownRight)), load(from)};
+        return Half{
+            constant(neutralShare(toRight)), constant(neutralShare(toDownLeft + toDown + toDownRight)),
+            constant(neutralShare(toDown + toDownRight)), constant(neutralShare(toDownRight)), load(from)};
     };
     Half lower = start(noise);
     Half upper = start(noise + lanes);
+    HWY_ALIGN std::int16_t places[2][blockLines * bandRows] = {}; // of this block and the next
+    HWY_ALIGN std::uint8_t greys[blockLines * bandRows];
 
     const bool whole = band.rows == bandRows && !band.endsArea;
+    for (std::ptrdiff_t row = 0; row < bandRows; row += 2)
+        gatherPair(band, 0, row, places[0]);
+    int current = 0;
     for (std::ptrdiff_t line = 0; line < band.width + steepness + 1; line += blockLines) {
         if (whole && line > steepness && line + blockLines < band.width)
-            diffuseBlock<false>(band, line, upper, lower);
+            diffuseLines<false>(band, line, places[current], places[1 - current], greys, upper, lower);
         else
-            diffuseBlock<true>(band, line, upper, lower);
+            diffuseLines<true>(band, line, places[current], places[1 - current], greys, upper, lower);
+        current = 1 - current;
+        giveBack(band, line, greys);
     }
 }
 
-void diffuseArea(const Area &area, const std::int16_t *curve, std::int16_t *errors)
+void diffuseArea(const Area &area, const Places &places, std::int16_t *errors)
 {
     for (std::size_t row = 0; row < area.height; row += bandRows) {
         const std::size_t left = area.height - row;
         const bool endsArea = left <= bandRows;
         diffuseBand({area.pixels + row * area.stride, std::ptrdiff_t(area.stride), std::ptrdiff_t(area.width),
-                     endsArea ? std::ptrdiff_t(left) : bandRows, endsArea, errors, curve},
+                     endsArea ? std::ptrdiff_t(left) : bandRows, endsArea, errors, &places},
                     row);
     }
 }
@@ -313,12 +358,17 @@ void startErrors(const Area &area, const std::int16_t *curve, std::int16_t *erro
 
 void diffuse(const Area &area, const LevelCurve &curve, std::span<std::int16_t> errors)
 {
-    LevelCurve fromMiddle = curve;
-    for (std::int16_t &place : fromMiddle)
-        place = static_cast<std::int16_t>(place - 8 * levelStep);
+    Places places;
+    for (std::size_t grey = 0; grey < 256; ++grey) {
+        const auto place = static_cast<std::int16_t>(curve[grey] - 8 * levelStep);
+        places.alone[grey] = place;
+        const std::array<std::int16_t, 2> low = {place, 0}, high = {0, place};
+        std::memcpy(&places.first[grey], low.data(), 4);
+        std::memcpy(&places.second[grey], high.data(), 4);
+    }
     std::int16_t *const first = errors.data() + errorMargin;
-    startErrors(area, fromMiddle.data(), first);
-    HWY_DYNAMIC_DISPATCH(diffuseArea)(area, fromMiddle.data(), first);
+    startErrors(area, places.alone.data(), first);
+    HWY_DYNAMIC_DISPATCH(diffuseArea)(area, places, first);
 }
 
 } // namespace lindenreed::pixels

@@ -24,8 +24,7 @@ inline constexpr int noiseLimit = 384;
 /// and no short period meets that of the dots.
 inline constexpr std::uint16_t noiseStep = 40503;
 
-/// The noise of a row's first pixel, as a signed fraction f of 16 bits: it stands for f / 128 + f / 256, each
-/// rounded down.
+/// The noise of a row's first pixel, as a signed fraction of 16 bits: f stands for f * 3 / 256, rounded down.
 inline std::uint16_t noisePhase(std::size_t row)
 {
     auto bits = static_cast<std::uint32_t>(row);
@@ -41,6 +40,14 @@ struct Area
     std::size_t stride;
     std::size_t width; ///< at least 1
     std::size_t height; ///< at least 1
+};
+
+/// The curve as the diffusion looks it up.
+struct Places
+{
+    std::array<std::int16_t, 256> alone;
+    std::array<std::uint32_t, 256> first; ///< as the first of two 16-bit numbers, the second 0
+    std::array<std::uint32_t, 256> second;
 };
 
 /// Room for errors beside a row, on either side.

@@ -12,6 +12,7 @@
 
 #include <hwy/highway.h>
 
+#include <bit>
 #include <cstddef>
 #include <cstdint>
 
@@ -66,17 +67,28 @@ HWY_INLINE Lanes greatest(Lanes left, Lanes right)
     return left > right ? left : right;
 }
 
-/// Rounded down.
-template <int Bits>
-HWY_INLINE Lanes halved(Lanes values)
+/// All bits set where a value is negative, else none.
+HWY_INLINE Lanes whereNegative(Lanes values)
 {
-    return values >> Bits;
+    return values < 0;
 }
 
-/// `values` * `share` / 16, rounded down.
+/// values * share / 16, rounded down. Values up to 3 * 2048.
 HWY_INLINE Lanes sixteenths(Lanes values, int share)
 {
     return values * constant(share) >> 4;
+}
+
+/// values * 3 / 256, rounded down.
+HWY_INLINE Lanes threeOf256(Lanes values)
+{
+    return (values >> 8) * constant(3) + ((values & constant(255)) * constant(3) >> 8);
+}
+
+/// values * 17 / 2048, for multiples of 2048.
+HWY_INLINE Lanes seventeenOf2048(Lanes values)
+{
+    return (values >> 7) + (values >> 11);
 }
 
 /// All bits set where a value is 0, else none.
@@ -88,7 +100,14 @@ HWY_INLINE Lanes whereZero(Lanes values)
 /// The lanes of `values`, each in the lane before; the last one gets the first of `next`.
 HWY_INLINE Lanes moved(Lanes next, Lanes values)
 {
-    return __builtin_shufflevector(values, next, 1, 2, 3, 4, 5, 6, 7, 8);
+    // In halves, since not every processor can do it at once.
+    typedef std::uint64_t Halves __attribute__((vector_size(sizeof(Lanes))));
+    const auto here = reinterpret_cast<Halves>(values);
+    const Halves further = __builtin_shufflevector(here, reinterpret_cast<Halves>(next), 1, 2);
+    if constexpr (std::endian::native == std::endian::little)
+        return reinterpret_cast<Lanes>(here >> 16 | further << 48);
+    else
+        return reinterpret_cast<Lanes>(here << 16 | further >> 48);
 }
 
 HWY_INLINE Bytes loadBytes(const std::uint8_t *from)
@@ -161,15 +180,24 @@ HWY_INLINE Lanes greatest(Lanes left, Lanes right)
     return hn::Max(left, right);
 }
 
-template <int Bits>
-HWY_INLINE Lanes halved(Lanes values)
+HWY_INLINE Lanes whereNegative(Lanes values)
 {
-    return hn::ShiftRight<Bits>(values);
+    return hn::BroadcastSignBit(values);
 }
 
 HWY_INLINE Lanes sixteenths(Lanes values, int share)
 {
     return hn::MulHigh(values, constant(share << 12));
+}
+
+HWY_INLINE Lanes threeOf256(Lanes values)
+{
+    return hn::MulHigh(values, constant(3 << 8));
+}
+
+HWY_INLINE Lanes seventeenOf2048(Lanes values)
+{
+    return hn::MulHigh(values, constant(17 << 5));
 }
 
 HWY_INLINE Lanes whereZero(Lanes values)
