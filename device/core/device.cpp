@@ -2,6 +2,7 @@
 
 #include "configuration.h"
 #include "facts.h"
+#include "panel_levels.h"
 #include "paths.h"
 #include "texts.h"
 #include "theme.h"
@@ -28,6 +29,7 @@ Device::Device(const Profile &wanted)
     facts().dpi = profile.dpi;
     facts().colourMask = profile.colourMask;
     facts().platformNumber = profile.platformNumber;
+    setLevelLuminances(profile.luminances);
     QObject::connect(&media, &Media::changed, &events, [this](Medium medium) { postMediaEvent(medium); });
 }
 

@@ -2,14 +2,19 @@
 
 #include "paths.h"
 
+#include <level_curve.h>
+
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QRegularExpression>
 
+#include <algorithm>
 #include <cmath>
+#include <functional>
 
 namespace lindenreed::device {
 
@@ -54,6 +59,8 @@ public:
             complain(u"\"%1\" must be true or false"_s.arg(name));
     }
 
+    QJsonValue takeAny(const QString &name) { return m_object.take(name); }
+
     void complain(const QString &complaint)
     {
         if (m_complaint.isEmpty())
@@ -71,6 +78,28 @@ private:
     QJsonObject m_object;
     QString m_complaint;
 };
+
+/// The luminances of 16 levels, one by one or by black, white and gamma; nothing where they are none.
+std::optional<pixels::Luminances> luminancesOf(const QJsonValue &value)
+{
+    pixels::Luminances luminances{};
+    if (value.isArray() && value.toArray().size() == qsizetype(luminances.size())) {
+        for (std::size_t level = 0; level < luminances.size(); ++level)
+            luminances[level] = value.toArray().at(qsizetype(level)).toDouble(-1);
+    } else if (value.isObject() && value.toObject().size() == 3) {
+        const double gamma = value[u"gamma"_s].toDouble();
+        const double black = value[u"black"_s].toDouble(-1);
+        const double white = value[u"white"_s].toDouble(-1);
+        if (gamma < 0.2 || gamma > 5 || black < 0 || white > 1)
+            return std::nullopt;
+        luminances = pixels::luminancesByGamma(black, white, gamma);
+    }
+    // Anything else is all zeros, which do not rise.
+    const bool rises = std::adjacent_find(luminances.begin(), luminances.end(), std::greater_equal<>())
+        == luminances.end();
+    return rises && luminances.front() >= 0 && luminances.back() <= 1 ? std::optional(luminances)
+                                                                      : std::nullopt;
+}
 
 /// Names come from files and command lines: none leads out of its folder.
 bool isFileName(const QString &name)
@@ -125,6 +154,15 @@ std::optional<Profile> Profile::read(const QString &path, QString *error)
         members.take(u"backlight"_s, profile.backlight);
         if (!isFileName(profile.backlight))
             members.complain(u"\"backlight\" must be the name of a folder"_s);
+    }
+    if (document.object().contains(u"luminance"_s)) {
+        profile.luminances = luminancesOf(members.takeAny(u"luminance"_s));
+        if (!profile.luminances)
+            members.complain(
+                u"\"luminance\" must be 16 numbers that rise from 0 to 1 at most, or \"black\", a lighter "
+                "\"white\" and a \"gamma\" from 0.2 to 5"_s);
+        if (profile.levels != 16 || profile.colourMask != 0)
+            members.complain(u"\"luminance\" is for grey panels of 16 levels"_s);
     }
     if (profile.levels != 16 && profile.levels != 256)
         members.complain(u"\"levels\" must be 16 or 256"_s);

@@ -5,6 +5,7 @@
 #include <QSize>
 #include <QString>
 
+#include <array>
 #include <optional>
 
 namespace lindenreed::device {
@@ -23,10 +24,12 @@ struct Profile
     bool frontlight = true;
     bool colourLight = false;
     int levels = 16; ///< 16 or 256 per channel
+    std::optional<std::array<double, 16>>
+        luminances; ///< of the levels, measured, rising; nothing: even levels
     QString backlight; ///< name below /sys/class/backlight; empty: the light is kept in memory
 
-    /// Reads and checks one profile file, which has every member but "backlight". On failure nothing, with
-    /// one sentence in `error`.
+    /// Reads and checks one profile file, which has every member but "luminance" and "backlight". On failure
+    /// nothing, with one sentence in `error`.
     static std::optional<Profile> read(const QString &path, QString *error);
 
     /// The profile `name` of the installed data, with one sentence in `error` where there is none.

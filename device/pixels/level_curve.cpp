@@ -50,6 +50,17 @@ const LevelCurve &evenLevels()
     return even;
 }
 
+Luminances luminancesByGamma(double black, double white, double gamma)
+{
+    const double darkest = lightness(black);
+    const double lightest = lightness(white);
+    Luminances levels;
+    for (std::size_t level = 0; level < levels.size(); ++level)
+        levels[level]
+            = luminanceOfLightness(darkest + std::pow(double(level) / 15, gamma) * (lightest - darkest));
+    return levels;
+}
+
 double wantedLightness(double grey, const Luminances &levels)
 {
     const double black = lightness(levels.front());

@@ -31,6 +31,10 @@ double luminanceOfLightness(double lightness);
 /// For a panel that shows the 16 greys 0, 17, 34 .. 255 as what they are.
 const LevelCurve &evenLevels();
 
+/// Of a panel whose lightness rises from black to white as the `gamma`th power of the level. Luminances are 0
+/// to 1.
+Luminances luminancesByGamma(double black, double white, double gamma);
+
 /**
  * For a panel whose levels have these luminances.
  *

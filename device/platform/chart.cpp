@@ -1,6 +1,7 @@
 #include "chart.h"
 
 #include <dither.h>
+#include <panel_levels.h>
 
 #include <algorithm>
 
@@ -25,7 +26,9 @@ QImage drawChart(QSize size)
             if (y < rampTop) {
                 const int patch
                     = y * patchesAcross / rampTop * patchesAcross + x * patchesAcross / size.width();
-                row[x] = uchar(patch * greyStep);
+                const bool inCheck = x * patchesAcross % size.width() < size.width() / 3
+                    && y * patchesAcross % rampTop >= rampTop * 2 / 3;
+                row[x] = inCheck ? uchar((x + y) % 2 * 255) : uchar(patch * greyStep);
             } else {
                 row[x] = uchar(x * 255 / std::max(1, size.width() - 1));
             }
@@ -33,7 +36,7 @@ QImage drawChart(QSize size)
     }
     const pixels::Picture picture{chart.bits(), std::size_t(size.width()), std::size_t(size.height()),
                                   std::size_t(chart.bytesPerLine()), 1};
-    pixels::diffuseTo16Levels(picture, 0, std::size_t(rampTop), picture.width, picture.height);
+    pixels::diffuseTo16Levels(picture, 0, std::size_t(rampTop), picture.width, picture.height, levelCurve());
     return chart;
 }
 

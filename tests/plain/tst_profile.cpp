@@ -5,6 +5,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QTemporaryDir>
@@ -38,6 +39,7 @@ private slots:
     void missingMembers_data();
     void missingMembers();
     void backlightMayBeNamed();
+    void luminanceMayBeMeasured();
     void refused_data();
     void refused();
     void limitsAreAccepted();
@@ -149,6 +151,27 @@ void tst_Profile::backlightMayBeNamed()
              u"tps65185_led-0.1:a"_s);
 }
 
+void tst_Profile::luminanceMayBeMeasured()
+{
+    QJsonObject object = complete();
+    QVERIFY(!Profile::read(write(QJsonDocument(object).toJson()), nullptr)->luminances);
+
+    QJsonArray rising;
+    for (int level = 0; level < 16; ++level)
+        rising.append((level + 1) / 16.0);
+    object.insert(u"luminance"_s, rising);
+    auto profile = Profile::read(write(QJsonDocument(object).toJson()), nullptr);
+    QVERIFY(profile && profile->luminances);
+    QCOMPARE(profile->luminances->at(0), 1 / 16.0);
+    QCOMPARE(profile->luminances->at(15), 1.0);
+
+    object.insert(u"luminance"_s, QJsonObject{{u"black"_s, 0.01}, {u"white"_s, 0.4}, {u"gamma"_s, 1.3}});
+    profile = Profile::read(write(QJsonDocument(object).toJson()), nullptr);
+    QVERIFY(profile && profile->luminances);
+    QCOMPARE(float(profile->luminances->at(0)), 0.01F);
+    QCOMPARE(float(profile->luminances->at(15)), 0.4F);
+}
+
 void tst_Profile::refused_data()
 {
     QTest::addColumn<QByteArray>("content");
@@ -202,6 +225,34 @@ void tst_Profile::refused_data()
         u"\"backlight\" must be the name of a folder"_s);
     row("backlight is the folder above", R"({"name":"a","backlight":".."})",
         u"\"backlight\" must be the name of a folder"_s);
+    const auto luminance = u"\"luminance\" must be 16 numbers that rise"_s;
+    row("luminance as number", R"({"name":"a","luminance":1})", luminance);
+    row("15 luminances", R"({"name":"a","luminance":[0,1,2,3,4,5,6,7,8,9,10,11,12,13,14]})", luminance);
+    row("luminances above 1", R"({"name":"a","luminance":[0,1,2,3,4,5,6,7,8,9,10,11,12,13,14,15]})",
+        luminance);
+    row("a luminance below 0",
+        R"({"name":"a","luminance":[-1,0.1,0.2,0.21,0.22,0.23,0.24,0.25,0.26,0.27,0.28,0.29,0.3,0.4,0.5,0.6]})",
+        luminance);
+    row("luminances that do not rise",
+        R"({"name":"a","luminance":[0,0.1,0.2,0.2,0.22,0.23,0.24,0.25,0.26,0.27,0.28,0.29,0.3,0.4,0.5,0.6]})",
+        luminance);
+    row("a luminance as text",
+        R"({"name":"a","luminance":[0,0.1,0.2,"x",0.22,0.23,0.24,0.25,0.26,0.27,0.28,0.29,0.3,0.4,0.5,0.6]})",
+        luminance);
+    row("no gamma", R"({"name":"a","luminance":{"black":0.1,"white":0.5}})", luminance);
+    row("gamma of 0", R"({"name":"a","luminance":{"black":0.1,"white":0.5,"gamma":0}})", luminance);
+    row("gamma of 6", R"({"name":"a","luminance":{"black":0.1,"white":0.5,"gamma":6}})", luminance);
+    row("white as dark as black", R"({"name":"a","luminance":{"black":0.5,"white":0.5,"gamma":1}})",
+        luminance);
+    row("white above 1", R"({"name":"a","luminance":{"black":0.5,"white":1.5,"gamma":1}})", luminance);
+    row("black below 0", R"({"name":"a","luminance":{"black":-0.5,"white":0.5,"gamma":1}})", luminance);
+    row("black is missing", R"({"name":"a","luminance":{"blue":0.1,"white":0.5,"gamma":1}})", luminance);
+    row("luminance of a colour panel",
+        R"({"name":"a","colour":1,"luminance":{"black":0.1,"white":0.5,"gamma":1}})",
+        u"\"luminance\" is for grey panels of 16 levels"_s);
+    row("luminance of 256 levels",
+        R"({"name":"a","levels":256,"luminance":{"black":0.1,"white":0.5,"gamma":1}})",
+        u"\"luminance\" is for grey panels of 16 levels"_s);
     row("unknown member", R"({"name":"a","weight":3})", u"\"weight\" is not known"_s);
 }
 

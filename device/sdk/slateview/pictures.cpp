@@ -6,6 +6,7 @@
 
 #include <dither.h>
 #include <facts.h>
+#include <panel_levels.h>
 #include <tone.h>
 
 #include <algorithm>
@@ -58,5 +59,5 @@ void QuickFloyd16Dither(unsigned char *data, int bytesPerLine, int x, int y, int
     // The picture reaches at least as far as the rectangle; how much further does not matter.
     const Picture area{data, std::size_t(right), std::size_t(bottom), std::size_t(bytesPerLine), 1};
     lindenreed::pixels::diffuseTo16Levels(area, std::size_t(left), std::size_t(top),
-                                          std::size_t(right - left), std::size_t(bottom - top));
+                                          std::size_t(right - left), std::size_t(bottom - top), levelCurve());
 }
