@@ -2,6 +2,7 @@
 
 #include <device.h>
 #include <facts.h>
+#include <panel_levels.h>
 #include <slateview_testing.h>
 #include <texts.h>
 #include <theme.h>
@@ -31,6 +32,7 @@ class tst_Device : public QObject
 private slots:
     void before();
     void startAndStop();
+    void luminancesOfTheProfileCount();
     void startsAgain();
     void stopForgetsTimersAndHandler();
     void stopFromATimer();
@@ -87,6 +89,20 @@ void tst_Device::startAndStop()
     QCOMPARE(facts().colourMask.load(), 1);
     QCOMPARE(QByteArray(texts::text("@PlayItem")), QByteArray("Play"));
     QCOMPARE(theme::integer("e3.galery_cover.width", 7), 220);
+}
+
+void tst_Device::luminancesOfTheProfileCount()
+{
+    QCOMPARE(levelCurve(), lindenreed::pixels::evenLevels());
+    Profile profile;
+    profile.luminances = lindenreed::pixels::luminancesByGamma(0.01, 0.5, 1.3);
+    Device::start(profile);
+    QCOMPARE(levelCurve(), lindenreed::pixels::curveFor(*profile.luminances));
+    QVERIFY(levelCurve() != lindenreed::pixels::evenLevels());
+    Device::stop();
+    Device::start(Profile());
+    QCOMPARE(levelCurve(), lindenreed::pixels::evenLevels());
+    Device::stop();
 }
 
 void tst_Device::startsAgain()

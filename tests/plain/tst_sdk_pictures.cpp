@@ -1,5 +1,7 @@
 // The SDK's operations on pictures in memory.
 
+#include <dither.h>
+#include <panel_levels.h>
 #include <slateview.h>
 #include <slateview_testing.h>
 
@@ -58,6 +60,7 @@ private slots:
     void refusedFactors_data();
     void refusedFactors();
     void dither();
+    void ditherForThePanel();
     void ditherRectangle_data();
     void ditherRectangle();
 };
@@ -190,6 +193,24 @@ void tst_SdkPictures::dither()
     }
     QVERIFY(paddingIsUntouched(bytes));
     QCOMPARE(journalLines(device), QByteArrayList({"QuickFloyd16Dither(20, 0, 0, 12, 5)"}));
+}
+
+void tst_SdkPictures::ditherForThePanel()
+{
+    DeviceForTest device;
+    const auto paper = lindenreed::pixels::luminancesByGamma(0.01, 0.5, 1.4);
+    setLevelLuminances(paper);
+    std::vector<unsigned char> bytes = canvas();
+    QuickFloyd16Dither(bytes.data(), 20, 0, 0, 12, 5);
+    setLevelLuminances({});
+
+    std::vector<unsigned char> expected = canvas();
+    lindenreed::pixels::diffuseTo16Levels({expected.data(), 12, 5, 20, 1}, 0, 0, 12, 5,
+                                          lindenreed::pixels::curveFor(paper));
+    QVERIFY(bytes == expected);
+    std::vector<unsigned char> even = canvas();
+    QuickFloyd16Dither(even.data(), 20, 0, 0, 12, 5);
+    QVERIFY(bytes != even);
 }
 
 void tst_SdkPictures::ditherRectangle_data()

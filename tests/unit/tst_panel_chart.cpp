@@ -6,6 +6,7 @@
 #include "panel_view.h"
 
 #include <device.h>
+#include <panel_levels.h>
 
 #include <set>
 
@@ -20,6 +21,8 @@ class tst_PanelChart : public QObject
 private slots:
     void init();
     void showsPatchesAndRamp();
+    void checksAreBlackAndWhite();
+    void rampIsForThePanel();
     void staysOverPartialDrawing();
     void goesWithTheNextFullRefresh();
     void goesWithTheForeground();
@@ -82,6 +85,37 @@ void tst_PanelChart::showsPatchesAndRamp()
     for (int x = 70; x < 80; ++x)
         inOneRow.insert(qGray(panel.pixel(x, 900)));
     QCOMPARE(inOneRow, (std::set<int>{17, 34}));
+}
+
+void tst_PanelChart::checksAreBlackAndWhite()
+{
+    const QImage panel = panel_view::upright();
+    for (int patch = 0; patch < 16; ++patch) {
+        const QPoint corner((patch % 4) * 190 + 5, (patch / 4) * 192 + 185);
+        for (const QPoint offset : {QPoint(0, 0), QPoint(1, 0), QPoint(0, 1), QPoint(1, 1)}) {
+            const QPoint at = corner + offset;
+            QCOMPARE(qGray(panel.pixel(at)), (at.x() + at.y()) % 2 ? 255 : 0);
+        }
+    }
+}
+
+void tst_PanelChart::rampIsForThePanel()
+{
+    const auto meanOfTheRamp = [] {
+        const QImage panel = panel_view::upright();
+        int sum = 0;
+        for (int y = 800; y < 1000; ++y) {
+            for (int x = 360; x < 400; ++x)
+                sum += qGray(panel.pixel(x, y));
+        }
+        return sum / 8000;
+    };
+    const int even = meanOfTheRamp();
+    lindenreed::device::setLevelLuminances(lindenreed::pixels::luminancesByGamma(0.009, 0.65, 1.42));
+    QVERIFY(m_remote.ask(u"chart"_s).value(u"ok"_s).toBool());
+    lindenreed::device::setLevelLuminances({});
+    QVERIFY2(meanOfTheRamp() > even + 17,
+             qPrintable(QString::number(meanOfTheRamp()))); // lighter by over a level
 }
 
 void tst_PanelChart::staysOverPartialDrawing()
