@@ -1,6 +1,8 @@
-// Tone adjustment and error diffusion at the sizes of the panels, beside the plain ways of doing the same.
+// Tone adjustment and error diffusion from the size of a thumbnail to that of the largest panel, with each
+// instruction set that the processor has, beside the plain ways of doing the same.
 
 #include "dither.h"
+#include "instruction_sets.h"
 #include "rates.h"
 #include "slow_diffusion.h"
 
@@ -8,6 +10,7 @@
 #include <cmath>
 #include <cstdint>
 #include <random>
+#include <string>
 #include <vector>
 
 using namespace lindenreed;
@@ -90,18 +93,43 @@ void ditherReference(benchmark::State &state)
     });
 }
 
-void onBothPanels(benchmark::internal::Benchmark *measured)
+void atAllSizes(benchmark::internal::Benchmark *measured)
 {
     measured->ArgNames({"width", "height"})
+        ->Args({165, 290})
         ->Args({758, 1024})
+        ->Args({1072, 1448})
         ->Args({1404, 1872})
+        ->Args({1872, 1404})
         ->Unit(benchmark::kMillisecond);
 }
 
-BENCHMARK(toneAndDither)->Apply(onBothPanels);
-BENCHMARK(toneOnly)->Apply(onBothPanels);
-BENCHMARK(toneReference)->Apply(onBothPanels);
-BENCHMARK(ditherOnly)->Apply(onBothPanels);
-BENCHMARK(ditherReference)->Apply(onBothPanels);
+void onTheLargest(benchmark::internal::Benchmark *measured)
+{
+    measured->ArgNames({"width", "height"})->Args({1404, 1872})->Unit(benchmark::kMillisecond);
+}
+
+/// The same work with each instruction set, forced one by one.
+void withEachSet(const std::string &name, void (*work)(benchmark::State &))
+{
+    for (const auto set : pixels::instructionSets()) {
+        const auto forced = [set, work](benchmark::State &state) {
+            const pixels::ForcedInstructionSet only(set);
+            work(state);
+        };
+        benchmark::RegisterBenchmark((name + '/' + pixels::instructionSetName(set)).c_str(), forced)
+            ->Apply(atAllSizes);
+    }
+}
+
+[[maybe_unused]] const bool registered = [] {
+    withEachSet("ditherOnly", ditherOnly);
+    withEachSet("toneAndDither", toneAndDither);
+    return true;
+}();
+
+BENCHMARK(ditherReference)->Apply(onTheLargest);
+BENCHMARK(toneOnly)->Apply(atAllSizes);
+BENCHMARK(toneReference)->Apply(onTheLargest);
 
 } // namespace

@@ -162,7 +162,6 @@ HWY_INLINE void gatherPair(const Band &band, std::ptrdiff_t firstLine, std::ptrd
     if (upper == Share::All && lower == Share::All) {
         const std::uint8_t *upperPixels = band.row(row) + x;
         const std::uint8_t *lowerPixels = band.row(row + 1) + x - lag;
-#pragma GCC unroll 4
         for (std::ptrdiff_t line = 0; line < blockLines; ++line) {
             const std::uint32_t both
                 = band.places->second[upperPixels[line]] | band.places->first[lowerPixels[line]];

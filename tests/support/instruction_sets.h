@@ -16,7 +16,7 @@ inline std::vector<std::int64_t> instructionSets()
 
 inline std::string instructionSetName(std::int64_t set)
 {
-    return hwy::TargetName(set);
+    return set == HWY_SCALAR || set == HWY_EMU128 ? "baseline" : hwy::TargetName(set);
 }
 
 /// While it lives, the pixels' code runs as on a processor that has this one alone.
