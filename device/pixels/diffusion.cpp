@@ -126,7 +126,7 @@ HWY_INLINE Lanes diffuseLine(Lanes places, Lanes above, Half &half, const Positi
     half.below = downLeft + half.below2;
     half.below2 = down + half.below3;
     half.below3 = downRight;
-    half.noise = half.noise + constant(noiseStep);
+    half.noise = wrappingSum(half.noise, constant(noiseStep));
     return seventeenOf2048(levels) + constant(8 * 17);
 }
 
@@ -341,8 +341,10 @@ int sixteenthsOf(int value, int share)
 void startErrors(const Area &area, const std::int16_t *curve, std::int16_t *errors)
 {
     const auto remainder = [&](std::size_t x) { // wraps left of the row
-        const bool between = x < area.width && curve[area.pixels[x]] % levelStep != 0;
-        return between ? static_cast<std::uint16_t>(x * noiseStep) * levelStep / 65536 : levelStep / 2;
+        const int fraction = x < area.width ? curve[area.pixels[x]] & (levelStep - 1) : 0;
+        return fraction == 0
+            ? levelStep / 2
+            : static_cast<std::uint16_t>(x * noiseStep) * levelStep / 65536 + startBias(fraction);
     };
     for (std::size_t x = 0; x < area.width; ++x) {
         const int before = remainder(x - 1);

@@ -33,6 +33,13 @@ inline std::uint16_t noisePhase(std::size_t row)
     return static_cast<std::uint16_t>(bits ^ (bits >> 16));
 }
 
+/// The row that is imagined above the first has remainders all over the range, and this more: on their way to
+/// a rare dot, errors are mostly of one sign.
+constexpr int startBias(int fraction)
+{
+    return ((levelStep / 2 - fraction) * 5) >> 4;
+}
+
 /// A rectangle of pixels within a picture.
 struct Area
 {

@@ -57,6 +57,13 @@ HWY_INLINE void storeAsBytes(Lanes values, std::uint8_t *to)
     __builtin_memcpy(to, &bytes, sizeof bytes);
 }
 
+/// What is too much for 16 bits wraps around.
+HWY_INLINE Lanes wrappingSum(Lanes left, Lanes right)
+{
+    typedef std::uint16_t Unsigned __attribute__((vector_size(sizeof(Lanes))));
+    return reinterpret_cast<Lanes>(reinterpret_cast<Unsigned>(left) + reinterpret_cast<Unsigned>(right));
+}
+
 HWY_INLINE Lanes least(Lanes left, Lanes right)
 {
     return left < right ? left : right;
@@ -168,6 +175,11 @@ HWY_INLINE void storeAsBytes(Lanes values, std::uint8_t *to)
 {
     const hn::Rebind<std::uint8_t, Tag> narrow;
     hn::StoreU(hn::DemoteTo(narrow, values), narrow, to);
+}
+
+HWY_INLINE Lanes wrappingSum(Lanes left, Lanes right)
+{
+    return left + right;
 }
 
 HWY_INLINE Lanes least(Lanes left, Lanes right)

@@ -1,14 +1,13 @@
 #include "tone.h"
 
+#include "lookup.h"
+
 #include <algorithm>
-#include <array>
 #include <cmath>
 
 namespace lindenreed::pixels {
 
 namespace {
-
-using Curve = std::array<std::uint8_t, 256>;
 
 double factor(double value, double lowest)
 {
@@ -16,9 +15,9 @@ double factor(double value, double lowest)
     return std::isnan(value) ? 1.0 : std::clamp(value, lowest, highest);
 }
 
-Curve curveOf(const Tone &tone)
+ByteTable curveOf(const Tone &tone)
 {
-    Curve curve;
+    ByteTable curve;
     for (std::size_t grey = 0; grey < curve.size(); ++grey) {
         double value = static_cast<double>(grey) / 255.0;
         value = std::clamp(value * tone.brightness, 0.0, 1.0);
@@ -40,13 +39,10 @@ void adjustTone(const Picture &picture, const Tone &tone)
     if (limited.brightness == 1.0 && limited.contrast == 1.0 && limited.gamma == 1.0)
         return;
 
-    const Curve curve = curveOf(limited);
+    const ByteTable curve = curveOf(limited);
     const std::size_t bytes = picture.width * static_cast<std::size_t>(picture.bytesPerPixel);
-    for (std::size_t y = 0; y < picture.height; ++y) {
-        std::uint8_t *row = picture.data + y * picture.stride;
-        for (std::size_t i = 0; i < bytes; ++i)
-            row[i] = curve[row[i]];
-    }
+    for (std::size_t y = 0; y < picture.height; ++y)
+        lookUp(picture.data + y * picture.stride, bytes, curve);
 }
 
 void adjustToneForPanel(const Picture &picture)

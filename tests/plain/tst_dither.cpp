@@ -132,8 +132,13 @@ void tst_dither::sameAsTheSlowTwin()
         [&](std::size_t, std::size_t) { return random() % 2 ? 0U : 8U; },
         [](std::size_t x, std::size_t y) { return unsigned(x * 3 + y) % 256; },
     };
+    const bool isLarge = width > 500; // and slow where it is checked for errors
     for (const auto &source : sources) {
+        if (isLarge && &source != &sources.front())
+            continue;
         for (const std::size_t padding : {0U, 5U}) {
+            if (isLarge && padding == 0)
+                continue;
             Grey fast{std::size_t(width), std::size_t(height), padding};
             fast.fill(source);
             const Grey original = fast;
@@ -251,7 +256,7 @@ void tst_dither::panelGreysSideBySideStay()
 void tst_dither::flatFieldsKeepTheirLight()
 {
     for (unsigned value = 0; value < 256; ++value) {
-        Grey grey(512, 512);
+        Grey grey(256, 256);
         grey.fill([&](std::size_t, std::size_t) { return value; });
         grey.diffuse();
         double light = 0;

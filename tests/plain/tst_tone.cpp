@@ -1,5 +1,6 @@
 // Brightness, contrast and gamma.
 
+#include "instruction_sets.h"
 #include "tone.h"
 
 #include <QTest>
@@ -22,7 +23,8 @@ std::array<std::uint8_t, 256> adjusted(const Tone &tone)
 {
     std::array<std::uint8_t, 256> greys;
     std::iota(greys.begin(), greys.end(), std::uint8_t(0));
-    adjustTone({greys.data(), greys.size(), 1, greys.size(), 1}, tone);
+    // A column: too narrow for vectors.
+    adjustTone({greys.data(), 1, greys.size(), 1, 1}, tone);
     return greys;
 }
 
@@ -45,6 +47,8 @@ private slots:
     void colourChannelsAreAdjustedAlike();
     void paddingKeepsItsBytes_data();
     void paddingKeepsItsBytes();
+    void sameWithEachInstructionSet_data();
+    void sameWithEachInstructionSet();
     void withoutPixels();
     void unknownPixelSize_data();
     void unknownPixelSize();
@@ -178,6 +182,38 @@ void tst_tone::paddingKeepsItsBytes()
     for (std::size_t i = 0; i < bytes.size(); ++i) {
         const bool isPixel = i % stride < width * std::size_t(bytesPerPixel);
         QCOMPARE(int(bytes[i]), isPixel ? 0 : 77);
+    }
+}
+
+void tst_tone::sameWithEachInstructionSet_data()
+{
+    QTest::addColumn<Tone>("tone");
+
+    QTest::newRow("lighter in the middle") << Tone{1, 1, 1.7};
+    QTest::newRow("harder") << Tone{1, 1.8, 1};
+    QTest::newRow("mid grey") << Tone{1, 0, 1};
+}
+
+void tst_tone::sameWithEachInstructionSet()
+{
+    QFETCH(Tone, tone);
+
+    // Every grey, at every place of a vector, with rows that are no multiple of one.
+    constexpr std::size_t width = 263, height = 70, stride = 270;
+    std::vector<std::uint8_t> bytes(stride * height, 77);
+    for (std::size_t i = 0; i < bytes.size(); ++i)
+        bytes[i] = static_cast<std::uint8_t>(i % stride < width ? i % stride + i / stride : 77);
+    const auto curve = adjusted(tone);
+    std::vector<std::uint8_t> expected = bytes;
+    for (std::size_t i = 0; i < bytes.size(); ++i) {
+        if (i % stride < width)
+            expected[i] = curve[bytes[i]];
+    }
+    for (const auto set : instructionSets()) {
+        const ForcedInstructionSet forced(set);
+        std::vector<std::uint8_t> changed = bytes;
+        adjustTone({changed.data(), width, height, stride, 1}, tone);
+        QVERIFY2(changed == expected, instructionSetName(set).c_str());
     }
 }
 

@@ -56,8 +56,10 @@ inline void diffuseSlowly(const Picture &picture, std::size_t left, std::size_t 
     }
     std::vector<int> imagined(width); // errors of a row above the first
     for (std::size_t x = 0; x < width; ++x) {
-        if (values[0][x] % levelStep != 0)
-            imagined[x] = static_cast<std::uint16_t>(x * noiseStep) * levelStep / 65536 - levelStep / 2;
+        const int fraction = values[0][x] % levelStep;
+        if (fraction != 0)
+            imagined[x] = static_cast<std::uint16_t>(x * noiseStep) * levelStep / 65536 - levelStep / 2
+                + startBias(fraction);
     }
     for (std::size_t x = 0; x < width; ++x) {
         const SlowShares shares(imagined[x]);
