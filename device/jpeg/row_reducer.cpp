@@ -97,10 +97,10 @@ std::uint8_t byte(std::int32_t sum)
 
 } // namespace
 
-ReducingTaps::ReducingTaps(int sourceLength, int targetLength)
+ReducingTaps::ReducingTaps(int sourceLength, double extent, int targetLength)
 {
     static const Kernel kernel;
-    const double scale = double(sourceLength) / targetLength;
+    const double scale = extent / targetLength;
     const int reach = std::min(sourceLength, int(std::ceil(2 * lobes * scale)));
     count = roundedUp(reach, tapsAtOnce);
     first.resize(std::size_t(targetLength));
@@ -125,13 +125,13 @@ ReducingTaps::ReducingTaps(int sourceLength, int targetLength)
     }
 }
 
-RowReducer::RowReducer(Size source, Size reduced, int channels, std::span<std::uint8_t> target,
+RowReducer::RowReducer(Size source, Extent extent, Size reduced, int channels, std::span<std::uint8_t> target,
                        std::size_t stride)
     : m_channels(channels)
     , m_targetWidth(reduced.width)
     , m_targetHeight(reduced.height)
-    , m_down(source.height, reduced.height)
-    , m_across(source.width, reduced.width)
+    , m_down(source.height, extent.height, reduced.height)
+    , m_across(source.width, extent.width, reduced.width)
     , m_rowBytes(std::size_t(roundedUp(source.width * channels, block)))
     , m_target(target)
     , m_stride(stride)

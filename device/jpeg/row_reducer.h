@@ -12,7 +12,8 @@ namespace lindenreed::device {
 /// The weights by which one direction is reduced: each target pixel is a sum over `count` source pixels.
 struct ReducingTaps
 {
-    ReducingTaps(int sourceLength, int targetLength);
+    /// `extent`: how much of the source pixels the picture takes, which may end within the last one.
+    ReducingTaps(int sourceLength, double extent, int targetLength);
 
     int count = 0;
     std::vector<int> first; ///< source pixel of each target pixel's first weight
@@ -31,8 +32,15 @@ public:
         int width = 0;
         int height = 0;
     };
+    struct Extent
+    {
+        double width = 0;
+        double height = 0;
+    };
+    /// `extent` is the part of `source` that the picture takes: it may end within the last column and row.
     /// `channels` bytes a pixel, 1 or 4. `target` has `stride` bytes from row to row and is borrowed.
-    RowReducer(Size source, Size reduced, int channels, std::span<std::uint8_t> target, std::size_t stride);
+    RowReducer(Size source, Extent extent, Size reduced, int channels, std::span<std::uint8_t> target,
+               std::size_t stride);
 
     /// Where the next source row goes, before add().
     std::uint8_t *nextRow();

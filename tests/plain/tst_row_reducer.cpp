@@ -21,7 +21,7 @@ Bytes reduced(const Bytes &picture, RowReducer::Size size, RowReducer::Size targ
               std::size_t stride, std::uint8_t padding = 0)
 {
     Bytes result(stride * std::size_t(target.height), padding);
-    RowReducer reducer(size, target, channels, result, stride);
+    RowReducer reducer(size, {double(size.width), double(size.height)}, target, channels, result, stride);
     const std::size_t rowBytes = std::size_t(size.width * channels);
     for (std::size_t y = 0; y < std::size_t(size.height); ++y) {
         std::copy_n(picture.begin() + std::ptrdiff_t(y * rowBytes), rowBytes, reducer.nextRow());
@@ -91,6 +91,7 @@ private slots:
     void flatStaysFlat();
     void paddingIsLeft();
     void weightsAreWhole();
+    void endsWithinTheLastPixel();
 };
 
 void tst_RowReducer::sizes_data()
@@ -171,13 +172,31 @@ void tst_RowReducer::weightsAreWhole()
         for (const int target : {1, 2, 37, 1248}) {
             if (target > length)
                 continue;
-            const ReducingTaps taps(length, target);
+            const ReducingTaps taps(length, length, target);
             for (int i = 0; i < target; ++i) {
                 const auto mine = taps.weights.begin() + std::ptrdiff_t(i) * taps.count;
                 QCOMPARE(std::accumulate(mine, mine + taps.count, 0), ReducingTaps::one);
                 QVERIFY(taps.first[std::size_t(i)] >= 0);
             }
         }
+    }
+}
+
+void tst_RowReducer::endsWithinTheLastPixel()
+{
+    // A ramp stays where it is: each target pixel has the value of the source at its own centre.
+    constexpr double extent = 98.5;
+    constexpr int target = 70;
+    Bytes row(99);
+    for (std::size_t x = 0; x < row.size(); ++x)
+        row[x] = std::uint8_t(2 * x + 10);
+    Bytes result(target);
+    RowReducer reducer({99, 1}, {extent, 1}, {target, 1}, 1, result, result.size());
+    std::copy(row.begin(), row.end(), reducer.nextRow());
+    reducer.add();
+    for (int x = 5; x < target - 5; ++x) {
+        const double centre = (x + 0.5) * extent / target - 0.5;
+        QVERIFY(std::abs(result[std::size_t(x)] - (2 * centre + 10)) < 0.75);
     }
 }
 
