@@ -87,6 +87,9 @@ void tst_Installation::startsWhereItIsInstalled()
     QVERIFY2(client, qUtf8Printable(error));
     QVERIFY(client->ask(u"idle"_s).value("ok"_L1).toBool());
     QVERIFY(!client->screenshot(&error).isNull());
+    // The first screen has pictures.
+    QTRY_VERIFY(memoryMapOf(prefix + u"/lib/picture_stand/picture_stand"_s)
+                    .contains(QFile::encodeName(prefix) + "/lib/picture_stand/device/imageformats/"));
     client->ask(u"quit"_s);
     const LauncherEnd end = LauncherPlace::end(launcher);
     QVERIFY2(end.status == 0, end.errors.constData());
