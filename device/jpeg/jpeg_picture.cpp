@@ -77,6 +77,8 @@ bool decodeRows(JpegDecoder &decoder, QRect part, QImage *image)
 {
     const QImage::Format format = image->format();
     const int channels = format == QImage::Format_Grayscale8 ? 1 : 4;
+    if (!decoder.start())
+        return false;
     std::optional<RowReducer> reducer;
     if (image->size() != part.size()) {
         // libjpeg rounds the reduced size up, and repeats what the last column and row then have too much.
@@ -89,8 +91,6 @@ bool decodeRows(JpegDecoder &decoder, QRect part, QImage *image)
                         std::span(image->bits(), std::size_t(image->sizeInBytes())),
                         std::size_t(image->bytesPerLine()));
     }
-    if (!decoder.start())
-        return false;
 
     const auto &info = decoder.info();
     const bool cmyk = info.out_color_space == JCS_CMYK;
