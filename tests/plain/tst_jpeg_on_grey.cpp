@@ -7,6 +7,7 @@
 
 #include <facts.h>
 #include <paths.h>
+#include <row_reducer.h>
 
 #include <QBuffer>
 #include <QColorSpace>
@@ -87,6 +88,7 @@ private slots:
     void luma();
     void reduced_data() { kinds(); }
     void reduced();
+    void fineStructure();
     void whichPanel();
     void colourProfile();
     void anyName_data();
@@ -134,6 +136,28 @@ void tst_JpegOnGrey::reduced()
         const double likeness
             = peakSignalToNoise(picture, whole.scaled(size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation));
         QVERIFY2(likeness > 26, qPrintable(u"%1 for %2"_s.arg(likeness).arg(size.width())));
+    }
+}
+
+void tst_JpegOnGrey::fineStructure()
+{
+    // As if the whole picture had been decoded. Eighths of these lengths end within a pixel.
+    const QByteArray file = jpegFile({203, 157}, {.colours = JCS_GRAYSCALE, .quality = 98});
+    const QImage whole = ownPicture(file);
+    for (const QSize size : {QSize(140, 108), QSize(80, 61), QSize(50, 39)}) {
+        QImage expected(size, QImage::Format_Grayscale8);
+        using lindenreed::device::RowReducer;
+        RowReducer reducer({203, 157}, {203, 157}, {size.width(), size.height()}, 1,
+                           std::span(expected.bits(), std::size_t(expected.sizeInBytes())),
+                           std::size_t(expected.bytesPerLine()));
+        for (int y = 0; y < whole.height(); ++y) {
+            std::copy_n(whole.constScanLine(y), whole.width(), reducer.nextRow());
+            reducer.add();
+        }
+        const QImage picture = ownPicture(
+            file, [size](QImageIOHandler &reader) { reader.setOption(QImageIOHandler::ScaledSize, size); });
+        const double likeness = peakSignalToNoise(picture, expected);
+        QVERIFY2(likeness > 48, qPrintable(u"%1 for %2"_s.arg(likeness).arg(size.width())));
     }
 }
 
