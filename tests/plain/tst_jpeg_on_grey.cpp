@@ -59,7 +59,7 @@ QImage lumaOf(const QImage &picture)
         for (int x = 0; x < picture.width(); ++x) {
             const QRgb pixel = picture.pixel(x, y);
             luma.scanLine(y)[x]
-                = uchar(0.299 * qRed(pixel) + 0.587 * qGreen(pixel) + 0.114 * qBlue(pixel) + 0.5);
+                = uchar(std::lround(0.299 * qRed(pixel) + 0.587 * qGreen(pixel) + 0.114 * qBlue(pixel)));
         }
     }
     return luma;

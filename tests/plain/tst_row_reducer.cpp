@@ -22,7 +22,7 @@ Bytes reduced(const Bytes &picture, RowReducer::Size size, RowReducer::Size targ
 {
     Bytes result(stride * std::size_t(target.height), padding);
     RowReducer reducer(size, {double(size.width), double(size.height)}, target, channels, result, stride);
-    const std::size_t rowBytes = std::size_t(size.width * channels);
+    const std::size_t rowBytes = std::size_t(size.width) * std::size_t(channels);
     for (std::size_t y = 0; y < std::size_t(size.height); ++y) {
         std::copy_n(picture.begin() + std::ptrdiff_t(y * rowBytes), rowBytes, reducer.nextRow());
         reducer.add();
