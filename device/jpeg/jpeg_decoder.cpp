@@ -10,6 +10,10 @@ namespace {
 // claims more than a file of that kind can have is refused before it takes anything.
 constexpr long mostMemory = 720L * 1000 * 1000;
 
+// Programs write about ten. Each one goes through the whole picture and takes a few bytes in a file: a small
+// file could keep a thread for hours.
+constexpr int mostScans = 1000;
+
 } // namespace
 
 template <typename Step>
@@ -31,6 +35,10 @@ JpegDecoder::JpegDecoder(QIODevice &device)
     m_errors.manager.error_exit
         = [](j_common_ptr info) { std::longjmp(reinterpret_cast<Errors *>(info->err)->giveUp, 1); };
     m_errors.manager.output_message = [](j_common_ptr) {};
+    m_progress.progress_monitor = [](j_common_ptr info) {
+        if (reinterpret_cast<j_decompress_ptr>(info)->input_scan_number > mostScans)
+            info->err->error_exit(info);
+    };
 }
 
 JpegDecoder::~JpegDecoder()
@@ -44,6 +52,7 @@ bool JpegDecoder::readHeader()
         jpeg_create_decompress(&m_info);
         m_info.mem->max_memory_to_use = mostMemory;
         m_info.src = m_source.manager();
+        m_info.progress = &m_progress;
         constexpr unsigned wholeSegment = 0xffff;
         jpeg_save_markers(&m_info, JPEG_COM, wholeSegment);
         jpeg_save_markers(&m_info, JPEG_APP0 + 1, wholeSegment);

@@ -43,6 +43,7 @@ private:
 
     JpegSource m_source;
     Errors m_errors;
+    jpeg_progress_mgr m_progress = {};
     jpeg_decompress_struct m_info = {};
 };
 

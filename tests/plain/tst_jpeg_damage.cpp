@@ -46,6 +46,7 @@ private slots:
     void headerThatClaimsMuch_data();
     void headerThatClaimsMuch();
     void progressiveHeaderThatClaimsMuch();
+    void endlessScans();
     void allocationLimit();
 
 private:
@@ -166,6 +167,18 @@ void tst_JpegDamage::progressiveHeaderThatClaimsMuch()
     const GrowthWatch watch;
     QVERIFY(ownPicture(file, scales).isNull());
     QVERIFY(watch.grown() < growthLimit(8 * 1024));
+}
+
+void tst_JpegDamage::endlessScans()
+{
+    // The first scan again and again, each of which goes through the whole picture.
+    const QByteArray file = jpegFile({64, 48}, {.colours = JCS_GRAYSCALE, .progressive = true});
+    const qsizetype begin = file.indexOf("\xff\xda");
+    const qsizetype end = file.indexOf("\xff\xc4", begin);
+    QVERIFY(begin > 0 && end > begin);
+    const QByteArray scan = file.mid(begin, end - begin);
+    QVERIFY(!ownPicture(QByteArray(file).insert(end, scan.repeated(900))).isNull());
+    QVERIFY(ownPicture(QByteArray(file).insert(end, scan.repeated(1100))).isNull());
 }
 
 void tst_JpegDamage::allocationLimit()
