@@ -5,11 +5,13 @@
 //   picture_to_panel WIDTH HEIGHT [FILE OUT]
 
 #include <facts.h>
+#include <paths.h>
 #include <resource_image_provider.h>
 
 #include <QCoreApplication>
 #include <QFile>
 #include <QImage>
+#include <QImageReader>
 
 using namespace lindenreed;
 
@@ -22,10 +24,13 @@ int main(int argc, char *argv[])
         return 2;
     }
     const QSize panel(arguments.at(1).toInt(), arguments.at(2).toInt());
+    QCoreApplication::addLibraryPath(device::pluginFolder());
+    device::facts().running = true; // a grey panel
     device::facts().width = panel.width();
     device::facts().height = panel.height();
 
     picture_stand::ResourceImageProvider provider;
+    QImageReader::supportedImageFormats(); // whoever is there has looked for its readers
     if (arguments.size() == 3)
         return 0;
     QSize size;
