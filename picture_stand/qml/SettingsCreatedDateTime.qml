@@ -22,6 +22,8 @@ Flickable {
     flickableDirection: Flickable.VerticalFlick
     pressDelay: GlobalValues.listPressDelay
 
+    Keys.onBackPressed: back()
+
     Component.onCompleted: wrapper.forceActiveFocus()
     // Without touch the keys begin at the first row.
     onActiveFocusChanged: {

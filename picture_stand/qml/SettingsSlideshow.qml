@@ -67,6 +67,8 @@ Flickable {
     flickableDirection: Flickable.VerticalFlick
     pressDelay: GlobalValues.listPressDelay
 
+    Keys.onBackPressed: back()
+
     Component.onCompleted: wrapper.forceActiveFocus()
     // Without touch the keys go on to the row that had them last.
     onActiveFocusChanged: {

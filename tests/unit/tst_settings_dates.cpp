@@ -22,6 +22,8 @@ private slots:
     void switched();
     void ways_data() { screens_data(); }
     void ways();
+    void backKey_data() { screens_data(); }
+    void backKey();
     void flickable_data() { screens_data(); }
     void flickable();
     void titleIsGivenFromOutside_data() { screens_data(); }
@@ -158,6 +160,16 @@ void tst_SettingsDates::ways()
         QVERIFY(SettingsScreens::pressButton(running, "@Back"));
         QCOMPARE(running.app.currentView(), u"settings_slideshow"_s);
         QVERIFY(SettingsScreens::pressButton(running, "@Back"));
+        QCOMPARE(running.app.currentView(), u"playlists"_s);
+    });
+}
+
+void tst_SettingsDates::backKey()
+{
+    QFETCH(QString, view);
+
+    m_test->run(view, [](RunningApp &running) {
+        SettingsScreens::key(running, Qt::Key_Back);
         QCOMPARE(running.app.currentView(), u"playlists"_s);
     });
 }

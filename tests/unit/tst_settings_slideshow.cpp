@@ -20,6 +20,7 @@ private slots:
     void cleanup() { m_test.reset(); }
 
     void header();
+    void backKey();
     void rows_data();
     void rows();
     void flickable();
@@ -67,6 +68,14 @@ void tst_SettingsSlideshow::header()
         QCOMPARE(sceneRectangle(header).topLeft(), QPoint(0, 0));
         QCOMPARE(header->width(), running.screen()->width());
         QVERIFY(SettingsScreens::pressButton(running, "@Back"));
+        QCOMPARE(running.app.currentView(), u"playlists"_s);
+    });
+}
+
+void tst_SettingsSlideshow::backKey()
+{
+    run([](RunningApp &running) {
+        SettingsScreens::key(running, Qt::Key_Back);
         QCOMPARE(running.app.currentView(), u"playlists"_s);
     });
 }
