@@ -46,14 +46,16 @@ void lookUpAll(std::uint8_t *bytes, std::size_t count, const ByteTable &table)
             = isFirst ? entries : hn::Xor(entries, hn::LoadDup128(tag, table.data() + part * 16 - 16));
     }
     const auto sixteen = hn::Set(signedTag, 16);
+    // Within a table, or negative still.
+    const auto indexOf = [&](auto shifted) { return hn::And(hn::BitCast(tag, shifted), hn::Set(tag, 0x8F)); };
     const auto entriesOf = [&](Vector values) {
         auto lower = hn::BitCast(signedTag, values); // negative from 128 on
         auto upper = hn::BitCast(signedTag, hn::Xor(values, hn::Set(tag, 128)));
         Vector found = hn::Zero(tag);
         for (std::size_t part = 0; part < 8; ++part) {
             found = hn::Xor(found,
-                            hn::Xor(hn::TableLookupBytesOr0(differences[part], hn::BitCast(tag, lower)),
-                                    hn::TableLookupBytesOr0(differences[part + 8], hn::BitCast(tag, upper))));
+                            hn::Xor(hn::TableLookupBytesOr0(differences[part], indexOf(lower)),
+                                    hn::TableLookupBytesOr0(differences[part + 8], indexOf(upper))));
             lower = hn::SaturatedSub(lower, sixteen);
             upper = hn::SaturatedSub(upper, sixteen);
         }

@@ -160,7 +160,9 @@ void tst_SdkPictures::refusedAreas()
     adjustAreaDefault(nullptr, 20, 12, 5);
     adjustAreaWithBrightnessContrastGamma(nullptr, 20, 12, 5, 0.5, 0.5, 0.5);
     adjustAreaDefault(nullptr, 0, 0, 0);
-    QCOMPARE(device.calls().size(), 7); // all in the journal
+    adjustAreaWithBrightnessContrastGamma(nullptr, 0, 0, 0, 0.5, 0.5, 0.5);
+    QuickFloyd16Dither(nullptr, 0, 0, 0, 0, 0);
+    QCOMPARE(device.calls().size(), 9); // all in the journal
 }
 
 void tst_SdkPictures::refusedFactors_data()

@@ -171,9 +171,12 @@ const char *ReadString(sv_config *config, const char *key, const char *fallback)
  * colour panel, by device_display_colormask(). Padding behind a row keeps its bytes. Null data or a size of 0
  * do nothing. */
 
-/* The device's own tone adjustment for its panel. */
+/* The device's own tone adjustment, for thumbnails and for colour panels: contrast 1.05, then gamma 1.1,
+ * which makes up for paper that is no bright white; black and white stay. */
 void adjustAreaDefault(unsigned char *data, int bytesPerLine, int width, int height);
-/* The same with factors; 1.0 changes nothing. Factors that are no finite number do nothing. */
+/* The same with factors, each of which changes nothing at 1.0. A value v from 0 to 1 becomes v * brightness,
+ * then (v - 1/2) * contrast + 1/2, then v to the power of 1 / gamma, limited to 0 .. 1 each time. Brightness
+ * and contrast count from 0 to 100, gamma from 0.01 to 100; factors that are no finite number do nothing. */
 void adjustAreaWithBrightnessContrastGamma(unsigned char *data, int bytesPerLine, int width, int height,
                                            double brightness, double contrast, double gamma);
 /* Error diffusion of a rectangle of an 8-bit grey picture down to the panel's 16 greys, multiples of 17. What
