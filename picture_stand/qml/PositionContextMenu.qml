@@ -51,8 +51,14 @@ Item {
 
     anchors.fill: parent
 
-    Keys.onBackPressed: close()
-    Keys.onEscapePressed: close()
+    Keys.onBackPressed: event => {
+        if (!event.isAutoRepeat)
+            close()
+    }
+    Keys.onEscapePressed: event => {
+        if (!event.isAutoRepeat)
+            close()
+    }
 
     MouseArea {
         anchors.fill: parent

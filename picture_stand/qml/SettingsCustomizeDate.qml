@@ -64,7 +64,10 @@ Item {
         wrapper.Window.activeFocusItem.nextItemInFocusChain(forward).forceActiveFocus()
     }
 
-    Keys.onBackPressed: back()
+    Keys.onBackPressed: event => {
+        if (!event.isAutoRepeat) // a key that is held leads one screen back
+            back()
+    }
 
     Component.onCompleted: {
         font.selectedUid = -1

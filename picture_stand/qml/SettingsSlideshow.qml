@@ -67,7 +67,10 @@ Flickable {
     flickableDirection: Flickable.VerticalFlick
     pressDelay: GlobalValues.listPressDelay
 
-    Keys.onBackPressed: back()
+    Keys.onBackPressed: event => {
+        if (!event.isAutoRepeat) // a key that is held leads one screen back
+            back()
+    }
 
     Component.onCompleted: wrapper.forceActiveFocus()
     // Without touch the keys go on to the row that had them last.

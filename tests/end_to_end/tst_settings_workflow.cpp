@@ -43,6 +43,17 @@ private:
             u"SELECT playlist, value FROM settings WHERE name = '%1' ORDER BY playlist"_s.arg(name));
     }
 
+    /// Of the running show, in ms; -1 without one.
+    int showInterval()
+    {
+        const QJsonArray timers = m_device->state().value("timers"_L1).toArray();
+        for (const QJsonValue &timer : timers) {
+            if (timer.toObject().value("name"_L1) == "nextImageEvent"_L1)
+                return timer.toObject().value("interval_ms"_L1).toInt();
+        }
+        return -1;
+    }
+
     std::unique_ptr<NamedScreen> m_device;
 };
 
@@ -78,11 +89,7 @@ void tst_SettingsWorkflow::interval()
     QCOMPARE(settings(u"change_picture_time"_s), QStringList{u"-1|5"_s});
     QVERIFY(m_device->names().contains(u"5 seconds"_s));
     QVERIFY(m_device->walk({u"press Back"_s}) && m_device->play());
-    const QJsonArray timers = m_device->state().value("timers"_L1).toArray();
-    for (const QJsonValue &timer : timers) {
-        if (timer.toObject().value("name"_L1) == "nextImageEvent"_L1)
-            QCOMPARE(timer.toObject().value("interval_ms"_L1).toInt(), 5'000);
-    }
+    QCOMPARE(showInterval(), 5'000);
 }
 
 void tst_SettingsWorkflow::ownInterval_data()
@@ -224,15 +231,7 @@ void tst_SettingsWorkflow::backToTheShow()
     QCOMPARE(settings(u"change_picture_time"_s), (QStringList{u"-1|30"_s, u"1|10"_s}));
     QVERIFY(m_device->walk({u"touch Back"_s}));
     QCOMPARE(m_device->state().value("panel"_L1).toObject().value("type"_L1).toInt(), 0); // the show
-    bool runs = false;
-    const QJsonArray timers = m_device->state().value("timers"_L1).toArray();
-    for (const QJsonValue &timer : timers) {
-        if (timer.toObject().value("name"_L1) == "nextImageEvent"_L1) {
-            runs = true;
-            QCOMPARE(timer.toObject().value("interval_ms"_L1).toInt(), 10'000);
-        }
-    }
-    QVERIFY(runs);
+    QCOMPARE(showInterval(), 10'000);
 }
 
 void tst_SettingsWorkflow::everythingHasAName_data()

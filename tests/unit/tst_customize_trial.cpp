@@ -3,8 +3,6 @@
 #include "customize_screen.h"
 #include "panel_application.h"
 
-#include <QQmlComponent>
-
 #include <memory>
 
 using namespace customize_screen;

@@ -9,7 +9,6 @@
 
 using namespace customize_screen;
 using lindenreed::device::Device;
-using lindenreed::device::RefreshMode;
 
 class tst_SettingsCustomize : public QObject
 {

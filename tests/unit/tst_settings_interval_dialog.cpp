@@ -100,6 +100,7 @@ void tst_SettingsIntervalDialog::left_data()
     QTest::newRow("cancel") << u"cancel"_s;
     QTest::newRow("tap outside") << u"outside"_s;
     QTest::newRow("back key") << u"back"_s;
+    QTest::newRow("escape key") << u"escape"_s;
 }
 
 void tst_SettingsIntervalDialog::left()
@@ -114,8 +115,9 @@ void tst_SettingsIntervalDialog::left()
         else if (how == u"outside"_s)
             QTest::mouseClick(running.window, Qt::LeftButton, {}, QPoint(5, 5));
         else
-            SettingsScreens::key(running, Qt::Key_Escape);
+            SettingsScreens::key(running, how == u"back"_s ? Qt::Key_Back : Qt::Key_Escape);
         QVERIFY(!isOpen(running));
+        QCOMPARE(running.app.currentView(), u"settings_slideshow"_s);
         QTRY_VERIFY(!QGuiApplication::inputMethod()->isVisible());
         QCOMPARE(stored(), u"30|0"_s);
         QVERIFY(open(running));

@@ -8,7 +8,6 @@
 #include <memory>
 
 using lindenreed::device::Device;
-using lindenreed::device::RefreshMode;
 
 class tst_SettingsSlideshow : public QObject
 {
@@ -75,6 +74,9 @@ void tst_SettingsSlideshow::header()
 void tst_SettingsSlideshow::backKey()
 {
     run([](RunningApp &running) {
+        QKeyEvent held(QEvent::KeyPress, Qt::Key_Back, Qt::NoModifier, {}, true);
+        QCoreApplication::sendEvent(running.window, &held); // from a dialog that it has closed, say
+        QCOMPARE(running.app.currentView(), u"settings_slideshow"_s);
         SettingsScreens::key(running, Qt::Key_Back);
         QCOMPARE(running.app.currentView(), u"playlists"_s);
     });
