@@ -10,7 +10,6 @@ Item {
     property url closeIcon
     property url closePressedIcon
     property int rightButtonsOffset: GlobalValues.defaultAppHeaderMargin
-    property string closeAccessibleName: qsTr("@Close")
     default property alias buttons: right_buttons.data
 
     signal close()
@@ -46,7 +45,8 @@ Item {
         height: app_header.height
         icon: app_header.closeIcon
         pressedIcon: app_header.closePressedIcon
-        Accessible.name: app_header.closeAccessibleName
+        // What the sign says; there is no word beside it.
+        Accessible.name: app_header.closeIcon.toString().endsWith("/back") ? qsTr("@Back") : qsTr("@Close")
         onAction: app_header.close()
     }
 

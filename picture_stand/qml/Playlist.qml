@@ -48,7 +48,6 @@ Item {
             right: parent.right
         }
         height: GlobalValues.defaultAppHeaderHeight
-        closeAccessibleName: qsTr("@Back")
         closeIcon: "image://resource/back"
         closePressedIcon: "image://resource/back_inv"
         rightButtonsOffset: Global.dp(20 * 0.53)

@@ -171,7 +171,6 @@ Flickable {
             left: parent.left
             right: parent.right
         }
-        closeAccessibleName: qsTr("@Back")
         closeIcon: "image://resource/back"
         closePressedIcon: "image://resource/back_inv"
         title: qsTr("@SlideshowSettings")

@@ -126,8 +126,7 @@ void tst_ControlsOnKeys::frameTouchesNothing_data()
     QTest::addColumn<QString>("name");
 
     const QByteArray header
-        = "LRControls2.AppHeader { y: 20; width: 600; title: '24'; closeAccessibleName: 'Back'\n"
-          "closeIcon: 'image://resource/back' }";
+        = "LRControls2.AppHeader { y: 20; width: 600; title: '24'; closeIcon: 'image://resource/back' }";
     const QByteArray selection
         = "GroupSelectionPanel { y: 20; width: 600; items_count: 24; selected_count: 24\n"
           "selected_label_text: 'selected'; select_all_title: 'All' }";
