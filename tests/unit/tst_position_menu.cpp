@@ -61,7 +61,9 @@ private slots:
     void interface();
     void places_data();
     void places();
+    void otherMeasures();
     void shownAgain();
+    void follows();
     void look();
     void items();
     void pressedItem();
@@ -206,6 +208,28 @@ void tst_PositionMenu::places()
     });
 }
 
+void tst_PositionMenu::otherMeasures()
+{
+    with(758, 4, QRectF(300, 10, 66, 77), [](RunningApp &, QQuickItem *menu) {
+        // The first picture is the measure of all: a higher one here. Two rows of two.
+        QVERIFY(QQmlExpression(qmlContext(menu), menu,
+                               u"menuItems.setProperty(0, 'image_', 'context_menu_pointer')"_s)
+                    .evaluate()
+                    .isNull());
+        menu->setProperty("max_elements_in_row", 2);
+        menu->setProperty("margin_items", 40);
+        QVERIFY(QMetaObject::invokeMethod(menu, "show"));
+        QCOMPARE(menu->property("width_element").toInt(), pointerSize.width());
+        QCOMPARE(menu->property("height_element").toInt(), pointerSize.height());
+        QCOMPARE(menu->property("menuWidth").toInt(), 2 * (20 + border) + 2 * (pointerSize.width() + 40));
+        QCOMPARE(menu->property("menuHeight").toInt(), 2 * (menuMargin + border) + 2 * pointerSize.height());
+        QQmlContext *const context = qmlContext(menu->childItems().constFirst());
+        const auto *const inner = qobject_cast<QQuickItem *>(context->objectForName(u"inner"_s));
+        QCOMPARE(inner->property("cellWidth").toInt(), pointerSize.width() + 40);
+        QCOMPARE(inner->property("cellHeight").toInt(), pointerSize.height());
+    });
+}
+
 void tst_PositionMenu::shownAgain()
 {
     with(758, 4, QRectF(560, 10, 66, 77), [](RunningApp &, QQuickItem *menu) {
@@ -216,6 +240,17 @@ void tst_PositionMenu::shownAgain()
         const auto *const frame = qobject_cast<QQuickItem *>(context->objectForName(u"menu"_s));
         const Place expected = placeFor(1024, QRectF(100, 10, 66, 77), 4, 4);
         QCOMPARE(drawn(menu, frame).left(), 1024 - expected.right - expected.width);
+    });
+}
+
+void tst_PositionMenu::follows()
+{
+    with(758, 4, QRectF(300, 10, 66, 77), [](RunningApp &, QQuickItem *menu) {
+        QQmlContext *const context = qmlContext(menu->childItems().constFirst());
+        const auto *const frame = qobject_cast<QQuickItem *>(context->objectForName(u"menu"_s));
+        const double top = drawn(menu, frame).top();
+        menu->setProperty("transparentRect", QRectF(300, 20, 66, 80)); // not shown anew
+        QCOMPARE(drawn(menu, frame).top(), top + 13);
     });
 }
 

@@ -36,6 +36,7 @@ private slots:
     void turning();
     void pickerOpensAndCloses();
     void unknownFont();
+    void unknownPosition_data();
     void unknownPosition();
 
 private:
@@ -297,8 +298,12 @@ void tst_SettingsCustomize::pickerOpensAndCloses()
         QTest::mouseClick(running.window, Qt::LeftButton, {}, QPoint(300, 900));
         QVERIFY(!loader->isVisible());
         QCOMPARE(setting(running, which, "position").toInt(), 2);
-        SettingsScreens::tap(running, item(running, "position")); // and again
+        auto *const picker = loader->property("item").value<QQuickItem *>();
+        const QVariant area = picker->property("transparentRect");
+        picker->setProperty("transparentRect", QRectF());
+        SettingsScreens::tap(running, item(running, "position")); // and again, placed anew
         QVERIFY(loader->isVisible());
+        QCOMPARE(picker->property("transparentRect"), area);
     });
 }
 
@@ -315,11 +320,23 @@ void tst_SettingsCustomize::unknownFont()
     });
 }
 
+void tst_SettingsCustomize::unknownPosition_data()
+{
+    QTest::addColumn<QString>("stored");
+
+    QTest::newRow("beyond the last") << u"4"_s;
+    QTest::newRow("before the first") << u"-1"_s;
+}
+
 void tst_SettingsCustomize::unknownPosition()
 {
-    DataStorage::instance().setSetting(u"created_date_position"_s, u"4"_s, -1);
+    QFETCH(QString, stored);
+
+    DataStorage::instance().setSetting(u"created_date_position"_s, stored, -1);
     QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"SettingsCustomizeDate.qml:\\d+: TypeError: "_s));
     run(0, [](RunningApp &running, const Date &) {
+        const QQuickItem *const image = item(running, "position_rect")->childItems().constFirst();
+        QCOMPARE(image->property("source").toString(), QString());
         QCOMPARE(item(running, "preview")->state(), u"top_left"_s);
         QVERIFY(chooseCorner(running, u"Top right"_s));
         QCOMPARE(item(running, "preview")->state(), u"top_right"_s);

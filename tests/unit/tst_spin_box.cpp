@@ -21,6 +21,7 @@ private slots:
     void parts();
     void steps_data();
     void steps();
+    void ownLimits();
     void assistiveSteps();
     void keys();
     void shownNumber();
@@ -131,6 +132,17 @@ void tst_SpinBox::steps()
         QCOMPARE(box->property("value").toDouble(), then.toDouble());
         QCOMPARE(taken(), QStringList{then}); // also where it stays
         QCOMPARE(part(box, "number")->property("text").toString(), then);
+    });
+}
+
+void tst_SpinBox::ownLimits()
+{
+    const QVariantMap properties{
+        {u"value"_s, 9.0}, {u"min_value"_s, 8.0}, {u"max_value"_s, 10.0}, {u"step"_s, 5.0}};
+    with(properties, [this](RunningApp &running, QQuickItem *box) {
+        SettingsScreens::tap(running, part(box, "plus"));
+        SettingsScreens::tap(running, part(box, "minus"));
+        QCOMPARE(taken(), (QStringList{u"10"_s, u"8"_s}));
     });
 }
 
