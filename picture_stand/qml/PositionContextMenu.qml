@@ -51,12 +51,9 @@ Item {
 
     anchors.fill: parent
 
-    Keys.onBackPressed: event => {
-        if (!event.isAutoRepeat)
-            close()
-    }
-    Keys.onEscapePressed: event => {
-        if (!event.isAutoRepeat)
+    Keys.onPressed: event => {
+        event.accepted = true // all keys are the menu's
+        if (!event.isAutoRepeat && (event.key === Qt.Key_Back || event.key === Qt.Key_Escape))
             close()
     }
 

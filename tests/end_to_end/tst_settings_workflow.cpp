@@ -315,8 +315,9 @@ void tst_SettingsWorkflow::trialByKeys()
     QVERIFY(m_device->walk(
         {u"key right"_s, u"key centre"_s, u"key down"_s, u"key centre"_s})); // its second style
     QVERIFY(m_device->names().contains(u"Style: Bold"_s));
-    QVERIFY(m_device->walk( // the keys begin at the third corner, which is in force
-        {u"key right"_s, u"key centre"_s, u"key left"_s, u"key centre"_s}));
+    // The keys begin at the third corner, which is in force, and stay among the corners.
+    QVERIFY(m_device->walk(
+        {u"key right"_s, u"key centre"_s, u"key down"_s, u"key up"_s, u"key left"_s, u"key centre"_s}));
     QVERIFY(m_device->walk({u"key centre"_s, u"key back"_s})); // opened again, and left
     QVERIFY(m_device->walk({u"key right"_s, u"key centre"_s})); // done
     QCOMPARE(settings(u"created_date_position"_s), QStringList{u"-1|1"_s});
