@@ -13,12 +13,18 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
+/// A no-break space looks like any other, and is not on keyboards.
+QString asTyped(QString name)
+{
+    return name.replace(QChar::Nbsp, u' ');
+}
+
 void collect(const std::vector<TreeNode> &nodes, const ItemChoice &choice,
              std::vector<const TreeNode *> &matches)
 {
     for (const TreeNode &node : nodes) {
         if ((node.item || node.press)
-            && (choice.id.isEmpty() ? node.name == choice.name : node.id == choice.id))
+            && (choice.id.isEmpty() ? asTyped(node.name) == asTyped(choice.name) : node.id == choice.id))
             matches.push_back(&node);
         collect(node.children, choice, matches);
     }

@@ -14,6 +14,7 @@ private slots:
 
     void press_data();
     void press();
+    void noBreakSpaceIsASpace();
     void pressIsRefused();
     void pressNth();
     void increaseAndDecrease();
@@ -37,6 +38,16 @@ void tst_PanelActions::press()
                Accessible.role: Accessible.Button; Accessible.name: "Play"; Accessible.onPressAction: root.note("pressed") })");
     QCOMPARE(code(m_remote.ask(u"press"_s, members)), u"ok"_s);
     QCOMPARE(log(), QStringList{u"pressed"_s});
+}
+
+void tst_PanelActions::noBreakSpaceIsASpace()
+{
+    load(R"(
+        Item { width: 100; height: 50; Accessible.role: Accessible.Button; Accessible.name: "5\u00a0minutes"
+               Accessible.onPressAction: root.note("pressed") })");
+    QCOMPARE(act(u"press"_s, u"5 minutes"_s), u"ok"_s);
+    QCOMPARE(act(u"press"_s, u"5\u00a0minutes"_s), u"ok"_s);
+    QCOMPARE(log(), (QStringList{u"pressed"_s, u"pressed"_s}));
 }
 
 void tst_PanelActions::pressIsRefused()
