@@ -8,7 +8,7 @@ namespace lindenreed::device {
 
 /// What every thread may read. Written by the main thread; values of one moment need not fit together.
 /// Before the device starts they are those of the default profile; after it has stopped they stay as they
-/// were.
+/// were, but for `running`.
 struct Facts
 {
     std::atomic<int> width{758}, height{1024}; ///< screen pixels, as turned now, status panel included

@@ -6,8 +6,9 @@ namespace lindenreed::device {
 
 namespace {
 
-// A progressive file is held as coefficients, up to six bytes a pixel: those of 120 million. A header that
-// claims more than a file of that kind can have is refused before it takes anything.
+// A file of several scans is held as coefficients: three bytes a pixel as cameras write them, six where no
+// colour is sampled down, eight of four inks. A header that asks for more is refused before it takes
+// anything.
 constexpr long mostMemory = 720L * 1000 * 1000;
 
 // Programs write about ten. Each one goes through the whole picture and takes a few bytes in a file: a small

@@ -16,7 +16,7 @@
 
 namespace lindenreed::device {
 
-/// Reads as Qt's own reader does, with two differences: a smaller picture is reduced while it is decoded, so
+/// Reads as Qt's own reader does, with few differences: a smaller picture is reduced while it is decoded, so
 /// that the whole one is never held, and in a device with a grey panel every picture is grey: the file's
 /// luma. What is damaged is null or shows what there is, without a message. Any thread, one at a time.
 class JpegHandler final : public QImageIOHandler

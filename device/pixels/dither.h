@@ -15,8 +15,8 @@ namespace lindenreed::pixels {
  * would leave the rectangle at its sides go to the pixel below, and in the last row everything goes to the
  * right. A little noise on the threshold keeps flat fields free of patterns, and the first row starts as if
  * another lay above it. What an error asks for beyond black and white is cut off, so that no ghost of it
- * wanders through an empty sky. A field of one of the 16 levels comes back byte for byte. The same picture
- * always gives the same bytes, on any processor.
+ * wanders through an empty sky. A field that lies at one of the 16 levels, as black and white do on every
+ * curve, comes back solid. The same picture always gives the same bytes, on any processor.
  *
  * The part of the rectangle outside the picture is left out; pixels outside the rectangle are neither read
  * nor written. Pictures without pixels, or with a number of bytes per pixel other than 1, stay as they are.

@@ -80,7 +80,7 @@ HWY_INLINE Lanes whereNegative(Lanes values)
     return values < 0;
 }
 
-/// values * share / 16, rounded down. Values up to 3 * 2048.
+/// values * share / 16, rounded down. Products fit 16 bits: for a share of 7, values up to 4681.
 HWY_INLINE Lanes sixteenths(Lanes values, int share)
 {
     return values * constant(share) >> 4;

@@ -14,8 +14,8 @@ namespace lindenreed::picture_stand {
 namespace {
 
 // The reader of JPEG files alone reduces while it decodes, so that Qt's limit does not count what is in the
-// file; but a progressive file takes up to six bytes a pixel on the way, 720 MB here. The largest photographs
-// of telephones have 108 million.
+// file; but a progressive file in colour takes up to six bytes a pixel on the way, 720 MB here. The largest
+// photographs of telephones have 108 million.
 constexpr qint64 mostJpegPixels = 120'000'000;
 
 } // namespace
