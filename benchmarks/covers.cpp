@@ -3,6 +3,7 @@
 // PNG that Qt reads, and 5 of a grey one of 100 megapixels, which it refuses (it reckons four bytes a pixel);
 // "peak MiB" is by how much the resident memory grew, "largest MiB" what one of the largest takes.
 
+#include "device_reader.h"
 #include "photographs.h"
 #include "program.h"
 
@@ -177,6 +178,7 @@ int main(int argc, char *argv[])
 {
     qputenv("QT_QPA_PLATFORM", "minimal");
     return benchmarks::run<QGuiApplication>(argc, argv, [] {
+        benchmarks::readAsOnAGreyPanel();
         QLoggingCategory::setFilterRules(u"qt.gui.imageio=false"_s); // what is refused
     });
 }

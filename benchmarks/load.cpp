@@ -1,6 +1,7 @@
 // A picture's way through the application: the load stage from a camera's JPEG file, the request stage from
 // the cache. The references decode the whole file and scale then, and scale without tone and dither.
 
+#include "device_reader.h"
 #include "photographs.h"
 #include "program.h"
 #include "rates.h"
@@ -118,5 +119,5 @@ BENCHMARK(requestReference)->Apply(oneFile);
 int main(int argc, char *argv[])
 {
     qputenv("QT_QPA_PLATFORM", "minimal");
-    return benchmarks::run<QGuiApplication>(argc, argv);
+    return benchmarks::run<QGuiApplication>(argc, argv, &benchmarks::readAsOnAGreyPanel);
 }

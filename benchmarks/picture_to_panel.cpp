@@ -4,8 +4,9 @@
 //
 //   picture_to_panel WIDTH HEIGHT [FILE OUT]
 
+#include "device_reader.h"
+
 #include <facts.h>
-#include <paths.h>
 #include <resource_image_provider.h>
 
 #include <QCoreApplication>
@@ -24,8 +25,7 @@ int main(int argc, char *argv[])
         return 2;
     }
     const QSize panel(arguments.at(1).toInt(), arguments.at(2).toInt());
-    QCoreApplication::addLibraryPath(device::pluginFolder());
-    device::facts().running = true; // a grey panel
+    benchmarks::readAsOnAGreyPanel();
     device::facts().width = panel.width();
     device::facts().height = panel.height();
 

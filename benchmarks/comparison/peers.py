@@ -66,6 +66,8 @@ _VERSIONS = {
     "python3-pil": "/usr/bin/python3 -c 'import PIL; print(PIL.__version__)'",
     "ffmpeg": "ffmpeg -version | head -n 1 | cut -d' ' -f3",
     "libvips-tools": "vips --version | cut -d- -f2",
+    "libjpeg62-turbo": "dpkg-query -W -f '${Version}' libjpeg62-turbo",
+    "mate-backgrounds": "dpkg-query -W -f '${Version}' mate-backgrounds",
 }
 
 
@@ -82,6 +84,7 @@ def installed():
 
 def versions():
     found = {package for name, needs, package, _ in _PEERS if all(map(shutil.which, needs))}
+    found |= {"libjpeg62-turbo", "mate-backgrounds"}
     ask = lambda package: subprocess.run(_VERSIONS[package], shell=True, capture_output=True, text=True).stdout.strip()
     return ", ".join(f"{package.split()[0]} {ask(package)}" for package in sorted(found))
 
