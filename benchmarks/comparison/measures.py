@@ -38,6 +38,20 @@ def _ssim(a, b, peak):
     return float(numpy.mean((2 * ma * mb + c1) * (2 * vab + c2) / ((ma**2 + mb**2 + c1) * (va + vb + c2))))
 
 
+def pattern(field):
+    """How much a dithered flat field is of one pattern: its highest spectral peak, where white noise of as many dots
+    has 1 at each frequency; dots in a regular grid or in rows reach hundreds. Mean of tiles. None if it is solid."""
+    field = numpy.asarray(field, numpy.float64)
+    variance = field.var()
+    if variance == 0:
+        return None
+    tile = 64
+    count = field.shape[0] // tile
+    tiles = (field - field.mean())[: count * tile, : count * tile].reshape(count, tile, count, tile).swapaxes(1, 2)
+    power = (numpy.abs(numpy.fft.fft2(tiles)) ** 2).mean(axis=(0, 1)) / (variance * tile**2)
+    return float(power.max())
+
+
 def measure(picture, wanted):
     """Figures of one picture beside the undithered one that is wanted, both of one size."""
     picture, wanted = numpy.asarray(picture, numpy.float64), numpy.asarray(wanted, numpy.float64)

@@ -58,5 +58,18 @@ def make(folder):
     return baseline, progressive
 
 
+# Beside black and white, beside and between levels.
+FLAT_GREYS = (1, 2, 9, 13, 47, 60, 81, 110, 128, 132, 170, 200, 222, 240, 250, 254)
+FLAT_SIDE = 512
+
+
+def flat_fields(folder):
+    """Writes a picture of flat fields, four by four. Grey and at full quality: each pixel has its field's grey."""
+    path = folder / "fields.jpg"
+    greys = numpy.array(FLAT_GREYS, numpy.uint8).reshape(4, 4)
+    Image.fromarray(greys.repeat(FLAT_SIDE, 0).repeat(FLAT_SIDE, 1), "L").save(path, quality=100)
+    return path
+
+
 def photographs():
     return sorted(PHOTOGRAPHS.glob("*.jpg"))
