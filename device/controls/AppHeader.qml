@@ -46,7 +46,7 @@ Item {
         icon: app_header.closeIcon
         pressedIcon: app_header.closePressedIcon
         // What the sign says; there is no word beside it.
-        Accessible.name: app_header.closeIcon.toString().endsWith("/back") ? qsTr("@Back") : qsTr("@Close")
+        Accessible.name: String(app_header.closeIcon).endsWith("/back") ? qsTr("@Back") : qsTr("@Close")
         onAction: app_header.close()
     }
 
