@@ -25,6 +25,7 @@ private slots:
 
     void preview_data() { customize_screen::rowForEachDate(); }
     void preview();
+    void fromCornerToCorner_data() { customize_screen::rowForEachDate(); }
     void fromCornerToCorner();
     void picker_data();
     void picker();
@@ -81,12 +82,15 @@ inline void CustomizeGeometryTest::preview()
 
 inline void CustomizeGeometryTest::fromCornerToCorner()
 {
+    QFETCH(int, date);
+
     // From each to each, without anything of the first that stays.
-    run(0, [](RunningApp &running) {
+    run(date, [date](RunningApp &running) {
+        const QByteArray position = customize_screen::dates.at(date).prefix + "position";
         for (int from = 0; from < 4; ++from) {
             for (int to = 0; to < 4; ++to) {
-                running.settings()->setProperty("created_date_position", from);
-                running.settings()->setProperty("created_date_position", to);
+                running.settings()->setProperty(position, from);
+                running.settings()->setProperty(position, to);
                 checkPreview(running, to);
             }
         }

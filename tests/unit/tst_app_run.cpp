@@ -224,45 +224,53 @@ void tst_AppRun::minuteTick()
 void tst_AppRun::contextAndTypes()
 {
     App app;
-    QCOMPARE(
-        runApp(
-            app,
-            [&](RunningApp &running) {
-                QVERIFY(running.settings());
-                QVERIFY(running.slideshow());
-                QVERIFY(running.playlists());
-                QVERIFY(running.model<FolderModel>("FolderModel"));
-                QVERIFY(running.model<BreadcrumbsModel>("BreadcrumbsModel"));
-                QCOMPARE(running.model<App>("App"), &app);
-                QVERIFY(qmlEngine(running.window)->imageProvider(u"image_provider"_s));
+    QCOMPARE(runApp(app,
+                    [&](RunningApp &running) {
+                        QVERIFY(running.settings());
+                        QVERIFY(running.slideshow());
+                        QVERIFY(running.playlists());
+                        QVERIFY(running.model<FolderModel>("FolderModel"));
+                        QVERIFY(running.model<BreadcrumbsModel>("BreadcrumbsModel"));
+                        QCOMPARE(running.model<App>("App"), &app);
+                        QVERIFY(qmlEngine(running.window)->imageProvider(u"image_provider"_s));
 
-                const auto evaluate = [&](const QByteArray &imports, const QByteArray &expression) {
-                    QQmlComponent component(qmlEngine(running.window));
-                    component.setData(imports + "\nQtObject { property var v: " + expression + " }",
-                                      QUrl(u"qrc:/test.qml"_s));
-                    const std::unique_ptr<QObject> object(component.create());
-                    return object ? object->property("v") : QVariant(component.errorString());
-                };
-                const QByteArray types = "import QtQml; import com.lindenreed.picturestand 1.0";
-                QCOMPARE(evaluate(types, "PlaylistDataRoles.TitleRole").toInt(), 0);
-                QCOMPARE(evaluate(types, "PlaylistDataRoles.IdRole").toInt(), 257);
-                QCOMPARE(evaluate(types, "PlaylistDataRoles.AllViewMode").toInt(), 3);
-                QCOMPARE(evaluate(types, "FolderModelModeRoles.IsSelectedRole").toInt(), 263);
-                QCOMPARE(evaluate(types, "FolderModelModeRoles.SelectionMode").toInt(), 1);
-                QCOMPARE(evaluate(types, "FolderModelModeRoles.ListViewMode").toInt(), 1);
-                QVERIFY(
-                    evaluate(
-                        types,
-                        "Qt.createQmlObject('import com.lindenreed.picturestand 1.0; SettingsDataRoles {}', "
-                        "this) !== null")
-                        .toBool());
-                // Each identifier resolves its own kind only.
-                QVERIFY(evaluate("import QtQml; import com.lindenreed.picture_stand 1.0",
-                                 "typeof PlaylistDataRoles === 'undefined'")
-                            .toBool());
-                QVERIFY(evaluate(types, "typeof Playlists === 'undefined'").toBool());
-            }),
-        0);
+                        const auto evaluate = [&](const QByteArray &imports, const QByteArray &expression) {
+                            QQmlComponent component(qmlEngine(running.window));
+                            component.setData(imports + "\nQtObject { property var v: " + expression + " }",
+                                              QUrl(u"qrc:/test.qml"_s));
+                            const std::unique_ptr<QObject> object(component.create());
+                            return object ? object->property("v") : QVariant(component.errorString());
+                        };
+                        const QByteArray types = "import QtQml; import com.lindenreed.picturestand 1.0";
+                        QCOMPARE(evaluate(types, "PlaylistDataRoles.TitleRole").toInt(), 0);
+                        QCOMPARE(evaluate(types, "PlaylistDataRoles.IdRole").toInt(), 257);
+                        QCOMPARE(evaluate(types, "PlaylistDataRoles.AllViewMode").toInt(), 3);
+                        QCOMPARE(evaluate(types, "FolderModelModeRoles.IsSelectedRole").toInt(), 263);
+                        QCOMPARE(evaluate(types, "FolderModelModeRoles.SelectionMode").toInt(), 1);
+                        QCOMPARE(evaluate(types, "FolderModelModeRoles.ListViewMode").toInt(), 1);
+                        for (const QByteArray name :
+                             {"StorageItemDataRoles", "FolderModelModeRoles", "FontDataRoles",
+                              "SettingsDataRoles", "PlaylistDataRoles"}) {
+                            QVERIFY2(evaluate(types,
+                                              "Qt.createQmlObject('import com.lindenreed.picturestand 1.0; "
+                                                  + name + " {}', this) !== null")
+                                         .toBool(),
+                                     name.constData());
+                        }
+                        for (const QByteArray name :
+                             {"Storage", "DataStorage", "ResourceImageProvider", "CoverProvider"}) {
+                            QVERIFY2(evaluate(types + "; import com.lindenreed.picture_stand 1.0",
+                                              "typeof " + name + " === 'undefined'")
+                                         .toBool(),
+                                     name.constData());
+                        }
+                        // Each identifier resolves its own kind only.
+                        QVERIFY(evaluate("import QtQml; import com.lindenreed.picture_stand 1.0",
+                                         "typeof PlaylistDataRoles === 'undefined'")
+                                    .toBool());
+                        QVERIFY(evaluate(types, "typeof Playlists === 'undefined'").toBool());
+                    }),
+             0);
 }
 
 void tst_AppRun::twoRunsInOneProcess()

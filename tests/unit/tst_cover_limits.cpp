@@ -7,6 +7,7 @@
 #include "held_pictures.h"
 #include "panel_application.h"
 #include "picture_fixture.h"
+#include "process_memory.h"
 
 #include <QImageReader>
 #include <QtEndian>
@@ -25,26 +26,6 @@ using lindenreed::picture_stand::coverKey;
 using lindenreed::picture_stand::CoverProvider;
 
 namespace {
-
-/// Makes this the highest memory use of the process so far; false where the system does not let one.
-bool forgetHighestMemory()
-{
-    QFile file(u"/proc/self/clear_refs"_s);
-    return file.open(QIODevice::WriteOnly) && file.write("5") == 1;
-}
-
-/// In KiB: "VmHWM" is the highest, "VmRSS" that of now.
-qint64 memory(const QByteArray &name)
-{
-    QFile file(u"/proc/self/status"_s);
-    if (!file.open(QIODevice::ReadOnly))
-        return -1;
-    for (const QByteArray &line : file.readAll().split('\n')) {
-        if (line.startsWith(name + ':'))
-            return line.simplified().split(' ').at(1).toLongLong();
-    }
-    return -1;
-}
 
 /// Of a PNG chunk.
 quint32 checksum(const QByteArray &bytes)
@@ -121,8 +102,7 @@ void tst_CoverLimits::hugePictureAndFiftyRequests()
     CoverProvider provider;
     provider.setup();
     QVERIFY(!takeThreads(provider, m_test->folder.path()).isEmpty());
-    QVERIFY(forgetHighestMemory());
-    const qint64 before = memory("VmRSS");
+    const GrowthWatch watch;
     Listener listener;
     std::vector<const QQuickImageResponse *> responses;
     for (int i = 0; i < 50; ++i) {
@@ -143,7 +123,7 @@ void tst_CoverLimits::hugePictureAndFiftyRequests()
         QCOMPARE(imageOf(*responses.at(std::size_t(i))).isNull(), i % 10 == 0);
 
     // Two of the large ones at once, and something for the rest.
-    const qint64 grown = memory("VmHWM") - before;
+    const qint64 grown = watch.grown();
     QVERIFY2(grown < 2 * largeSize + 60 * 1024, QByteArray::number(grown).constData());
     QVERIFY2(grown > largeSize, QByteArray::number(grown).constData()); // read whole
 }

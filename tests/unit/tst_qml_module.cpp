@@ -8,6 +8,8 @@
 #include <QQmlEngine>
 #include <QTest>
 
+#include <dlfcn.h>
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -30,7 +32,25 @@ QStringList allFiles()
     return found;
 }
 
+/// Of the collections that were registered, one after another.
+QList<int> &formatVersions()
+{
+    static QList<int> versions;
+    return versions;
+}
+
 } // namespace
+
+/// Stands in front of Qt's own, and calls it.
+bool qRegisterResourceData(int version, const unsigned char *tree, const unsigned char *name,
+                           const unsigned char *data)
+{
+    using Function = bool (*)(int, const unsigned char *, const unsigned char *, const unsigned char *);
+    static const auto original
+        = reinterpret_cast<Function>(dlsym(RTLD_NEXT, "_Z21qRegisterResourceDataiPKhS0_S0_"));
+    formatVersions().append(version);
+    return original(version, tree, name, data);
+}
 
 using Step = void (*)();
 
@@ -71,6 +91,8 @@ private slots:
     void collections();
     void components_data();
     void components();
+    void unitsOfOtherAddresses_data();
+    void unitsOfOtherAddresses();
     void moduleIsRegistered_data();
     void moduleIsRegistered();
     void namesDifferByAnUnderscore_data();
@@ -161,12 +183,15 @@ void tst_QmlModule::collections()
     }
     // These and no others go with their collection.
     takeAway();
-    const auto again = qScopeGuard([&] { giveBack(); });
     QStringList gone = all;
     for (const QString &path : allFiles())
         gone.removeOne(path);
+    formatVersions().clear();
+    giveBack();
     files.sort();
     QCOMPARE(gone, files);
+    QCOMPARE(allFiles(), all);
+    QCOMPARE(formatVersions(), QList<int>{3});
 }
 
 void tst_QmlModule::components_data()
@@ -217,6 +242,26 @@ void tst_QmlModule::components()
     QVERIFY(unit);
     QVERIFY(unit->qmlData);
     QVERIFY(unit->aotCompiledFunctions);
+}
+
+void tst_QmlModule::unitsOfOtherAddresses_data()
+{
+    QTest::addColumn<QUrl>("url");
+    QTest::addColumn<bool>("known");
+
+    const QString path = u"/qt/qml/com/lindenreed/picture_stand/qml/Main.qml"_s;
+    QTest::newRow("the component") << QUrl(u"qrc:"_s + path) << true;
+    QTest::newRow("a file of that path") << QUrl(u"file:"_s + path) << false;
+    QTest::newRow("another component") << QUrl(u"qrc:"_s + path + u".qml"_s) << false;
+}
+
+void tst_QmlModule::unitsOfOtherAddresses()
+{
+    QFETCH(QUrl, url);
+    QFETCH(bool, known);
+
+    QQmlMetaType::CachedUnitLookupError error = QQmlMetaType::CachedUnitLookupError::NoError;
+    QCOMPARE(QQmlMetaType::findCachedCompilationUnit(url, &error) != nullptr, known);
 }
 
 void tst_QmlModule::moduleIsRegistered_data()

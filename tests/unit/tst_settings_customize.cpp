@@ -79,6 +79,11 @@ void tst_SettingsCustomize::firstOpening()
         QCOMPARE(look(running, which), date == 0 ? u"2 default 0 0"_s : u"0 default 0 0"_s);
         QCOMPARE(selected(running, "font"), 0);
         QVERIFY(!item(running, "font_style")->isVisible());
+        // What is hidden takes no room from the list of fonts.
+        QCOMPARE(item(running, "font")->property("max_width").toReal(),
+                 item(running, "row")->width() - item(running, "back_button")->width()
+                     - item(running, "position")->width()
+                     - SettingsScreens::number(running, "header", u"Global.dp(16)"_s));
         QVERIFY(SettingsScreens::shows(running, QAccessible::ComboBox, u"Font: default"_s));
         const QQuickItem *const picture = item(running, "position_rect")->childItems().constFirst();
         QCOMPARE(picture->property("source").toString(),
@@ -155,8 +160,12 @@ void tst_SettingsCustomize::bar()
         }
         // The frame around a list reaches beyond it, and clears the next one.
         QVERIFY(sceneRectangle(style).left() - sceneRectangle(font).right() > value(u"font.overhang"_s));
+        // From the bar to the edges "gray", but for the preview at the bottom left.
         const QImage picture = running.window->grabWindow();
-        QCOMPARE(qGray(picture.pixel(picture.width() / 2, picture.height() / 2)), 128); // "gray"
+        const QRect stage(QPoint(0, int(header->height())), picture.rect().bottomRight());
+        for (const QPoint at :
+             {stage.topLeft(), stage.topRight(), stage.center(), stage.bottomLeft(), stage.bottomRight()})
+            QCOMPARE(picture.pixelColor(at), QColor(Qt::darkGray));
     });
 }
 

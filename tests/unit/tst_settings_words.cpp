@@ -11,7 +11,8 @@
 
 namespace {
 
-/// A language in which every word is its key, with the count that it was asked for: "@Second[45]".
+/// A language in which every word is its key, with the count that it was asked for, "@Second[45]", and which
+/// puts what stands in brackets first.
 class KeysAsWords : public QTranslator
 {
 public:
@@ -23,7 +24,7 @@ public:
     {
         const QString word = QString::fromUtf8(source);
         if (!word.startsWith(u'@'))
-            return {}; // a pattern
+            return word == u"%1 (%2)"_s ? u"(%2) %1"_s : word == u"%1 %2"_s ? u"%2 %1"_s : QString();
         return count < 0
             ? word
             : u"%1[%2%3]"_s.arg(word).arg(count).arg(QString::fromUtf8(comment) == u"0"_s ? u""_s : u"?"_s);
@@ -148,7 +149,7 @@ void tst_SettingsWords::customRow()
         running.settings()->setProperty("change_picture_time_index", unit);
         running.settings()->setProperty("change_picture_time", seconds);
         QCOMPARE(interval_dialog::item(running, "menu_change_picter")->property("text").toString(),
-                 u"@CustomTime (%1)"_s.arg(text));
+                 u"(%1) @CustomTime"_s.arg(text)); // a number stands before its unit in every language
     });
 }
 
