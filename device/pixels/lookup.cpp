@@ -30,7 +30,7 @@ namespace hn = hwy::HWY_NAMESPACE;
 
 void lookUpAll(std::uint8_t *bytes, std::size_t count, const ByteTable &table)
 {
-    const hn::CappedTag<std::uint8_t, 32> tag;
+    const hn::ScalableTag<std::uint8_t> tag;
     const hn::RebindToSigned<decltype(tag)> signedTag;
     using Vector = hn::Vec<decltype(tag)>;
     constexpr std::size_t size = hn::MaxLanes(tag);
@@ -46,8 +46,11 @@ void lookUpAll(std::uint8_t *bytes, std::size_t count, const ByteTable &table)
             = isFirst ? entries : hn::Xor(entries, hn::LoadDup128(tag, table.data() + part * 16 - 16));
     }
     const auto sixteen = hn::Set(signedTag, 16);
-    // Within a table, or negative still.
-    const auto indexOf = [&](auto shifted) { return hn::And(hn::BitCast(tag, shifted), hn::Set(tag, 0x8F)); };
+    // Within a table, or negative still. A lookup of x86 looks at these bits alone.
+    const auto indexOf = [&](auto shifted) {
+        const Vector index = hn::BitCast(tag, shifted);
+        return HWY_ARCH_X86 ? index : hn::And(index, hn::Set(tag, 0x8F));
+    };
     const auto entriesOf = [&](Vector values) {
         auto lower = hn::BitCast(signedTag, values); // negative from 128 on
         auto upper = hn::BitCast(signedTag, hn::Xor(values, hn::Set(tag, 128)));
