@@ -18,6 +18,11 @@ const pixels::LevelCurve &levelCurve()
     return curve ? *curve : pixels::evenLevels();
 }
 
+pixels::Tone defaultTone()
+{
+    return measured ? pixels::Tone{} : pixels::panelTone;
+}
+
 void setLevelLuminances(const std::optional<pixels::Luminances> &luminances)
 {
     if (!luminances) {

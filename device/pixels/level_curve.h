@@ -40,7 +40,8 @@ Luminances luminancesByGamma(double black, double white, double gamma);
  *
  * Pictures know lighter whites and deeper blacks than paper. Lightness is scaled to the panel's range, black
  * to its black and white to its white: the way that keeps the differences between greys in proportion to what
- * the eye sees of them (linear lightness compression, as in CIE 156).
+ * the eye sees of them (linear lightness compression, as in CIE 156). Relative to the panel's own white,
+ * which eyes take for white, it is the same: L* of the two differ by a factor and an offset.
  */
 LevelCurve curveFor(const Luminances &levels);
 

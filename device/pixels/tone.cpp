@@ -45,9 +45,4 @@ void adjustTone(const Picture &picture, const Tone &tone)
         lookUp(picture.data + y * picture.stride, bytes, curve);
 }
 
-void adjustToneForPanel(const Picture &picture)
-{
-    adjustTone(picture, panelTone);
-}
-
 } // namespace lindenreed::pixels

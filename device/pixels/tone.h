@@ -40,11 +40,9 @@ struct Tone
 /// A number of bytes per pixel other than 1 and 3 leaves the picture as it is. Any thread.
 void adjustTone(const Picture &picture, const Tone &tone);
 
-/// The device's own adjustment for its panel: adjustTone() with `panelTone`.
-void adjustToneForPanel(const Picture &picture);
-
-/// Paper of this kind is a mid grey white and swallows the difference between dark middle tones. A little
-/// more light in the middle and a little more contrast make up for it; black and white stay where they are.
+/// For a panel nobody has measured. Paper of this kind is a mid grey white and swallows the difference
+/// between dark middle tones. A little more light in the middle and a little more contrast make up for part
+/// of it; black and white stay where they are.
 inline constexpr Tone panelTone = {1.0, 1.05, 1.1};
 
 } // namespace lindenreed::pixels

@@ -42,6 +42,8 @@ private slots:
     void evenLevelsAreTooDarkOnPaper();
     void profileIsTrueOnPaper();
     void blackAndWhiteAreThePanels();
+    void whiteIsThePanelsOwn();
+    void shadowsKeepTheirDifferences();
 };
 
 void tst_level_curve::evenLevelsStay()
@@ -116,6 +118,27 @@ void tst_level_curve::blackAndWhiteAreThePanels()
     const LevelCurve curve = curveFor(paper);
     QCOMPARE(int(curve.front()), 0);
     QCOMPARE(int(curve.back()), 15 * levelStep);
+}
+
+// Eyes take the panel's white for white. Seen that way, too, lightness is scaled linearly.
+void tst_level_curve::whiteIsThePanelsOwn()
+{
+    const double black = lightness(paper.front() / paper.back());
+    for (int grey = 0; grey < 256; ++grey) {
+        const double shown = luminanceOfLightness(wantedLightness(grey, paper));
+        const double expected = black + (100 - black) * lightness(luminance(grey)) / 100;
+        QVERIFY(std::abs(lightness(shown / paper.back()) - expected) < 0.01);
+    }
+}
+
+void tst_level_curve::shadowsKeepTheirDifferences()
+{
+    const double range = (lightness(paper.back()) - lightness(paper.front())) / 100;
+    for (int grey = 0; grey < 255; ++grey) {
+        const double step = wantedLightness(grey + 1, paper) - wantedLightness(grey, paper);
+        const double original = lightness(luminance(grey + 1)) - lightness(luminance(grey));
+        QVERIFY(std::abs(step - original * range) < 1e-9);
+    }
 }
 
 QTEST_APPLESS_MAIN(tst_level_curve)

@@ -44,6 +44,19 @@ bool paddingIsUntouched(const std::vector<unsigned char> &bytes)
     return true;
 }
 
+/// How light a thumbnail of one grey is, shown by levels of these luminances.
+double thumbnailLightness(int grey, const lindenreed::pixels::Luminances &levels)
+{
+    constexpr int side = 200;
+    std::vector<unsigned char> field(std::size_t(side * side), static_cast<unsigned char>(grey));
+    adjustAreaDefault(field.data(), side, side, side);
+    QuickFloyd16Dither(field.data(), side, 0, 0, side, side);
+    double light = 0;
+    for (const unsigned char pixel : field)
+        light += levels[pixel / 17];
+    return lindenreed::pixels::lightness(light / double(field.size()));
+}
+
 } // namespace
 
 class tst_SdkPictures : public QObject
@@ -61,6 +74,8 @@ private slots:
     void refusedFactors();
     void dither();
     void ditherForThePanel();
+    void thumbnailOnAMeasuredPanel();
+    void thumbnailOnAnyPanel();
     void ditherRectangle_data();
     void ditherRectangle();
 };
@@ -213,6 +228,33 @@ void tst_SdkPictures::ditherForThePanel()
     std::vector<unsigned char> even = canvas();
     QuickFloyd16Dither(even.data(), 20, 0, 0, 12, 5);
     QVERIFY(bytes != even);
+}
+
+// The default tone would make greys up to 2.5 L* too light, on top of levels that are right.
+void tst_SdkPictures::thumbnailOnAMeasuredPanel()
+{
+    DeviceForTest device;
+    const auto paper = lindenreed::pixels::luminancesByGamma(0.009, 0.65, 1.42);
+    setLevelLuminances(paper);
+    for (int grey = 0; grey < 256; grey += 5) {
+        const double off = thumbnailLightness(grey, paper) - lindenreed::pixels::wantedLightness(grey, paper);
+        QVERIFY2(std::abs(off) < 0.1, qPrintable(u"%1 %2"_s.arg(grey).arg(off)));
+    }
+    setLevelLuminances({});
+}
+
+// Without a measurement the tone makes up for part of what such a panel is too dark, and never for too much.
+void tst_SdkPictures::thumbnailOnAnyPanel()
+{
+    DeviceForTest device;
+    const auto paper = lindenreed::pixels::luminancesByGamma(0.009, 0.65, 1.42);
+    for (int grey = 85; grey <= 221; grey += 17) {
+        const double lacking
+            = lindenreed::pixels::wantedLightness(grey, paper) - thumbnailLightness(grey, paper);
+        const double without = lindenreed::pixels::wantedLightness(grey, paper)
+            - lindenreed::pixels::lightness(paper[std::size_t(grey / 17)]);
+        QVERIFY2(lacking > 0 && lacking < without - 1, qPrintable(u"%1 %2"_s.arg(grey).arg(lacking)));
+    }
 }
 
 void tst_SdkPictures::ditherRectangle_data()

@@ -144,16 +144,12 @@ void tst_tone::risesEverywhere()
 
 void tst_tone::panelIsMild()
 {
-    std::vector<std::uint8_t> greys(256);
-    std::iota(greys.begin(), greys.end(), std::uint8_t(0));
-    adjustToneForPanel({greys.data(), greys.size(), 1, greys.size(), 1});
-
+    const auto greys = adjusted(panelTone);
     QCOMPARE(int(greys[0]), 0);
     QCOMPARE(int(greys[255]), 255);
     QVERIFY(greys[100] > 100);
     for (int grey = 0; grey < 256; ++grey)
         QVERIFY(std::abs(greys[std::size_t(grey)] - grey) <= 12);
-    QVERIFY(std::equal(greys.begin(), greys.end(), adjusted(panelTone).begin()));
 }
 
 void tst_tone::colourChannelsAreAdjustedAlike()
@@ -221,7 +217,7 @@ void tst_tone::withoutPixels()
 {
     adjustTone({nullptr, 0, 0, 0, 1}, {0, 1, 1});
     adjustTone({nullptr, 10, 10, 10, 1}, {0, 1, 1});
-    adjustToneForPanel({nullptr, 0, 0, 0, 3});
+    adjustTone({nullptr, 0, 0, 0, 3}, panelTone);
 
     std::uint8_t byte = 9;
     adjustTone({&byte, 0, 1, 1, 1}, {0, 1, 1});

@@ -34,7 +34,7 @@ void adjustAreaDefault(unsigned char *data, int bytesPerLine, int width, int hei
 {
     note("adjustAreaDefault", bytesPerLine, width, height);
     if (const auto area = picture(data, bytesPerLine, width, height))
-        lindenreed::pixels::adjustToneForPanel(*area);
+        lindenreed::pixels::adjustTone(*area, defaultTone());
 }
 
 void adjustAreaWithBrightnessContrastGamma(unsigned char *data, int bytesPerLine, int width, int height,
