@@ -124,12 +124,12 @@ void withEachSet(const std::string &name, void (*work)(benchmark::State &))
 
 [[maybe_unused]] const bool registered = [] {
     withEachSet("ditherOnly", ditherOnly);
+    withEachSet("toneOnly", toneOnly);
     withEachSet("toneAndDither", toneAndDither);
     return true;
 }();
 
 BENCHMARK(ditherReference)->Apply(onTheLargest);
-BENCHMARK(toneOnly)->Apply(atAllSizes);
 BENCHMARK(toneReference)->Apply(onTheLargest);
 
 } // namespace

@@ -10,8 +10,6 @@
 
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "diffusion.cpp"
-#define HWY_DISABLED_TARGETS                                                                                 \
-    (HWY_SVE | HWY_SVE2 | HWY_SVE_256 | HWY_SVE2_128 | HWY_RVV) // vectors without a fixed size
 
 #include "diffusion.h"
 
@@ -26,6 +24,7 @@ HWY_BEFORE_NAMESPACE();
 namespace lindenreed::pixels::HWY_NAMESPACE {
 
 constexpr std::ptrdiff_t bandRows = 2 * lanes; ///< two vectors: one is computed while the other waits
+static_assert(lanes <= errorMargin);
 constexpr std::ptrdiff_t lag = 2;
 constexpr std::ptrdiff_t steepness
     = lag * (bandRows - 1); ///< how far the last row of a band is behind the first
@@ -181,7 +180,7 @@ HWY_INLINE void transpose(const std::uint8_t *lines, std::ptrdiff_t lineDistance
 {
     Bytes bytes[16];
     for (std::ptrdiff_t i = 0; i < 16; ++i)
-        bytes[i] = loadBytes(lines + i * lineDistance);
+        bytes[i] = load<Bytes>(lines + i * lineDistance);
     // Each pass interleaves the first eight with the others: four of them turn 16 by 16 around.
     for (int pass = 0; pass < 4; ++pass) {
         Bytes mixed[16];
@@ -193,7 +192,7 @@ HWY_INLINE void transpose(const std::uint8_t *lines, std::ptrdiff_t lineDistance
             bytes[i] = mixed[i];
     }
     for (std::ptrdiff_t i = 0; i < 16; ++i)
-        storeBytes(bytes[i], columns + i * columnDistance);
+        store(bytes[i], columns + i * columnDistance);
 }
 
 /// Gives the greys of a block back to their rows.
@@ -255,13 +254,13 @@ HWY_INLINE void diffuseLines(const Band &band, std::ptrdiff_t firstLine, const s
             gatherPair(band, firstLine + blockLines, i / linesPerPair * 2, nextPlaces);
         const bool hasAbove = !AtSides || line < band.width;
         const Lanes first
-            = hasAbove ? load(band.errors + line) : constant(neutralShare(toDownLeft + toDown + toDownRight));
+            = hasAbove ? load<Lanes>(band.errors + line) : constant(neutralShare(toDownLeft + toDown + toDownRight));
         const Lanes aboveUpper = moved(first, upper.below);
         const Lanes aboveLower = moved(upper.below, lower.below);
         const Lanes lowerGreys
-            = diffuseLine<AtSides>(load(places + i * bandRows), aboveLower, lower, whereLower);
+            = diffuseLine<AtSides>(load<Lanes>(places + i * bandRows), aboveLower, lower, whereLower);
         const Lanes upperGreys
-            = diffuseLine<AtSides>(load(places + i * bandRows + lanes), aboveUpper, upper, whereUpper);
+            = diffuseLine<AtSides>(load<Lanes>(places + i * bandRows + lanes), aboveUpper, upper, whereUpper);
         // Later lines make good what this writes beyond its one pixel.
         const std::ptrdiff_t left = line - steepness - 1;
         if (!AtSides || (left >= 0 && left < band.width))
@@ -286,7 +285,7 @@ void diffuseBand(const Band &band, std::size_t firstRow)
     const auto start = [](const std::int16_t *from) {
         return Half{
             constant(neutralShare(toRight)), constant(neutralShare(toDownLeft + toDown + toDownRight)),
-            constant(neutralShare(toDown + toDownRight)), constant(neutralShare(toDownRight)), load(from)};
+            constant(neutralShare(toDown + toDownRight)), constant(neutralShare(toDownRight)), load<Lanes>(from)};
     };
     Half lower = start(noise);
     Half upper = start(noise + lanes);
@@ -367,9 +366,8 @@ void diffuse(const Area &area, const LevelCurve &curve, std::span<std::int16_t> 
         std::memcpy(&places.first[grey], low.data(), 4);
         std::memcpy(&places.second[grey], high.data(), 4);
     }
-    std::int16_t *const first = errors.data() + errorMargin;
-    startErrors(area, places.alone.data(), first);
-    HWY_DYNAMIC_DISPATCH(diffuseArea)(area, places, first);
+    startErrors(area, places.alone.data(), errors.data());
+    HWY_DYNAMIC_DISPATCH(diffuseArea)(area, places, errors.data());
 }
 
 } // namespace lindenreed::pixels

@@ -57,10 +57,10 @@ struct Places
     std::array<std::uint32_t, 256> second;
 };
 
-/// Room for errors beside a row, on either side.
-inline constexpr std::size_t errorMargin = 64;
+/// Room for errors right of a row: a vector of them.
+inline constexpr std::ptrdiff_t errorMargin = 16;
 
-/// `errors`: scratch of width + 2 * errorMargin. Uses the best instruction set of the processor.
+/// `errors`: scratch of width + errorMargin. Uses the best instruction set of the processor.
 void diffuse(const Area &area, const LevelCurve &curve, std::span<std::int16_t> errors);
 
 } // namespace lindenreed::pixels

@@ -17,7 +17,7 @@ void diffuseTo16Levels(const Picture &picture, std::size_t x, std::size_t y, std
     if (width == 0 || height == 0)
         return;
 
-    std::vector<std::int16_t> errors(width + 2 * errorMargin);
+    std::vector<std::int16_t> errors(width + errorMargin);
     diffuse({picture.data + y * picture.stride + x, picture.stride, width, height}, curve, errors);
 }
 

@@ -39,14 +39,17 @@ HWY_INLINE Lanes ramp()
     return Lanes{0, 1, 2, 3, 4, 5, 6, 7};
 }
 
-HWY_INLINE Lanes load(const std::int16_t *from)
+/// Lanes or Bytes, at any address.
+template <typename Vector>
+HWY_INLINE Vector load(const void *from)
 {
-    Lanes values;
+    Vector values;
     __builtin_memcpy(&values, from, sizeof values);
     return values;
 }
 
-HWY_INLINE void store(Lanes values, std::int16_t *to)
+template <typename Vector>
+HWY_INLINE void store(Vector values, void *to)
 {
     __builtin_memcpy(to, &values, sizeof values);
 }
@@ -117,18 +120,6 @@ HWY_INLINE Lanes moved(Lanes next, Lanes values)
         return reinterpret_cast<Lanes>(here << 16 | further >> 48);
 }
 
-HWY_INLINE Bytes loadBytes(const std::uint8_t *from)
-{
-    Bytes bytes;
-    __builtin_memcpy(&bytes, from, sizeof bytes);
-    return bytes;
-}
-
-HWY_INLINE void storeBytes(Bytes bytes, std::uint8_t *to)
-{
-    __builtin_memcpy(to, &bytes, sizeof bytes);
-}
-
 /// The first halves of both, a byte from either in turn.
 HWY_INLINE Bytes firstHalves(Bytes left, Bytes right)
 {
@@ -161,14 +152,16 @@ HWY_INLINE Lanes ramp()
     return hn::Iota(Tag(), std::int16_t(0));
 }
 
-HWY_INLINE Lanes load(const std::int16_t *from)
+template <typename Vector>
+HWY_INLINE Vector load(const hn::TFromV<Vector> *from)
 {
-    return hn::LoadU(Tag(), from);
+    return hn::LoadU(hn::DFromV<Vector>(), from);
 }
 
-HWY_INLINE void store(Lanes values, std::int16_t *to)
+template <typename Vector>
+HWY_INLINE void store(Vector values, hn::TFromV<Vector> *to)
 {
-    hn::StoreU(values, Tag(), to);
+    hn::StoreU(values, hn::DFromV<Vector>(), to);
 }
 
 HWY_INLINE void storeAsBytes(Lanes values, std::uint8_t *to)
@@ -224,16 +217,6 @@ HWY_INLINE Lanes moved(Lanes next, Lanes values)
         return hn::CombineShiftRightBytes<2>(tag, next, values);
     else
         return hn::CombineShiftRightBytes<2>(tag, hn::ConcatLowerUpper(tag, next, values), values);
-}
-
-HWY_INLINE Bytes loadBytes(const std::uint8_t *from)
-{
-    return hn::LoadU(ByteTag(), from);
-}
-
-HWY_INLINE void storeBytes(Bytes bytes, std::uint8_t *to)
-{
-    hn::StoreU(bytes, ByteTag(), to);
 }
 
 HWY_INLINE Bytes firstHalves(Bytes left, Bytes right)
