@@ -5,9 +5,9 @@
 #include "instruction_sets.h"
 #include "rates.h"
 #include "slow_diffusion.h"
+#include "slow_tone.h"
 
 #include <algorithm>
-#include <cmath>
 #include <cstdint>
 #include <random>
 #include <string>
@@ -67,16 +67,7 @@ void toneOnly(benchmark::State &state)
 
 void toneReference(benchmark::State &state)
 {
-    onPanel(state, [](const pixels::Picture &picture) {
-        for (std::size_t y = 0; y < picture.height; ++y) {
-            for (std::size_t x = 0; x < picture.width; ++x) {
-                std::uint8_t &grey = picture.data[y * picture.stride + x];
-                double value = std::clamp(grey / 255.0 * tone.brightness, 0.0, 1.0);
-                value = std::clamp((value - 0.5) * tone.contrast + 0.5, 0.0, 1.0);
-                grey = static_cast<std::uint8_t>(std::lround(std::pow(value, 1 / tone.gamma) * 255));
-            }
-        }
-    });
+    onPanel(state, [](const pixels::Picture &picture) { pixels::adjustToneSlowly(picture, tone); });
 }
 
 void ditherOnly(benchmark::State &state)

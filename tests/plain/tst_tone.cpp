@@ -1,6 +1,7 @@
 // Brightness, contrast and gamma.
 
 #include "instruction_sets.h"
+#include "slow_tone.h"
 #include "tone.h"
 
 #include <QTest>
@@ -10,6 +11,7 @@
 #include <cmath>
 #include <limits>
 #include <numeric>
+#include <random>
 #include <vector>
 
 using namespace lindenreed::pixels;
@@ -47,8 +49,9 @@ private slots:
     void colourChannelsAreAdjustedAlike();
     void paddingKeepsItsBytes_data();
     void paddingKeepsItsBytes();
-    void sameWithEachInstructionSet_data();
-    void sameWithEachInstructionSet();
+    void sameAsTheSlowTwin_data();
+    void sameAsTheSlowTwin();
+    void eachGreyInEachLane();
     void withoutPixels();
     void unknownPixelSize_data();
     void unknownPixelSize();
@@ -181,34 +184,53 @@ void tst_tone::paddingKeepsItsBytes()
     }
 }
 
-void tst_tone::sameWithEachInstructionSet_data()
+void tst_tone::sameAsTheSlowTwin_data()
 {
     QTest::addColumn<Tone>("tone");
 
     QTest::newRow("lighter in the middle") << Tone{1, 1, 1.7};
     QTest::newRow("harder") << Tone{1, 1.8, 1};
     QTest::newRow("mid grey") << Tone{1, 0, 1};
+    QTest::newRow("all three") << Tone{1.2, 0.8, 1.3};
+    QTest::newRow("white from near black on") << Tone{100, 1, 1};
 }
 
-void tst_tone::sameWithEachInstructionSet()
+void tst_tone::sameAsTheSlowTwin()
 {
     QFETCH(Tone, tone);
 
-    // Every grey, at every place of a vector, with rows that are no multiple of one.
-    constexpr std::size_t width = 263, height = 70, stride = 270;
-    std::vector<std::uint8_t> bytes(stride * height, 77);
-    for (std::size_t i = 0; i < bytes.size(); ++i)
-        bytes[i] = static_cast<std::uint8_t>(i % stride < width ? i % stride + i / stride : 77);
-    const auto curve = adjusted(tone);
-    std::vector<std::uint8_t> expected = bytes;
-    for (std::size_t i = 0; i < bytes.size(); ++i) {
-        if (i % stride < width)
-            expected[i] = curve[bytes[i]];
+    // Rows of any length up to a few vectors, at any address, any distance apart.
+    std::mt19937 random(3);
+    for (std::size_t width = 1; width <= 200; ++width) {
+        const std::size_t offset = random() % 64, height = 1 + random() % 4, stride = width + random() % 70;
+        std::vector<std::uint8_t> bytes(offset + height * stride + random() % 64);
+        for (std::uint8_t &byte : bytes)
+            byte = static_cast<std::uint8_t>(random());
+        std::vector<std::uint8_t> expected = bytes;
+        adjustToneSlowly({expected.data() + offset, width, height, stride, 1}, tone);
+        for (const auto set : instructionSets()) {
+            const ForcedInstructionSet forced(set);
+            std::vector<std::uint8_t> changed = bytes;
+            adjustTone({changed.data() + offset, width, height, stride, 1}, tone);
+            QVERIFY2(changed == expected,
+                     qPrintable(QString::asprintf("width %zu, %s", width, instructionSetName(set).c_str())));
+        }
     }
+}
+
+// Every grey, in every lane of a vector.
+void tst_tone::eachGreyInEachLane()
+{
+    constexpr std::size_t width = 263, height = 70, stride = 270;
+    std::vector<std::uint8_t> bytes(stride * height);
+    for (std::size_t i = 0; i < bytes.size(); ++i)
+        bytes[i] = static_cast<std::uint8_t>(i % stride + i / stride);
+    std::vector<std::uint8_t> expected = bytes;
+    adjustToneSlowly({expected.data(), width, height, stride, 1}, {1.1, 1.2, 0.9});
     for (const auto set : instructionSets()) {
         const ForcedInstructionSet forced(set);
         std::vector<std::uint8_t> changed = bytes;
-        adjustTone({changed.data(), width, height, stride, 1}, tone);
+        adjustTone({changed.data(), width, height, stride, 1}, {1.1, 1.2, 0.9});
         QVERIFY2(changed == expected, instructionSetName(set).c_str());
     }
 }
