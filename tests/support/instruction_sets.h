@@ -11,7 +11,12 @@ namespace lindenreed::pixels {
 
 inline std::vector<std::int64_t> instructionSets()
 {
-    return hwy::SupportedAndGeneratedTargets();
+    std::vector<std::int64_t> sets;
+    // What needs none runs anywhere, whether or not the library counts it among what is supported.
+    std::int64_t left = HWY_TARGETS & (hwy::SupportedTargets() | HWY_SCALAR | HWY_EMU128);
+    for (; left != 0; left &= left - 1)
+        sets.push_back(left & -left);
+    return sets;
 }
 
 inline std::string instructionSetName(std::int64_t set)
