@@ -253,8 +253,8 @@ HWY_INLINE void diffuseLines(const Band &band, std::ptrdiff_t firstLine, const s
         if (i % linesPerPair == 0)
             gatherPair(band, firstLine + blockLines, i / linesPerPair * 2, nextPlaces);
         const bool hasAbove = !AtSides || line < band.width;
-        const Lanes first
-            = hasAbove ? load<Lanes>(band.errors + line) : constant(neutralShare(toDownLeft + toDown + toDownRight));
+        const Lanes first = hasAbove ? load<Lanes>(band.errors + line)
+                                     : constant(neutralShare(toDownLeft + toDown + toDownRight));
         const Lanes aboveUpper = moved(first, upper.below);
         const Lanes aboveLower = moved(upper.below, lower.below);
         const Lanes lowerGreys
@@ -283,9 +283,10 @@ void diffuseBand(const Band &band, std::size_t firstRow)
             = static_cast<std::int16_t>(noisePhase(firstRow + std::size_t(row)) - ahead);
     }
     const auto start = [](const std::int16_t *from) {
-        return Half{
-            constant(neutralShare(toRight)), constant(neutralShare(toDownLeft + toDown + toDownRight)),
-            constant(neutralShare(toDown + toDownRight)), constant(neutralShare(toDownRight)), load<Lanes>(from)};
+        return Half{constant(neutralShare(toRight)),
+                    constant(neutralShare(toDownLeft + toDown + toDownRight)),
+                    constant(neutralShare(toDown + toDownRight)), constant(neutralShare(toDownRight)),
+                    load<Lanes>(from)};
     };
     Half lower = start(noise);
     Half upper = start(noise + lanes);
