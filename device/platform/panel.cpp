@@ -1,6 +1,7 @@
 #include "panel.h"
 
 #include "light.h"
+#include "lookup.h"
 
 #include <algorithm>
 #include <cstring>
@@ -108,12 +109,14 @@ void Panel::copy(const QImage &picture, const QPoint &origin, const QRect &area,
     const ToneTable &table = tones == Tones::All ? m_allTones : m_twoTones;
 
     if (bytesPerPixel == 1) {
-        const bool plain = steps.right == 1 && isUnchanging(table);
+        const bool unchanging = isUnchanging(table);
         forEachRowOfTiles(area.size(), rowsStayRows, [&](int left, int y, int width) {
             const uchar *from = picture.constScanLine(source.y() + y) + source.x() + left;
             std::uint8_t *to = corner + y * steps.down + left * steps.right;
-            if (plain) {
+            if (steps.right == 1) {
                 std::memcpy(to, from, std::size_t(width));
+                if (!unchanging)
+                    pixels::lookUp(to, std::size_t(width), table);
                 return;
             }
             for (int x = 0; x < width; ++x, to += steps.right)
