@@ -19,11 +19,11 @@
 
 namespace lindenreed::benchmarks {
 
-/// The process's own time in ms, of all its threads: what others take from the machine does not count.
+/// The calling thread's own time in ms: what others take from the machine does not count.
 inline double cpuTime()
 {
     timespec time = {};
-    clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &time);
+    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
     return double(time.tv_sec) * 1e3 + double(time.tv_nsec) * 1e-6;
 }
 
