@@ -1,10 +1,10 @@
 // Changes of the picture in a show: from the timer running out to the panel's refresh being complete. Upright
 // pictures from a camera, of 3 to 4 (12 megapixels) and 2 to 3 (24), in the cache of the file system. Warm:
-// prefetched; cold: decoded on the spot. "cpu ms" and the stages are the main thread's own time in ms, which a
-// busy machine leaves alone; "wait" is time by the clock: the 5 ms that Qt leaves before a frame, in which all
-// that changes together is gathered, so that the panel flashes once. Date, decode, scale, tone and dither are
-// measured with the same pictures outside the change: a warm one decodes nothing, and the date is read while
-// something shows it.
+// prefetched; cold: decoded on the spot. "cpu ms" and the stages are the main thread's own time in ms, which
+// a busy machine leaves alone; "wait" is time by the clock: the 5 ms that Qt leaves before a frame, in which
+// all that changes together is gathered, so that the panel flashes once. Date, decode, scale, tone and dither
+// are measured with the same pictures outside the change: a warm one decodes nothing, and the date is read
+// while something shows it.
 
 #include "device_run.h"
 #include "exif_builder.h"
