@@ -96,7 +96,7 @@ HWY_INLINE Lanes diffuseLine(Lanes places, Lanes above, Half &half, const Positi
     Lanes values = places + above + half.right;
     if constexpr (AtSides)
         values = greatest(least(values, constant(middle - 1 + noiseLimit)), constant(-middle - noiseLimit));
-    const Lanes noisy = values + threeOf256(half.noise);
+    const Lanes noisy = values + twentySevenOf2048(half.noise);
     const Lanes levels
         = greatest(least(noisy, constant(middle - 1)), constant(-middle)) & constant(-levelStep);
     Lanes remainders = values - levels;

@@ -18,13 +18,13 @@ inline constexpr int toDownRight = 1;
 
 /// The threshold between two levels moves by up to this much to either side: enough to break up the rows and
 /// worms into which the dots of a flat field would fall.
-inline constexpr int noiseLimit = 384;
+inline constexpr int noiseLimit = 432;
 
 /// From one pixel to the next the noise goes on by the golden section of its range: neighbours differ widely,
 /// and no short period meets that of the dots.
 inline constexpr std::uint16_t noiseStep = 40503;
 
-/// The noise of a row's first pixel, as a signed fraction of 16 bits: f stands for f * 3 / 256, rounded down.
+/// The noise of a row's first pixel, as a signed fraction of 16 bits: f stands for f * 27 / 2048, rounded down.
 inline std::uint16_t noisePhase(std::size_t row)
 {
     auto bits = static_cast<std::uint32_t>(row);

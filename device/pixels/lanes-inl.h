@@ -89,10 +89,10 @@ HWY_INLINE Lanes sixteenths(Lanes values, int share)
     return values * constant(share) >> 4;
 }
 
-/// values * 3 / 256, rounded down.
-HWY_INLINE Lanes threeOf256(Lanes values)
+/// values * 27 / 2048, rounded down.
+HWY_INLINE Lanes twentySevenOf2048(Lanes values)
 {
-    return (values >> 8) * constant(3) + ((values & constant(255)) * constant(3) >> 8);
+    return ((values >> 5) * constant(27) + ((values & constant(31)) * constant(27) >> 5)) >> 6;
 }
 
 /// values * 17 / 2048, for multiples of 2048.
@@ -195,9 +195,9 @@ HWY_INLINE Lanes sixteenths(Lanes values, int share)
     return hn::MulHigh(values, constant(share << 12));
 }
 
-HWY_INLINE Lanes threeOf256(Lanes values)
+HWY_INLINE Lanes twentySevenOf2048(Lanes values)
 {
-    return hn::MulHigh(values, constant(3 << 8));
+    return hn::MulHigh(values, constant(27 << 5));
 }
 
 HWY_INLINE Lanes seventeenOf2048(Lanes values)

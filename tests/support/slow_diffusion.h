@@ -34,7 +34,7 @@ struct SlowShares
 inline int slowNoise(std::size_t x, std::size_t y)
 {
     const int fraction = static_cast<std::int16_t>(noisePhase(y) + x * noiseStep);
-    return dividedRoundingDown(fraction * 3, 256);
+    return dividedRoundingDown(fraction * 27, 2048);
 }
 
 /// Pixel after pixel, every share written down where it goes.
