@@ -1,6 +1,7 @@
 #include "profile.h"
 
 #include "paths.h"
+#include "visible_text.h"
 
 #include <level_curve.h>
 
@@ -111,7 +112,7 @@ bool isFileName(const QString &name)
 void tell(QString *error, const QString &sentence)
 {
     if (error)
-        *error = sentence;
+        *error = visibleText(sentence);
 }
 
 } // namespace

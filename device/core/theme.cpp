@@ -2,6 +2,7 @@
 
 #include "configuration.h"
 #include "paths.h"
+#include "visible_text.h"
 
 #include <QFile>
 
@@ -20,6 +21,8 @@ constexpr int most = 10'000; // as many pixels as a panel may have
 
 constinit std::atomic<const Configuration *> current = nullptr;
 
+} // namespace
+
 QString complaint(const Configuration &table)
 {
     for (const char *name : names) {
@@ -36,8 +39,6 @@ QString complaint(const Configuration &table)
     return {};
 }
 
-} // namespace
-
 bool load(QString *error, const QString &path)
 {
     if (current)
@@ -47,7 +48,7 @@ bool load(QString *error, const QString &path)
     const QString wrong = complaint(table);
     if (!wrong.isEmpty()) {
         if (error)
-            *error = u"The theme %1 is not usable: %2."_s.arg(file, wrong);
+            *error = visibleText(u"The theme %1 is not usable: %2."_s.arg(file, wrong));
         return false;
     }
     // Never freed: other threads read it, also after the device has stopped.

@@ -1,6 +1,9 @@
 #include "device_record.h"
 
+#include <visible_text.h>
+
 #include <QFile>
+#include <QFileInfo>
 #include <QJsonDocument>
 #include <QJsonObject>
 
@@ -15,9 +18,12 @@ std::optional<DeviceRecord> readDeviceRecord(const QString &path, QString *error
     if (!file.exists())
         return record;
     const auto refuse = [&](const QString &reason) {
-        *error = u"%1 is not usable: %2."_s.arg(path, reason);
+        *error = visibleText(u"%1 is not usable: %2."_s.arg(path, reason));
         return std::nullopt;
     };
+    // A pipe or a device under this name would block or never end.
+    if (!QFileInfo(path).isFile())
+        return refuse(u"it is no file"_s);
     if (!file.open(QIODevice::ReadOnly))
         return refuse(file.errorString());
     const QJsonDocument document = QJsonDocument::fromJson(file.readAll());

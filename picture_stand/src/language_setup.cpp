@@ -1,12 +1,14 @@
 #include "language_setup.h"
 
 #include "global_config.h"
+#include "locale_alias.h"
+#include "regular_file.h"
 
 #include <shared_tools/cfg_wrapper.h>
 
 #include <cstdlib>
 #include <fstream>
-#include <sstream>
+#include <optional>
 #include <string>
 
 namespace lindenreed::picture_stand {
@@ -16,21 +18,18 @@ void setUpLanguage()
     const auto language
         = utilities::readFromConfig<std::string>(globalConfigPath, "language", std::string("en"));
 
-    std::ifstream aliases("/devroot/share/locale/locale.alias");
-    for (std::string line; std::getline(aliases, line);) {
-        std::istringstream tokens(line);
-        std::string name;
-        std::string locale;
-        tokens >> name >> locale; // a line of one token gives an empty LANG
-        if (name != language)
-            continue;
-
-        // The environment keeps the pointer, also while static objects are being destroyed: never freed.
-        static auto &variable = *new std::string;
-        variable = "LANG=" + locale;
-        putenv(variable.data());
+    constexpr char aliasPath[] = "/devroot/share/locale/locale.alias";
+    if (!isRegularFile(QString::fromLatin1(aliasPath)))
         return;
-    }
+    std::ifstream aliases(aliasPath);
+    const std::optional<std::string> locale = localeAlias(aliases, language);
+    if (!locale)
+        return;
+
+    // The environment keeps the pointer, also while static objects are being destroyed: never freed.
+    static auto &variable = *new std::string;
+    variable = "LANG=" + *locale; // a line of one word gives an empty LANG
+    putenv(variable.data());
 }
 
 } // namespace lindenreed::picture_stand

@@ -1,6 +1,7 @@
 // JPEG files and EXIF segments, as cameras and anybody else write them.
 
 #include "exif_info.h"
+#include "require.h"
 
 #include <algorithm>
 #include <cstdint>
@@ -12,12 +13,6 @@
 using namespace TinyEXIF;
 
 namespace {
-
-void require(bool promise)
-{
-    if (!promise)
-        std::abort();
-}
 
 /// No value is longer than what it was read from.
 void requireWithin(const EXIFInfo &info, std::size_t size)

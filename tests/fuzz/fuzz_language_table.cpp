@@ -1,26 +1,32 @@
 // Compiled language tables.
 
-#include "language_table.h"
+#include "fuzz_targets.h"
+#include "require.h"
 
-#include <cstdint>
-#include <cstdlib>
+#include <language_table.h>
+#include <placeholders.h>
 
 using namespace lindenreed::device;
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
+void fuzzLanguageTable(const QByteArray &input)
 {
     // Every table begins with the same bytes: chance would not find them.
-    QByteArray bytes = QByteArray::fromHex("3cb86418caef9c95cd211cbf60a1bddd");
-    bytes.append(reinterpret_cast<const char *>(data), qsizetype(size));
+    const QByteArray bytes = QByteArray::fromHex("3cb86418caef9c95cd211cbf60a1bddd") + input;
     const auto table = LanguageTable::fromBytes(bytes);
     if (!table)
-        return 0;
+        return;
+    qsizetype characters = 0;
     for (const LanguageTable::Entry &entry : table->entries()) {
         // Each text of a table that was accepted is found, and every count has an answer.
-        if (table->find(entry.key, -1) != entry.forms.value(0))
-            std::abort();
+        require(table->find(entry.key, -1) == entry.forms.value(0));
         for (const int count : {0, 1, 2, 5, 2147483647})
             table->find(entry.key, count);
+        for (const QString &form : entry.forms) {
+            characters += form.size();
+            // What is handed to printf() and to Qt, whatever the text is.
+            const Placeholders found = placeholders(form);
+            require(found.inOrder.size() + found.numbered.size() <= form.count(QLatin1Char('%')));
+        }
     }
-    return 0;
+    require(characters * 2 <= input.size()); // no text is more than the file has
 }

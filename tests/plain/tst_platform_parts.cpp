@@ -11,6 +11,8 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <sys/stat.h>
+
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 using lindenreed::device::Arguments;
@@ -66,6 +68,8 @@ void tst_PlatformParts::deviceRecord_data()
     };
     refused("no profile", R"({"orientation": 0})", u"\"profile\" must be"_s);
     refused("other members", R"({"profile": "grey-8", "colour": 1})", u"\"colour\" is not known"_s);
+    refused("a member's name of two lines", R"({"profile": "a", "\n\u001b": 1})",
+            uR"("\n\x1b" is not known)"_s);
     refused("empty file", QByteArray(), u"it is no JSON object"_s);
     refused("no JSON", "profile=grey-8", u"it is no JSON object"_s);
     refused("an array", "[1]", u"it is no JSON object"_s);
@@ -103,6 +107,15 @@ void tst_PlatformParts::noDeviceRecord()
     QCOMPARE(record->profile, u"grey-6"_s);
     QVERIFY(!record->orientation);
     QVERIFY(error.isEmpty());
+
+    // What would block, and what would never end.
+    const QTemporaryDir folder;
+    const QString pipe = folder.filePath(u"pipe"_s);
+    QCOMPARE(::mkfifo(QFile::encodeName(pipe).constData(), 0600), 0);
+    for (const QString &path : {pipe, u"/dev/zero"_s, folder.path()}) {
+        QVERIFY(!readDeviceRecord(path, &error));
+        QCOMPARE(error, u"%1 is not usable: it is no file."_s.arg(path));
+    }
 }
 
 void tst_PlatformParts::battery_data()

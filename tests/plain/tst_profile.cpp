@@ -2,6 +2,7 @@
 
 #include <paths.h>
 #include <profile.h>
+#include <visible_text.h>
 
 #include <QDir>
 #include <QFile>
@@ -254,6 +255,8 @@ void tst_Profile::refused_data()
         R"({"name":"a","levels":256,"luminance":{"black":0.1,"white":0.5,"gamma":1}})",
         u"\"luminance\" is for grey panels of 16 levels"_s);
     row("unknown member", R"({"name":"a","weight":3})", u"\"weight\" is not known"_s);
+    row("a member whose name steers a terminal", R"({"name":"a","\n\r\t\u001b\u0085\u2028":3})",
+        uR"("\n\r\t\x1b\x85\u2028" is not known)"_s);
 }
 
 void tst_Profile::refused()
@@ -313,7 +316,8 @@ void tst_Profile::namesStayInTheFolder()
     QFETCH(QString, name);
     QString error;
     QVERIFY(!Profile::named(name, &error));
-    QVERIFY2(error.startsWith(u"There is no profile \"%1\"; there are: "_s.arg(name)), qPrintable(error));
+    QVERIFY2(error.startsWith(u"There is no profile \"%1\"; there are: "_s.arg(visibleText(name))),
+             qPrintable(error));
     QVERIFY2(error.contains(u": colour-6, grey-6, grey-6-hd, grey-8, keys-6."_s), qPrintable(error));
 }
 

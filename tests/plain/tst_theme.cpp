@@ -37,6 +37,8 @@ void tst_Theme::refused_data()
     QTest::newRow("no number") << right + "e3.galery_cover.height=tall\n" << height;
     QTest::newRow("one too many") << right + "e3.galery_cover.height=1\ncolour=1\n"
                                   << u"\"colour\" is not known"_s;
+    QTest::newRow("a name that steers a terminal") << right + "e3.galery_cover.height=1\n\x1b[2J\r\t=1\n"
+                                                   << uR"("\x1b[2J\r\t" is not known)"_s;
 }
 
 void tst_Theme::refused()

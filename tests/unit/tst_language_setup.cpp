@@ -14,6 +14,8 @@
 #include <cstdlib>
 #include <cstring>
 
+#include <sys/stat.h>
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -27,6 +29,8 @@ bool put(const QString &path, const QByteArray &contents)
     if (contents == "missing")
         return true;
     QDir().mkpath(QFileInfo(path).path());
+    if (contents == "a pipe")
+        return ::mkfifo(QFile::encodeName(path).constData(), 0600) == 0;
     QFile file(path);
     return file.open(QIODevice::WriteOnly) && file.write(contents) == contents.size();
 }
@@ -57,6 +61,8 @@ void tst_LanguageSetup::language_data()
     QTest::newRow("a key twice: the last")
         << QByteArray("language=en\nlanguage=de\n") << aliases << QByteArray("de_DE.UTF-8");
     QTest::newRow("no alias file") << german << QByteArray("missing") << QByteArray("inherited");
+    QTest::newRow("an alias file that would block")
+        << german << QByteArray("a pipe") << QByteArray("inherited");
     QTest::newRow("an empty alias file") << german << QByteArray() << QByteArray("inherited");
     QTest::newRow("no such language") << QByteArray("language=xx\n") << aliases << QByteArray("inherited");
     QTest::newRow("a longer name does not count")

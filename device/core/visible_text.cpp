@@ -1,0 +1,28 @@
+#include "visible_text.h"
+
+namespace lindenreed::device {
+
+using namespace Qt::StringLiterals;
+
+QString visibleText(const QString &text)
+{
+    QString visible;
+    visible.reserve(text.size());
+    for (const QChar character : text) {
+        if (character == u'\n')
+            visible += u"\\n"_s;
+        else if (character == u'\r')
+            visible += u"\\r"_s;
+        else if (character == u'\t')
+            visible += u"\\t"_s;
+        else if (character.category() == QChar::Other_Control)
+            visible += u"\\x%1"_s.arg(uint(character.unicode()), 2, 16, QChar(u'0'));
+        else if (character == QChar::LineSeparator || character == QChar::ParagraphSeparator)
+            visible += u"\\u%1"_s.arg(uint(character.unicode()), 4, 16, QChar(u'0'));
+        else
+            visible += character;
+    }
+    return visible;
+}
+
+} // namespace lindenreed::device
