@@ -1,7 +1,9 @@
 #include "async_image_response.h"
 
 #include "cover_cache.h"
+#include "png_texts.h"
 #include "regular_file.h"
+#include "svg_reader.h"
 
 #include <boardconf.h>
 #include <slateview.h>
@@ -20,8 +22,8 @@ namespace {
 QImage makeCover(const QString &path, QSize box)
 {
     QImage picture;
-    if (isRegularFile(path))
-        picture = QImage(path, nullptr);
+    if (isRegularFile(path) && hasBearableTexts(path))
+        picture = isSvg(path) ? readSvg(path, SvgFit::Cover, box) : QImage(path, nullptr);
     // A null picture stays one, without the message that Qt would print.
     if (!picture.isNull())
         picture = picture.scaled(box, Qt::KeepAspectRatio, Qt::FastTransformation);

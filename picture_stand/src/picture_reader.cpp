@@ -1,6 +1,8 @@
 #include "picture_reader.h"
 
+#include "png_texts.h"
 #include "regular_file.h"
+#include "svg_reader.h"
 
 #include <boardconf.h>
 #include <slateview.h>
@@ -13,29 +15,34 @@ namespace lindenreed::picture_stand {
 
 namespace {
 
-// The reader of JPEG files alone reduces while it decodes, so that Qt's limit does not count what is in the
-// file; but a progressive file in colour takes up to six bytes a pixel on the way, 720 MB here. The largest
-// photographs of telephones have 108 million.
-constexpr qint64 mostJpegPixels = 120'000'000;
+// Where a reader reduces while it decodes, Qt's limit does not count what is in the file; but a progressive
+// JPEG in colour takes up to six bytes a pixel on the way, 720 MB here, and empty rows of a PNG are packed so
+// well that a small file keeps the device busy for minutes. The largest photographs of telephones have 108
+// million.
+constexpr qint64 mostPixels = 120'000'000;
+
+QImage readPixels(const QString &path, QSize screen)
+{
+    QImageReader reader(path);
+    const QSize size = reader.size();
+    if (qint64(size.width()) * size.height() > mostPixels)
+        return {};
+    // A thread keeps one row or column: readers take a size without either as none asked for.
+    if (size.width() >= 0 && size.height() >= 0
+        && (size.width() > screen.width() || size.height() > screen.height()))
+        reader.setScaledSize(size.scaled(screen, Qt::KeepAspectRatio).expandedTo(QSize(1, 1)));
+    return reader.read();
+}
 
 } // namespace
 
 QImage readImage(const QString &path)
 {
-    if (!isRegularFile(path))
+    if (!isRegularFile(path) || !hasBearableTexts(path))
         return {};
 
-    QImageReader reader(path);
-    const QSize size = reader.size();
-    if (reader.format() == "jpeg" && qint64(size.width()) * size.height() > mostJpegPixels)
-        return {};
-    if (size.width() >= 0 && size.height() >= 0) {
-        const QSize screen(ScreenWidth(), ScreenHeight());
-        // A thread keeps one row or column: readers take a size without either as none asked for.
-        if (size.width() > screen.width() || size.height() > screen.height())
-            reader.setScaledSize(size.scaled(screen, Qt::KeepAspectRatio).expandedTo(QSize(1, 1)));
-    }
-    QImage picture = reader.read();
+    const QSize screen(ScreenWidth(), ScreenHeight());
+    QImage picture = isSvg(path) ? readSvg(path, SvgFit::Within, screen) : readPixels(path, screen);
     picture = std::move(picture).convertToFormat(device_display_colormask() == 0 ? QImage::Format_Grayscale8
                                                                                  : QImage::Format_RGB888);
     if (SvGetScreenModeInversion())

@@ -1,0 +1,17 @@
+// Texts that travel in PNG files.
+
+#pragma once
+
+#include <QString>
+
+namespace lindenreed::picture_stand {
+
+/**
+ * False for a PNG whose texts are more than 4 MiB, unpacked: the reader unpacks them all, and keeps several
+ * copies, before the first pixel, and a file of 150 KiB can hold 150 MiB of them.
+ *
+ * True for every other file, damaged ones as well. The file must be a regular one. Any thread.
+ */
+bool hasBearableTexts(const QString &path);
+
+} // namespace lindenreed::picture_stand

@@ -1,0 +1,67 @@
+// Draws one SVG for the frame: picture_stand_svg FILE within|cover WIDTH HEIGHT FAMILY. Writes width, height
+// and pixels to standard output, or nothing. Its end is nobody's loss.
+
+#include <QFont>
+#include <QGuiApplication>
+#include <QImageReader>
+
+#include <csignal>
+#include <cstdio>
+#include <cstdlib>
+#include <utility>
+
+#include <sys/prctl.h>
+#include <sys/resource.h>
+#include <unistd.h>
+
+namespace {
+
+// The largest picture that Qt decodes has 128 MiB.
+constexpr rlim_t mostBytes = 192 * 1024 * 1024;
+constexpr unsigned mostSeconds = 10;
+
+void limit()
+{
+    ::prctl(PR_SET_PDEATHSIG, SIGKILL);
+    ::alarm(mostSeconds);
+    const rlimit none{0, 0};
+    ::setrlimit(RLIMIT_CORE, &none);
+#ifndef __SANITIZE_ADDRESS__ // which reserves more than there is
+    const rlimit memory{mostBytes, mostBytes};
+    ::setrlimit(RLIMIT_DATA, &memory);
+#endif
+}
+
+QImage draw(const QString &path, bool cover, QSize box)
+{
+    QImageReader reader(path);
+    const QSize size = reader.size();
+    if (!cover && (size.width() > box.width() || size.height() > box.height()))
+        reader.setScaledSize(size.scaled(box, Qt::KeepAspectRatio).expandedTo(QSize(1, 1)));
+    QImage picture = reader.read();
+    if (cover && !picture.isNull())
+        picture = picture.scaled(box, Qt::KeepAspectRatio, Qt::FastTransformation);
+    return std::move(picture).convertToFormat(QImage::Format_ARGB32_Premultiplied);
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    limit();
+    ::setenv("QT_QPA_PLATFORM", "offscreen", 1);
+    const QGuiApplication application(argc, argv);
+    const QStringList words = QGuiApplication::arguments();
+    if (words.size() != 6)
+        return 2;
+    QGuiApplication::setFont(QFont(words.at(5), -1, -1, false));
+    const QImage picture = draw(words.at(1), words.at(2) == QLatin1String("cover"),
+                                QSize(words.at(3).toInt(), words.at(4).toInt()));
+    if (picture.isNull())
+        return 1;
+    const qint32 size[2] = {picture.width(), picture.height()};
+    std::fwrite(size, sizeof size, 1, stdout);
+    std::fwrite(picture.constBits(), std::size_t(picture.sizeInBytes()), 1, stdout);
+    // What the drawing has left behind goes with the process.
+    std::_Exit(std::fflush(stdout) == 0 ? 0 : 1);
+}

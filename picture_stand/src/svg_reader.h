@@ -1,0 +1,27 @@
+// SVG files, which are programs for a drawing rather than pictures.
+
+#pragma once
+
+#include <QImage>
+#include <QSize>
+#include <QString>
+
+namespace lindenreed::picture_stand {
+
+/// Whether the file's content, or failing that its name, is that of an SVG. The file must be a regular one.
+bool isSvg(const QString &path);
+
+enum class SvgFit {
+    Within, ///< drawn at the box's size where it is larger, else at its own
+    Cover ///< drawn at its own size and scaled to touch the box
+};
+
+/**
+ * Draws an SVG in a process of its own, which has 192 MiB and ten seconds: a few lines of text can ask for
+ * more than any device has, name files that never end, or include themselves. Null where that is not enough.
+ *
+ * One at a time; others wait. Any thread.
+ */
+QImage readSvg(const QString &path, SvgFit fit, QSize box);
+
+} // namespace lindenreed::picture_stand

@@ -1,0 +1,204 @@
+// Damaged and hostile pictures on the real program, which has 512 MiB: each full screen and as a thumbnail.
+
+#include "hostile_bombs.h"
+#include "hostile_mutations.h"
+#include "show_device.h"
+#include "stored_database.h"
+
+#include <QDir>
+#include <QElapsedTimer>
+#include <QGuiApplication>
+#include <QSet>
+#include <QTemporaryDir>
+
+#include <memory>
+
+#include <sys/inotify.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+namespace {
+
+const QString folder = u"/mnt/ext1/Photo/hostile"_s;
+
+/// What is opened in the folder.
+class OpenedFiles
+{
+public:
+    OpenedFiles()
+        : m_watch(::inotify_init1(IN_NONBLOCK | IN_CLOEXEC))
+    {
+        ::inotify_add_watch(m_watch, folder.toUtf8().constData(), IN_OPEN);
+    }
+    ~OpenedFiles() { ::close(m_watch); }
+    OpenedFiles(const OpenedFiles &) = delete;
+    OpenedFiles &operator=(const OpenedFiles &) = delete;
+
+    const QSet<QByteArray> &names()
+    {
+        alignas(inotify_event) char buffer[64 * 1024];
+        for (ssize_t size = 0; (size = ::read(m_watch, buffer, sizeof buffer)) > 0;) {
+            for (const char *at = buffer; at < buffer + size;) {
+                const auto *const event = reinterpret_cast<const inotify_event *>(at);
+                if (event->len > 0)
+                    m_names.insert(event->name);
+                at += sizeof(inotify_event) + event->len;
+            }
+        }
+        return m_names;
+    }
+
+private:
+    int m_watch;
+    QSet<QByteArray> m_names;
+};
+
+} // namespace
+
+class tst_HostilePictures : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+    void init();
+    void cleanup();
+    void fullScreen();
+    void thumbnails();
+
+private:
+    qint64 memory(const QByteArray &name) const;
+
+    QTemporaryDir m_said;
+    QByteArrayList m_names;
+    std::unique_ptr<ShowDevice> m_device;
+};
+
+void tst_HostilePictures::initTestCase()
+{
+    const bool isLong = qEnvironmentVariableIsSet("SLATE_LONG");
+    QDir(folder).removeRecursively();
+    QVERIFY(QDir().mkpath(folder));
+    QCOMPARE(::mkfifo((folder.toUtf8() + "/pipe").constData(), 0600), 0);
+    hostile::Pictures pictures = hostile::damagedPictures(isLong ? 20 : 2);
+    const hostile::Pictures bombs
+        = hostile::svgBombs(folder.toUtf8()) + hostile::pngBombs() + hostile::tiffBombs() + hostile::otherBombs();
+    // Half a minute of the others' ten seconds is for the long run.
+    const QByteArrayList slow{"svg file that blocks.svg", "svg many pictures.svg", "png texts of 7 GB.png"};
+    for (const hostile::Picture &bomb : bombs) {
+        if (isLong || !slow.contains(bomb.name))
+            pictures.append(bomb);
+    }
+    if (isLong)
+        QVERIFY2(pictures.size() >= 300, qPrintable(QString::number(pictures.size())));
+
+    // The first and the last are the same good one.
+    const QByteArray good = hostile::written("png");
+    pictures.prepend({" first.png", good});
+    pictures.append({"~ last.png", good});
+    for (const hostile::Picture &picture : std::as_const(pictures)) {
+        QFile file(folder + u'/' + QString::fromUtf8(picture.name));
+        QVERIFY(file.open(QIODevice::WriteOnly) && file.write(picture.contents) == picture.contents.size());
+        m_names.append(picture.name);
+    }
+    qInfo("%d pictures", int(pictures.size()));
+
+    stored_database::remove();
+    QVERIFY(ShowDevice().start()); // which makes the database
+    QStringList statements{u"UPDATE settings SET value = '0' WHERE name = 'is_first_run'"_s,
+                           u"DELETE FROM playlist_images"_s};
+    for (const QByteArray &name : std::as_const(m_names))
+        statements.append(u"INSERT INTO playlist_images (url, playlist) VALUES ('%1/%2', 1)"_s.arg(
+            folder, QString::fromUtf8(name)));
+    QVERIFY(stored_database::execute(statements));
+}
+
+void tst_HostilePictures::init()
+{
+    m_device = std::make_unique<ShowDevice>();
+#ifndef __SANITIZE_ADDRESS__ // whose shadow alone is more
+    m_device->program().setChildProcessModifier([] {
+        // The limit counts what is reserved for the stacks of threads, too.
+        constexpr rlimit stack{1024 * 1024, 1024 * 1024};
+        ::setrlimit(RLIMIT_STACK, &stack);
+        constexpr rlimit memory{512 * 1024 * 1024, 512 * 1024 * 1024};
+        ::setrlimit(RLIMIT_DATA, &memory);
+    });
+#endif
+    // Not a pipe: nobody reads while an answer is awaited.
+    m_device->program().setStandardErrorFile(m_said.filePath(u"said"_s));
+    QVERIFY(m_device->start());
+}
+
+void tst_HostilePictures::cleanup()
+{
+    QVERIFY(m_device->does(u"quit"_s));
+    QTRY_COMPARE(m_device->program().state(), QProcess::NotRunning);
+    QCOMPARE(m_device->program().exitStatus(), QProcess::NormalExit);
+    QCOMPARE(m_device->program().exitCode(), 0);
+    m_device.reset();
+}
+
+qint64 tst_HostilePictures::memory(const QByteArray &name) const
+{
+    QFile file(u"/proc/%1/status"_s.arg(m_device->program().processId()));
+    if (!file.open(QIODevice::ReadOnly))
+        return -1;
+    for (const QByteArray &line : file.readAll().split('\n')) {
+        if (line.startsWith(name + ':'))
+            return line.simplified().split(' ').at(1).toLongLong();
+    }
+    return -1;
+}
+
+void tst_HostilePictures::fullScreen()
+{
+    QVERIFY(m_device->press(u"#play_button"_s));
+    const QImage good = m_device->screenshot();
+    qint64 slowest = 0;
+    QByteArray slowestName;
+    for (qsizetype i = 1; i < m_names.size(); ++i) {
+        QElapsedTimer time;
+        time.start();
+        // The second answer comes when the picture has been drawn.
+        QVERIFY2(m_device->ask(u"fire"_s, {{u"name"_s, u"nextImageEvent"_s}}, 20s).value("ok"_L1).toBool()
+                     && m_device->ask(u"idle"_s, {{u"ms"_s, 1}}, 20s).value("ok"_L1).toBool(),
+                 m_names.at(i).constData());
+        if (time.elapsed() > slowest) {
+            slowest = time.elapsed();
+            slowestName = m_names.at(i);
+        }
+    }
+    QVERIFY(m_device->idle());
+    QCOMPARE(m_device->screenshot(), good);
+    qInfo("slowest: %lld ms, %s; memory at most %lld KiB", slowest, slowestName.constData(), memory("VmHWM"));
+}
+
+void tst_HostilePictures::thumbnails()
+{
+    OpenedFiles opened;
+    QVERIFY(m_device->tap(300, 200));
+    QSet<QByteArray> wanted(m_names.cbegin(), m_names.cend());
+    const auto isComplete = [&] { return opened.names().contains(wanted); };
+    for (int page = 0; page < m_names.size() && !isComplete(); ++page) {
+        QVERIFY(m_device->state().value("ok"_L1).toBool());
+        m_device->ask(u"press"_s, {{u"name"_s, u"Next page"_s}}, 20s);
+        QVERIFY(m_device->idle());
+    }
+    QTRY_VERIFY_WITH_TIMEOUT(isComplete(), 600'000);
+    QVERIFY(m_device->idle());
+    qInfo("memory at most %lld KiB", memory("VmHWM"));
+}
+
+int main(int argc, char **argv)
+{
+    qputenv("QT_QPA_PLATFORM", "offscreen"); // pictures are written here, nothing is shown
+    const QGuiApplication application(argc, argv);
+    tst_HostilePictures test;
+    return QTest::qExec(&test, argc, argv);
+}
+#include "tst_hostile_pictures.moc"
