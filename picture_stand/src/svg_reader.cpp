@@ -56,7 +56,8 @@ QImage readSvg(const QString &path, SvgFit fit, QSize box)
         process.waitForFinished();
         return {};
     }
-    return process.exitStatus() == QProcess::NormalExit ? received(process.readAllStandardOutput()) : QImage();
+    return process.exitStatus() == QProcess::NormalExit ? received(process.readAllStandardOutput())
+                                                        : QImage();
 }
 
 } // namespace lindenreed::picture_stand

@@ -44,8 +44,8 @@ inline QByteArray pngChunk(const QByteArray &type, const QByteArray &contents)
 inline QByteArray png(quint32 width, quint32 height, int depth, int colours, qsizetype pixelBytes,
                       const QByteArray &chunks = {}, bool interlaced = false)
 {
-    const QByteArray header = big32(width) + big32(height) + char(depth) + char(colours)
-        + QByteArray(2, '\0') + char(interlaced ? 1 : 0);
+    const QByteArray header = big32(width) + big32(height) + char(depth) + char(colours) + QByteArray(2, '\0')
+        + char(interlaced ? 1 : 0);
     return "\x89PNG\r\n\x1a\n" + pngChunk("IHDR", header) + chunks
         + pngChunk("IDAT", packed(QByteArray(pixelBytes, '\0'))) + pngChunk("IEND", {});
 }
@@ -65,15 +65,17 @@ inline QList<std::array<quint32, 4>> tiffEntries(quint32 width, quint32 height, 
                                                  quint32 size)
 {
     constexpr quint32 behind = 8 + 2 + 10 * 12 + 4;
-    return {{256, 4, 1, width}, {257, 4, 1, height},  {258, 3, 1, 8},    {259, 3, 1, compression},
-            {262, 3, 1, 1},     {273, 4, 1, behind},  {277, 3, 1, 1},    {278, 4, 1, height},
+    return {{256, 4, 1, width}, {257, 4, 1, height}, {258, 3, 1, 8}, {259, 3, 1, compression},
+            {262, 3, 1, 1},     {273, 4, 1, behind}, {277, 3, 1, 1}, {278, 4, 1, height},
             {279, 4, 1, size},  {284, 3, 1, 1}};
 }
 
-inline QByteArray svg(const QByteArray &contents, const QByteArray &size = "200", const QByteArray &before = {})
+inline QByteArray svg(const QByteArray &contents, const QByteArray &size = "200",
+                      const QByteArray &before = {})
 {
-    return before + "<svg xmlns=\"http://www.w3.org/2000/svg\" xmlns:xlink=\"http://www.w3.org/1999/xlink\" "
-                    "width=\""
+    return before
+        + "<svg xmlns=\"http://www.w3.org/2000/svg\" xmlns:xlink=\"http://www.w3.org/1999/xlink\" "
+          "width=\""
         + size + "\" height=\"" + size + "\" viewBox=\"0 0 100 100\">" + contents + "</svg>";
 }
 
@@ -135,7 +137,8 @@ inline Pictures pngBombs()
     const QByteArray zeros = packed(QByteArray(7'900'000, '\0'));
     const QByteArray letters = packed(QByteArray(7'900'000, 'A'));
     return {
-        {"png texts of 160 MB.png", png(10, 10, 8, 2, 310, repeated(pngChunk("zTXt", QByteArray("C\0\0", 3) + letters), 20))},
+        {"png texts of 160 MB.png",
+         png(10, 10, 8, 2, 310, repeated(pngChunk("zTXt", QByteArray("C\0\0", 3) + letters), 20))},
         {"png texts of 7 GB.png",
          png(10, 10, 8, 2, 310, repeated(pngChunk("iTXt", QByteArray("C\0\1\0\0\0", 6) + zeros), 900))},
         {"png 400 megapixels.png", png(20'000, 20'000, 1, 0, 2501 * 20'000)},
@@ -181,10 +184,13 @@ inline Pictures otherBombs()
             + little(height) + little(1, 2) + little(bits, 2) + little(compression) + little(0) + little(0)
             + little(0) + little(palette) + little(0) + data;
     };
-    const QByteArray frame = QByteArray::fromHex("21f904000000000000" "2c0000000001000100000202440100").chopped(0);
+    const QByteArray frame = QByteArray::fromHex("21f904000000000000"
+                                                 "2c0000000001000100000202440100")
+                                 .chopped(0);
     const QByteArray gif = "GIF89a";
     return {
-        {"bmp runs.bmp", bmp(5700, 5800, 8, 1, 256, QByteArray(1024, '\0') + repeated(QByteArray("\xff\0", 2), 1000))},
+        {"bmp runs.bmp",
+         bmp(5700, 5800, 8, 1, 256, QByteArray(1024, '\0') + repeated(QByteArray("\xff\0", 2), 1000))},
         {"bmp palette of 4 GB.bmp", bmp(10, 10, 8, 0, 0xffffffff, QByteArray(200, '\0'))},
         {"bmp upside down and endless.bmp", bmp(0x7fffffff, 0x80000000, 32, 0, 0, QByteArray(200, '\0'))},
         {"bmp 0 bits.bmp", bmp(1000, 1000, 0, 0, 0, QByteArray(200, '\0'))},
@@ -194,7 +200,8 @@ inline Pictures otherBombs()
         {"ppm claims more.jpg", "P6 60000 60000 255\n" + QByteArray(1000, '\7')},
         {"ppm in letters.png", "P3 5700 5800 65535\n" + repeated("9 ", 100'000)},
         {"pbm.bmp", "P1 100000 100000\n1 0 1"},
-        {"xpm.jpg", "/* XPM */\nstatic char *a[]={\"100000 100000 2 1\",\"a c black\",\"b c white\",\"ab\"};"},
+        {"xpm.jpg",
+         "/* XPM */\nstatic char *a[]={\"100000 100000 2 1\",\"a c black\",\"b c white\",\"ab\"};"},
         {"xbm.png", "#define a_width 100000\n#define a_height 100000\nstatic char a_bits[]={0x00};"},
         {"empty.jpg", {}},
         {"svg packed.svg", {}},

@@ -65,7 +65,8 @@ inline Pictures wholePictures()
                       {"gif.jpg",
                        QByteArray::fromHex("474946383961010001008000000000"
                                            "00ffffff21f904000000000021fe0441414141002c00000000010001"
-                                           "00000202440100" "3b")}};
+                                           "00000202440100"
+                                           "3b")}};
     pictures.removeIf([](const Picture &picture) { return picture.contents.isEmpty(); });
     return pictures;
 }
@@ -105,9 +106,12 @@ inline Pictures damagedPictures(int ofEach)
 {
     QRandomGenerator random(20'240'531);
     Pictures all;
+    int kind = 0;
     for (const Picture &whole : wholePictures()) {
-        for (int i = 0; i < ofEach; ++i)
-            all.append({"damage " + QByteArray::number(i) + ' ' + whole.name, damaged(whole.contents, i, random)});
+        for (int i = 0; i < ofEach; ++i) {
+            all.append({"damage " + QByteArray::number(i) + ' ' + whole.name,
+                        damaged(whole.contents, kind++, random)});
+        }
     }
     return all;
 }
