@@ -1,5 +1,7 @@
 #include "picture_cache.h"
 
+#include "visible_path.h"
+
 #include <QScopeGuard>
 #include <QThread>
 
@@ -85,7 +87,7 @@ bool PictureCache::addToCache(const QString &path)
         return false;
     m_bytes += picture.sizeInBytes();
     ram_used = saturated(m_bytes);
-    std::fprintf(stderr, "add image %s size(%lld) ram(%lld/%lld) \r\n", path.toLocal8Bit().constData(),
+    std::fprintf(stderr, "add image %s size(%lld) ram(%lld/%lld) \r\n", visiblePath(path).constData(),
                  static_cast<long long>(picture.sizeInBytes()), static_cast<long long>(ram_used),
                  static_cast<long long>(ram_limit));
     cache.insert(path, picture);
@@ -102,7 +104,7 @@ bool PictureCache::removeFromCache(const QString &path)
     const long long size = entry->sizeInBytes();
     m_bytes -= size;
     ram_used = saturated(m_bytes);
-    std::fprintf(stderr, "remove image %s size(%lld) ram(%lld/%lld) \r\n", path.toLocal8Bit().constData(),
+    std::fprintf(stderr, "remove image %s size(%lld) ram(%lld/%lld) \r\n", visiblePath(path).constData(),
                  size, static_cast<long long>(ram_used), static_cast<long long>(ram_limit));
     cache.erase(entry);
     m_published.replace(cache);

@@ -5,6 +5,7 @@
 #include <QCoreApplication>
 #include <QImageReader>
 #include <QProcess>
+#include <QThread>
 
 #include <cstring>
 #include <mutex>
@@ -43,8 +44,11 @@ bool isSvg(const QString &path)
 
 QImage readSvg(const QString &path, SvgFit fit, QSize box)
 {
+    // The main thread waits for its own picture alone: the show's next step hangs on it.
     static std::mutex oneAtATime;
-    const std::lock_guard lock(oneAtATime);
+    std::unique_lock lock(oneAtATime, std::defer_lock);
+    if (QThread::currentThread() != QCoreApplication::instance()->thread())
+        lock.lock();
     QProcess process;
     process.setStandardInputFile(QProcess::nullDevice());
     process.setStandardErrorFile(QProcess::nullDevice()); // what is wrong with a picture is not told

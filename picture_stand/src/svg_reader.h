@@ -20,7 +20,7 @@ enum class SvgFit {
  * Draws an SVG in a process of its own, which has 192 MiB and ten seconds: a few lines of text can ask for
  * more than any device has, name files that never end, or include themselves. Null where that is not enough.
  *
- * One at a time; others wait. Any thread.
+ * Any thread; those of pools wait for one another, so that no more than two are drawn at once.
  */
 QImage readSvg(const QString &path, SvgFit fit, QSize box);
 

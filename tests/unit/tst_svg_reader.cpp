@@ -1,0 +1,123 @@
+// SVG files, which a process of their own draws: as a reader within the program would, or not at all.
+
+#include "hostile_bombs.h"
+#include "panel_application.h"
+#include "picture_fixture.h"
+#include "svg_reader.h"
+
+#include <QImageReader>
+
+#include <memory>
+
+using namespace Qt::StringLiterals;
+using namespace lindenreed::picture_stand;
+
+class tst_SvgReader : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init() { m_test = std::make_unique<PictureFixture>(); }
+    void cleanup() { m_test.reset(); }
+    void recognised_data();
+    void recognised();
+    void sameAsWithin_data();
+    void sameAsWithin();
+    void endsApart_data();
+    void endsApart();
+
+private:
+    QString put(const QString &name, const QByteArray &contents)
+    {
+        QFile file(m_test->folder.filePath(name));
+        if (!file.open(QIODevice::WriteOnly) || file.write(contents) != contents.size())
+            return {};
+        return file.fileName();
+    }
+
+    std::unique_ptr<PictureFixture> m_test;
+};
+
+void tst_SvgReader::recognised_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QByteArray>("contents");
+    QTest::addColumn<bool>("expected");
+
+    QTest::newRow("SVG") << u"a.svg"_s << hostile::svg({}) << true;
+    QTest::newRow("SVG by another name") << u"a.jpg"_s << hostile::svg({}) << true;
+    QTest::newRow("packed SVG") << u"a.png"_s << QByteArray("\x1f\x8b\x08") + QByteArray(20, '\0') << true;
+    QTest::newRow("PNG by the name of an SVG") << u"a.svg"_s << hostile::png(1, 1, 8, 0, 2) << false;
+    QTest::newRow("no picture") << u"a.svg"_s << QByteArray("a lake") << false;
+}
+
+void tst_SvgReader::recognised()
+{
+    QFETCH(QString, name);
+    QFETCH(QByteArray, contents);
+    QFETCH(bool, expected);
+
+    QCOMPARE(isSvg(put(name, contents)), expected);
+}
+
+void tst_SvgReader::sameAsWithin_data()
+{
+    QTest::addColumn<QByteArray>("size");
+    QTest::addColumn<QSize>("box");
+
+    QTest::newRow("smaller than the box") << QByteArray("90") << QSize(300, 200);
+    QTest::newRow("larger") << QByteArray("5000") << QSize(300, 200);
+    QTest::newRow("as wide as the box") << QByteArray("300") << QSize(300, 400);
+    QTest::newRow("one pixel") << QByteArray("1") << QSize(300, 400);
+}
+
+void tst_SvgReader::sameAsWithin()
+{
+    QFETCH(QByteArray, size);
+    QFETCH(QSize, box);
+
+    const QString path = put(u"a.svg"_s,
+                             hostile::svg("<rect x=\"9\" y=\"5\" width=\"50\" height=\"33\" fill=\"red\" "
+                                          "opacity=\"0.5\"/>",
+                                          size));
+    QImageReader reader(path);
+    if (reader.size().width() > box.width() || reader.size().height() > box.height())
+        reader.setScaledSize(reader.size().scaled(box, Qt::KeepAspectRatio));
+    const QImage within = reader.read();
+    QVERIFY(!within.isNull());
+    QCOMPARE(readSvg(path, SvgFit::Within, box), within);
+    QCOMPARE(readSvg(path, SvgFit::Cover, box),
+             QImage(path).scaled(box, Qt::KeepAspectRatio, Qt::FastTransformation));
+}
+
+void tst_SvgReader::endsApart_data()
+{
+    QTest::addColumn<QByteArray>("contents");
+
+    const auto path = [](const QByteArray &name) {
+        return "<image width=\"9\" height=\"9\" xlink:href=\"" + name + "\"/>";
+    };
+    const QByteArray self = QDir::tempPath().toUtf8() + "/self.svg";
+    QTest::newRow("a picture within itself") << hostile::svg(path(self));
+    QTest::newRow("no end") << hostile::svg({}).chopped(6) + "<";
+    QTest::newRow("empty") << QByteArray();
+#ifndef __SANITIZE_ADDRESS__ // which knows no limit
+    QTest::newRow("more elements than memory") << hostile::svg(QByteArray("<g/>").repeated(1'500'000));
+#endif
+}
+
+void tst_SvgReader::endsApart()
+{
+    QFETCH(QByteArray, contents);
+
+    QFile file(QDir::tempPath() + u"/self.svg"_s);
+    QVERIFY(file.open(QIODevice::WriteOnly) && file.write(contents) == contents.size());
+    file.close();
+    QVERIFY(readSvg(file.fileName(), SvgFit::Within, {300, 200}).isNull());
+    QVERIFY(readSvg(file.fileName(), SvgFit::Cover, {300, 200}).isNull());
+    file.remove();
+    QVERIFY(readSvg(file.fileName(), SvgFit::Within, {300, 200}).isNull());
+}
+
+PANEL_TEST_MAIN(tst_SvgReader)
+#include "tst_svg_reader.moc"
