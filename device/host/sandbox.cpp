@@ -55,7 +55,8 @@ QStringList sandboxArguments(const Sandbox &sandbox, bool network)
     QStringList arguments{u"--die-with-parent"_s, u"--cap-drop"_s, u"ALL"_s};
     if (!network)
         arguments << u"--unshare-net"_s;
-    arguments << hostArguments() << u"--dev-bind"_s << u"/dev"_s << u"/dev"_s << processArguments();
+    // The null device and the like, and shared memory of its own: on the host's anybody may write.
+    arguments << hostArguments() << u"--dev"_s << u"/dev"_s << processArguments();
     arguments << u"--bind"_s << sandbox.mnt << u"/mnt"_s;
     arguments << u"--bind"_s << sandbox.devroot << u"/devroot"_s;
     arguments << u"--bind"_s << sandbox.runFolder << u"/devroot/run"_s;

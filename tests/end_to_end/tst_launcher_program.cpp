@@ -4,7 +4,10 @@
 
 #include <QDir>
 #include <QStandardPaths>
+#include <QTcpServer>
+#include <QTcpSocket>
 #include <QTemporaryDir>
+#include <QTemporaryFile>
 #include <QTest>
 
 #include <memory>
@@ -32,8 +35,11 @@ private slots:
     void hostIsReadOnly();
     void deviceIsWritable_data();
     void deviceIsWritable();
+    void onlyTheDeviceIsWritable();
     void devicesAndProcessesAreUsable();
+    void sharedMemoryIsItsOwn();
     void networkIsOff();
+    void nobodyIsReached();
     void privilegesAreGone();
     void runtimeFolderIsPrivate();
     void memoryInformationIsServed();
@@ -194,6 +200,34 @@ void tst_LauncherProgram::deviceIsWritable()
     QCOMPARE(end.output, QByteArray("written\n"));
 }
 
+void tst_LauncherProgram::onlyTheDeviceIsWritable()
+{
+    // Whatever is mounted inside.
+    const LauncherEnd end
+        = m_place->runScript(u"cut -d' ' -f5 /proc/self/mountinfo | while read place; do "
+                             "[ -w \"$place\" ] && echo \"$place\"; done | grep -v '^/dev/' | sort -u"_s);
+    QCOMPARE(end.errors, QByteArray());
+    QByteArrayList writable = end.output.split('\n');
+    writable.removeAll("/dev"); // in memory, as what is below
+    QCOMPARE(writable, (QByteArrayList{"/devroot", "/devroot/run", "/mnt", ""}));
+}
+
+void tst_LauncherProgram::sharedMemoryIsItsOwn()
+{
+    QTemporaryFile shared(u"/dev/shm/slate"_s);
+    if (!shared.open())
+        QSKIP("this machine has no shared memory");
+    const LauncherEnd end
+        = m_place->runScript(u"ls -A /dev/shm; echo written > /dev/shm/%1 && echo done"_s.arg(
+            QFileInfo(shared.fileName()).fileName()));
+    QCOMPARE(end.output, QByteArray("done\n"));
+    QCOMPARE(fileContent(shared.fileName()), QByteArray());
+
+    // No disk either.
+    const LauncherEnd disks = m_place->runScript(u"find /dev -type b"_s);
+    QCOMPARE(disks.output, QByteArray());
+}
+
 void tst_LauncherProgram::devicesAndProcessesAreUsable()
 {
     const LauncherEnd end = m_place->runScript(u"echo gone >/dev/null && head -c 3 /dev/zero | wc -c && "
@@ -211,6 +245,30 @@ void tst_LauncherProgram::networkIsOff()
     if (end.errors.contains("the network stays on"))
         QSKIP("this machine does not let a program's network be switched off");
     QCOMPARE(end.output, QByteArray("lo\n"));
+}
+
+void tst_LauncherProgram::nobodyIsReached()
+{
+    QTcpServer server;
+    QVERIFY(server.listen(QHostAddress::LocalHost));
+    const QString connecting = u"exec 3<>/dev/tcp/127.0.0.1/%1"_s.arg(server.serverPort());
+    const QString bash = QStandardPaths::findExecutable(u"bash"_s);
+    if (bash.isEmpty())
+        QSKIP("this test connects by bash");
+    QProcess outside;
+    outside.start(bash, {u"-c"_s, connecting});
+    QVERIFY(outside.waitForFinished());
+    QCOMPARE(outside.exitCode(), 0); // the host reaches it
+    QTRY_VERIFY(server.hasPendingConnections());
+    delete server.nextPendingConnection();
+
+    const LauncherEnd end
+        = m_place->run({u"--temporary"_s, u"--headless"_s, u"--"_s, bash, u"-c"_s, connecting});
+    if (end.errors.contains("the network stays on"))
+        QSKIP("this machine does not let a program's network be switched off");
+    QVERIFY(end.status != 0);
+    QVERIFY2(end.errors.contains("/dev/tcp/"), end.errors.constData());
+    QVERIFY(!server.waitForNewConnection(0));
 }
 
 void tst_LauncherProgram::privilegesAreGone()
