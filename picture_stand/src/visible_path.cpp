@@ -16,6 +16,8 @@ QByteArray visiblePath(const QString &path)
             visible += u"\\t"_s;
         else if (character.category() == QChar::Other_Control)
             visible += u"\\x%1"_s.arg(uint(character.unicode()), 2, 16, QChar(u'0'));
+        else if (character == QChar::LineSeparator || character == QChar::ParagraphSeparator)
+            visible += u"\\u%1"_s.arg(uint(character.unicode()), 4, 16, QChar(u'0'));
         else
             visible += character;
     }
