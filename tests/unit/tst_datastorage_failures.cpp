@@ -1,5 +1,6 @@
 // Databases that cannot be opened, are none, or are damaged.
 
+#include "not_open_warnings.h"
 #include "obeyed_permissions.h"
 #include "storage_fixture.h"
 
@@ -21,25 +22,6 @@ QByteArray randomBytes(int count)
         byte = static_cast<char>(random.bounded(256));
     return bytes;
 }
-
-/// Qt says for each statement that the database is not open; the lines under test are the device log's.
-class WithoutNotOpenWarnings
-{
-public:
-    WithoutNotOpenWarnings() { s_usual = qInstallMessageHandler(hand); }
-    ~WithoutNotOpenWarnings() { qInstallMessageHandler(s_usual); }
-    WithoutNotOpenWarnings(const WithoutNotOpenWarnings &) = delete;
-    WithoutNotOpenWarnings &operator=(const WithoutNotOpenWarnings &) = delete;
-
-private:
-    static void hand(QtMsgType type, const QMessageLogContext &context, const QString &message)
-    {
-        if (!message.endsWith("database not open"_L1))
-            s_usual(type, context, message);
-    }
-
-    static inline QtMessageHandler s_usual = nullptr;
-};
 
 } // namespace
 
