@@ -8,8 +8,11 @@
 #include <boardconf.h>
 #include <slateview.h>
 
+#include <QFile>
+#include <QImageReader>
 #include <QQuickTextureFactory>
 
+#include <new>
 #include <optional>
 #include <utility>
 
@@ -22,8 +25,8 @@ namespace {
 QImage makeCover(const QString &path, QSize box)
 {
     QImage picture;
-    if (isRegularFile(path) && hasBearableTexts(path))
-        picture = isSvg(path) ? readSvg(path, SvgFit::Cover, box) : QImage(path, nullptr);
+    if (QFile file(path); openRegularFile(file) && hasBearableTexts(file))
+        picture = isSvg(file) ? readSvg(path, SvgFit::Cover, box) : QImageReader(&file).read();
     // A null picture stays one, without the message that Qt would print.
     if (!picture.isNull())
         picture = picture.scaled(box, Qt::KeepAspectRatio, Qt::FastTransformation);
@@ -82,7 +85,11 @@ void AsyncImageResponse::run()
             image = *std::move(found);
         } else {
             // Decoding takes no lock. Another thread may be at the same file; the last one wins.
-            image = makeCover(path, {width, height});
+            try {
+                image = makeCover(path, {width, height});
+            } catch (const std::bad_alloc &) { // of what decoders keep beside the pixels
+                image = {};
+            }
             cache.insert(key, image);
         }
     }

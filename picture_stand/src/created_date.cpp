@@ -53,12 +53,14 @@ QDateTime createdDate(const QString &path)
 {
     // The readers' own access moves this time on most file systems.
     const QDateTime accessed = QFileInfo(path).fileTime(QFileDevice::FileAccessTime);
-    if (!isRegularFile(path))
+    QFile file(path);
+    if (!openRegularFile(file))
         return accessed;
 
-    const QByteArray file = QFile::encodeName(path);
+    // The readers take names. This one stays with the file that was opened.
+    const QByteArray name = "/proc/self/fd/" + QByteArray::number(file.handle());
     for (const auto read : {&readByLibexif, &readByOurselves}) {
-        const QDateTime taken = read(file);
+        const QDateTime taken = read(name);
         if (taken.isValid())
             return taken;
     }

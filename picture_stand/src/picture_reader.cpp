@@ -7,8 +7,10 @@
 #include <boardconf.h>
 #include <slateview.h>
 
+#include <QFile>
 #include <QImageReader>
 
+#include <new>
 #include <utility>
 
 namespace lindenreed::picture_stand {
@@ -21,9 +23,9 @@ namespace {
 // million.
 constexpr qint64 mostPixels = 120'000'000;
 
-QImage readPixels(const QString &path, QSize screen)
+QImage readPixels(QFile &file, QSize screen)
 {
-    QImageReader reader(path);
+    QImageReader reader(&file);
     const QSize size = reader.size();
     if (qint64(size.width()) * size.height() > mostPixels)
         return {};
@@ -34,20 +36,31 @@ QImage readPixels(const QString &path, QSize screen)
     return reader.read();
 }
 
-} // namespace
-
-QImage readImage(const QString &path)
+QImage decoded(const QString &path)
 {
-    if (!isRegularFile(path) || !hasBearableTexts(path))
+    QFile file(path);
+    if (!openRegularFile(file) || !hasBearableTexts(file))
         return {};
 
     const QSize screen(ScreenWidth(), ScreenHeight());
-    QImage picture = isSvg(path) ? readSvg(path, SvgFit::Within, screen) : readPixels(path, screen);
+    QImage picture = isSvg(file) ? readSvg(path, SvgFit::Within, screen) : readPixels(file, screen);
     picture = std::move(picture).convertToFormat(device_display_colormask() == 0 ? QImage::Format_Grayscale8
                                                                                  : QImage::Format_RGB888);
     if (SvGetScreenModeInversion())
         picture.invertPixels(QImage::InvertRgb);
     return picture;
+}
+
+} // namespace
+
+QImage readImage(const QString &path)
+{
+    // A picture without memory for its pixels is null, but what decoders keep beside them throws.
+    try {
+        return decoded(path);
+    } catch (const std::bad_alloc &) {
+        return {};
+    }
 }
 
 } // namespace lindenreed::picture_stand

@@ -50,13 +50,11 @@ qsizetype packedStart(QByteArrayView type, QByteArrayView text)
     return translationEnd < 0 ? -1 : translationEnd + 1;
 }
 
-} // namespace
-
-bool hasBearableTexts(const QString &path)
+/// From where the file stands on.
+bool hasBearableChunks(QFile &file)
 {
     constexpr QByteArrayView signature("\x89PNG\r\n\x1a\n");
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly) || file.read(signature.size()) != signature)
+    if (file.read(signature.size()) != signature)
         return true;
     qint64 left = mostText;
     while (left > 0) {
@@ -78,6 +76,14 @@ bool hasBearableTexts(const QString &path)
             return true;
     }
     return false;
+}
+
+} // namespace
+
+bool hasBearableTexts(QFile &file)
+{
+    const bool bearable = hasBearableChunks(file);
+    return file.seek(0) && bearable;
 }
 
 } // namespace lindenreed::picture_stand

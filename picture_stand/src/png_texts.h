@@ -2,7 +2,7 @@
 
 #pragma once
 
-#include <QString>
+class QFile;
 
 namespace lindenreed::picture_stand {
 
@@ -10,8 +10,9 @@ namespace lindenreed::picture_stand {
  * False for a PNG whose texts are more than 4 MiB, unpacked: the reader unpacks them all, and keeps several
  * copies, before the first pixel, and a file of 150 KiB can hold 150 MiB of them.
  *
- * True for every other file, damaged ones as well. The file must be a regular one. Any thread.
+ * True for every other file, damaged ones as well. The file is open, and afterwards stands at its beginning.
+ * Any thread.
  */
-bool hasBearableTexts(const QString &path);
+bool hasBearableTexts(QFile &file);
 
 } // namespace lindenreed::picture_stand

@@ -2,7 +2,9 @@
 
 #include <QFile>
 
+#include <fcntl.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 namespace lindenreed::picture_stand {
 
@@ -10,6 +12,23 @@ bool isRegularFile(const QString &path)
 {
     struct stat status = {};
     return stat(QFile::encodeName(path).constData(), &status) == 0 && S_ISREG(status.st_mode);
+}
+
+bool openRegularFile(QFile &file)
+{
+    if (!isRegularFile(file.fileName()))
+        return false;
+    // By now something else may have the name, which does not hold this up.
+    const int descriptor
+        = open(QFile::encodeName(file.fileName()).constData(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC);
+    if (descriptor < 0)
+        return false;
+    struct stat status = {};
+    if (fstat(descriptor, &status) == 0 && S_ISREG(status.st_mode)
+        && file.open(descriptor, QIODevice::ReadOnly, QFileDevice::AutoCloseHandle))
+        return true;
+    close(descriptor);
+    return false;
 }
 
 } // namespace lindenreed::picture_stand

@@ -3,6 +3,7 @@
 #include <slateview.h>
 
 #include <QCoreApplication>
+#include <QFile>
 #include <QImageReader>
 #include <QProcess>
 #include <QThread>
@@ -37,9 +38,9 @@ QImage received(const QByteArray &bytes)
 
 } // namespace
 
-bool isSvg(const QString &path)
+bool isSvg(QFile &file)
 {
-    return QImageReader::imageFormat(path).startsWith("svg");
+    return QImageReader(&file).format().startsWith("svg");
 }
 
 QImage readSvg(const QString &path, SvgFit fit, QSize box)

@@ -6,10 +6,13 @@
 #include <QSize>
 #include <QString>
 
+class QFile;
+
 namespace lindenreed::picture_stand {
 
-/// Whether the file's content, or failing that its name, is that of an SVG. The file must be a regular one.
-bool isSvg(const QString &path);
+/// Whether the content of an open file, or failing that its name, is that of an SVG; the file stays where it
+/// is.
+bool isSvg(QFile &file);
 
 enum class SvgFit {
     Within, ///< drawn at the box's size where it is larger, else at its own

@@ -65,6 +65,10 @@ public:
     static Verdict ask(FileCall::Kind kind, const char *path)
     {
         FileCalls *const current = s_current;
+        char target[4096] = {};
+        if (path && QByteArrayView(path).startsWith("/proc/self/fd/")
+            && ::readlink(path, target, sizeof(target) - 1) > 0)
+            path = target;
         if (!current || s_asking || !path || !QByteArrayView(path).startsWith(current->m_folder))
             return {};
         s_asking = true;
@@ -80,10 +84,8 @@ public:
         if (!isWatched(descriptor) || s_asking)
             return {};
         char link[64];
-        char path[4096] = {};
         std::snprintf(link, sizeof(link), "/proc/self/fd/%d", descriptor);
-        const ssize_t size = ::readlink(link, path, sizeof(path) - 1);
-        Verdict verdict = ask(kind, size > 0 ? path : nullptr);
+        Verdict verdict = ask(kind, link);
         verdict.watched = true;
         return verdict;
     }

@@ -1,0 +1,231 @@
+// Picture files that change under their readers, at every call that these make for them.
+
+#include "file_calls.h"
+#include "finished_cover.h"
+#include "panel_application.h"
+#include "picture_show_test.h"
+
+#include "created_date.h"
+#include "picture_reader.h"
+
+#include <QDir>
+
+#include <functional>
+
+#include <sys/stat.h>
+
+namespace {
+
+using Change = std::function<void(const QByteArray &)>;
+using Reader = std::function<QImage(const QString &)>;
+
+constexpr QSize pictureSize(200, 150);
+
+QImage noise(QSize size)
+{
+    QImage picture(size, QImage::Format_RGB32);
+    for (int y = 0; y < size.height(); ++y) {
+        for (int x = 0; x < size.width(); ++x)
+            picture.setPixel(x, y, qRgb(x * 37 ^ y * 11, x * 5 ^ y * 71, x * y));
+    }
+    return picture;
+}
+
+void become(const QByteArray &path, const QByteArray &contents)
+{
+    write(path + ".new", contents);
+    std::rename((path + ".new").constData(), path.constData());
+}
+
+const QList<std::pair<const char *, Change>> &changes()
+{
+    static const QByteArray other = encoded(noise({90, 60}), "BMP");
+    static const QList<std::pair<const char *, Change>> all{
+        {"vanishes", [](const QByteArray &path) { ::unlink(path.constData()); }},
+        {"is emptied", [](const QByteArray &path) { write(path, {}); }},
+        {"shrinks",
+         [](const QByteArray &path) {
+             QFile file(QFile::decodeName(path));
+             file.resize(file.size() / 2);
+         }},
+        {"grows",
+         [](const QByteArray &path) {
+             QFile file(QFile::decodeName(path));
+             if (file.open(QIODevice::Append))
+                 file.write(QByteArray(500'000, '\x55'));
+         }},
+        {"is overwritten", [](const QByteArray &path) { write(path, other); }},
+        {"becomes another picture", [](const QByteArray &path) { become(path, other); }},
+        {"becomes a text", [](const QByteArray &path) { become(path, "no picture at all\n"); }},
+        {"becomes a folder",
+         [](const QByteArray &path) {
+             ::unlink(path.constData());
+             ::mkdir(path.constData(), 0700);
+         }},
+        {"becomes a FIFO", // opening it would wait for ever
+         [](const QByteArray &path) {
+             ::unlink(path.constData());
+             ::mkfifo(path.constData(), 0600);
+         }},
+        {"becomes a device", // reading it would never end
+         [](const QByteArray &path) {
+             ::unlink(path.constData());
+             QFile::link(u"/dev/zero"_s, QFile::decodeName(path));
+         }},
+    };
+    return all;
+}
+
+} // namespace
+
+class tst_PictureChanges : public PictureShowTest
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase() { stored_database::remove(); }
+    void init() { begin(); }
+    void cleanup() { end(); }
+    void cleanupTestCase() { qInfo("%d changes and errors", m_changes); }
+
+    void whileItIsRead_data();
+    void whileItIsRead();
+    void readsThatFail_data() { addReaders(); }
+    void readsThatFail();
+    void onTheWayToTheScreen_data();
+    void onTheWayToTheScreen();
+
+private:
+    static void addReaders();
+    int m_changes = 0;
+};
+
+void tst_PictureChanges::addReaders()
+{
+    QTest::addColumn<Reader>("reader");
+
+    QTest::newRow("show") << Reader(lindenreed::picture_stand::readImage);
+    QTest::newRow("thumbnail") << Reader([](const QString &path) { return cover(path, {120, 90}); });
+    QTest::newRow("date") << Reader([](const QString &path) {
+        lindenreed::picture_stand::createdDate(path);
+        return QImage();
+    });
+}
+
+void tst_PictureChanges::whileItIsRead_data()
+{
+    addReaders();
+}
+
+void tst_PictureChanges::whileItIsRead()
+{
+    QFETCH(Reader, reader);
+
+    const QList<QSize> possible{{}, pictureSize, QSize(90, 60), QSize(120, 90), QSize(120, 80), QSize(0, 0)};
+    int file = 0;
+    for (const char *format : {"JPEG", "PNG", "BMP", "TIFF"}) {
+        const QByteArray whole = encoded(noise(pictureSize), format);
+        for (const auto &[name, change] : changes()) {
+            int count = 0;
+            for (int number = 0; number <= count; ++number) {
+                const QByteArray path = QFile::encodeName(m_folder->filePath(QString::number(++file)));
+                QVERIFY(write(path, whole));
+                count = 0;
+                QImage picture;
+                {
+                    const FileCalls calls(path, [&, &itsChange = change](FileCall &) {
+                        if (count++ == number)
+                            itsChange(path);
+                    });
+                    picture = reader(QFile::decodeName(path));
+                }
+                QVERIFY2(possible.contains(picture.size()),
+                         QByteArray(format) + ' ' + name + " at call " + QByteArray::number(number));
+                m_changes += count > number ? 1 : 0;
+            }
+            QVERIFY(count >= 3); // a look, opening and reading
+        }
+    }
+}
+
+void tst_PictureChanges::readsThatFail()
+{
+    QFETCH(Reader, reader);
+
+    int file = 0;
+    for (const char *format : {"JPEG", "PNG", "BMP", "TIFF"}) {
+        const QByteArray whole = encoded(noise(pictureSize), format);
+        for (const int error : {EIO, EMFILE, ESTALE}) {
+            int count = 0;
+            for (int number = 0; number <= count; ++number) {
+                const QByteArray path = QFile::encodeName(m_folder->filePath(u"e%1"_s.arg(++file)));
+                QVERIFY(write(path, whole));
+                count = 0;
+                const FileCalls calls(path,
+                                      [&](FileCall &call) { call.error = count++ == number ? error : 0; });
+                reader(QFile::decodeName(path));
+                m_changes += count > number ? 1 : 0;
+            }
+        }
+    }
+}
+
+void tst_PictureChanges::onTheWayToTheScreen_data()
+{
+    QTest::addColumn<int>("moment");
+    QTest::addColumn<Change>("change");
+
+    for (const auto &[name, change] : changes()) {
+        QTest::addRow("%s after the listing", name) << 0 << change;
+        QTest::addRow("%s after its date was read", name) << 1 << change;
+        QTest::addRow("%s after it was read ahead", name) << 2 << change;
+    }
+}
+
+void tst_PictureChanges::onTheWayToTheScreen()
+{
+    QFETCH(int, moment);
+    QFETCH(Change, change);
+
+    const bool isPicture = QByteArray(QTest::currentDataTag()).contains("picture")
+        || QByteArray(QTest::currentDataTag()).contains("overwritten")
+        || QByteArray(QTest::currentDataTag()).contains("grows");
+    const bool isPart = QByteArray(QTest::currentDataTag()).contains("shrinks");
+    QStringList paths;
+    for (int i = 0; i < 4; ++i) {
+        paths.append(m_folder->filePath(u"%1.jpg"_s.arg(i)));
+        QVERIFY(write(QFile::encodeName(paths.last()), encoded(noise(pictureSize), "PNG")));
+    }
+    const QByteArray changing = QFile::encodeName(paths.at(1));
+    App app;
+    QCOMPARE(runApp(app,
+                    [&](RunningApp &running) {
+                        running.slideshow()->initFromList(paths, 30);
+                        if (moment == 0)
+                            change(changing);
+                        running.slideshow()->setCurrentFile(paths.at(1));
+                        QVERIFY(running.slideshow()->createdDateTime().isValid() || moment == 0);
+                        if (moment == 1)
+                            change(changing);
+                        running.slideshow()->setCurrentFile(paths.at(0));
+                        app.changeView(u"slideshow"_s);
+                        emit running.slideshow()->loadToCache(paths, 0);
+                        QTRY_VERIFY(m_log->text().contains("/1.jpg size("));
+                        QThreadPool::globalInstance()->waitForDone();
+                        if (moment == 2)
+                            change(changing);
+                        QVERIFY(m_device->fire("nextImageEvent"));
+                        QCOMPARE(running.slideshow()->currentImage(), paths.at(1));
+                        if (!isPart || moment == 2)
+                            QCOMPARE(status(running), int(isPicture || moment == 2 ? Ready : Error));
+                        running.slideshow()->createdDateTime();
+                        QVERIFY(m_device->fire("nextImageEvent")); // and the show goes on
+                        QCOMPARE(running.slideshow()->currentImage(), paths.at(2));
+                        QCOMPARE(status(running), int(Ready));
+                    }),
+             0);
+    ++m_changes;
+}
+
+PANEL_TEST_MAIN(tst_PictureChanges)
+#include "tst_picture_changes.moc"
