@@ -29,6 +29,7 @@ private slots:
     void noAnswerInTime();
     void lateAnswerIsPassedOver();
     void deviceGoesWhileAsked();
+    void deviceThatTalksNonsense();
     void deviceGone();
     void busyDevice();
     void largeAnswer();
@@ -140,6 +141,29 @@ void tst_ControlClient::deviceGoesWhileAsked()
     stopper->start();
     QCOMPARE(client.ask(u"wait"_s, {}, 20s).value("error"_L1), u"no-device"_s);
     QVERIFY(stopper->wait());
+}
+
+void tst_ControlClient::deviceThatTalksNonsense()
+{
+    QTemporaryDir folder;
+    const QByteArray path = QFile::encodeName(folder.filePath(u"control"_s));
+    sockaddr_un address = {};
+    address.sun_family = AF_UNIX;
+    qstrncpy(address.sun_path, path.constData(), sizeof address.sun_path);
+    const int listening = ::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    QCOMPARE(::bind(listening, reinterpret_cast<const sockaddr *>(&address), sizeof address), 0);
+    QCOMPARE(::listen(listening, 1), 0);
+    std::optional<ControlClient> client = ControlClient::connectTo(folder.path(), nullptr);
+    QVERIFY(client);
+    const int device = ::accept(listening, nullptr, nullptr);
+    const QByteArray nonsense("\xff\xfe\n\n[1]\n7\n{\"id\":\"1\"}\n{\"id\":999,\"ok\":true}\n"
+                              "{\"id\":1e300}\n{\"id\":1,\"ok\":true,\"text\":\"at last\"}\n{\"id\":");
+    QCOMPARE(::write(device, nonsense.constData(), std::size_t(nonsense.size())), nonsense.size());
+    QCOMPARE(client->ask(u"echo"_s).value("text"_L1), u"at last"_s);
+    QCOMPARE(client->ask(u"echo"_s, {}, 50ms).value("error"_L1), u"no-answer"_s); // half a line
+    ::close(device);
+    QCOMPARE(client->ask(u"echo"_s).value("error"_L1), u"no-device"_s);
+    ::close(listening);
 }
 
 void tst_ControlClient::deviceGone()

@@ -6,6 +6,7 @@
 #include <inhibitor.h>
 
 #include <QCoreApplication>
+#include <QDBusVirtualObject>
 #include <QElapsedTimer>
 #include <QTest>
 
@@ -19,6 +20,32 @@ const Inhibition inhibition{u"Pictures are on show"_s, u"idle:sleep"_s, true};
 constexpr std::chrono::milliseconds shortPause = 20ms;
 
 } // namespace
+
+/// Has the names of both services, and answers them with something else than an inhibitor.
+class LyingService : public QDBusVirtualObject
+{
+    Q_OBJECT
+
+public:
+    LyingService(const PrivateBus &bus, QVariantList answer)
+        : m_answer(std::move(answer))
+    {
+        QDBusConnection connection = bus.connection();
+        for (const QString &path : {u"/org/freedesktop/ScreenSaver"_s, u"/org/freedesktop/login1"_s})
+            connection.registerVirtualObject(path, this);
+        for (const QString &name : {u"org.freedesktop.ScreenSaver"_s, u"org.freedesktop.login1"_s})
+            connection.registerService(name);
+    }
+
+    QString introspect(const QString &) const override { return {}; }
+    bool handleMessage(const QDBusMessage &request, const QDBusConnection &bus) override
+    {
+        return bus.send(request.createReply(m_answer));
+    }
+
+private:
+    QVariantList m_answer;
+};
 
 class tst_Inhibitor : public QObject
 {
@@ -43,6 +70,8 @@ private slots:
     void noAttemptAfterTheEnd();
     void busThatDiesWhileAsked();
     void complaintIsNotRepeated();
+    void answersThatMakeNoSense_data();
+    void answersThatMakeNoSense();
 
 private:
     static qsizetype complaints(const StderrCapture &errors)
@@ -334,6 +363,35 @@ void tst_Inhibitor::complaintIsNotRepeated()
         inhibitor.setWanted(false);
     }
     QCOMPARE(complaints(errors), 1);
+}
+
+void tst_Inhibitor::answersThatMakeNoSense_data()
+{
+    QTest::addColumn<QVariantList>("answer");
+
+    QTest::newRow("nothing") << QVariantList();
+    QTest::newRow("a text") << QVariantList{u"yes"_s};
+    QTest::newRow("a negative number") << QVariantList{-1};
+    QTest::newRow("many") << QVariantList(200, QVariant(u"x"_s.repeated(1000)));
+}
+
+void tst_Inhibitor::answersThatMakeNoSense()
+{
+    QFETCH(QVariantList, answer);
+
+    const PrivateBus bus;
+    const LyingService liar(bus, answer);
+    useSessionBus(bus.address());
+    useSystemBus(bus.address());
+    const StderrCapture errors;
+    Inhibitor inhibitor(inhibition);
+    inhibitor.setWanted(true);
+    QTRY_COMPARE(complaints(errors), 1);
+    QVERIFY(errors.text().contains("session bus: its answer makes no sense; "
+                                   "system bus: its answer makes no sense"));
+    QVERIFY(!inhibitor.isHeld());
+    inhibitor.setWanted(false);
+    QTRY_VERIFY(!inhibitor.isAsking());
 }
 
 QTEST_GUILESS_MAIN(tst_Inhibitor)
