@@ -24,7 +24,8 @@ inline constexpr int noiseLimit = 432;
 /// and no short period meets that of the dots.
 inline constexpr std::uint16_t noiseStep = 40503;
 
-/// The noise of a row's first pixel, as a signed fraction of 16 bits: f stands for f * 27 / 2048, rounded down.
+/// The noise of a row's first pixel, as a signed fraction of 16 bits: f stands for f * 27 / 2048, rounded
+/// down.
 inline std::uint16_t noisePhase(std::size_t row)
 {
     auto bits = static_cast<std::uint32_t>(row);
