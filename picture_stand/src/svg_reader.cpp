@@ -1,9 +1,8 @@
 #include "svg_reader.h"
 
-#include <slateview.h>
-
-#include <QCoreApplication>
 #include <QFile>
+#include <QFont>
+#include <QGuiApplication>
 #include <QImageReader>
 #include <QProcess>
 #include <QThread>
@@ -55,7 +54,7 @@ QImage readSvg(const QString &path, SvgFit fit, QSize box)
     process.setStandardErrorFile(QProcess::nullDevice()); // what is wrong with a picture is not told
     process.start(QCoreApplication::applicationDirPath() + u"/picture_stand_svg"_s,
                   {path, fit == SvgFit::Cover ? u"cover"_s : u"within"_s, QString::number(box.width()),
-                   QString::number(box.height()), QString::fromUtf8(sv_get_default_font(5))});
+                   QString::number(box.height()), QGuiApplication::font().family()});
     if (!process.waitForFinished(patience)) {
         process.kill();
         process.waitForFinished();

@@ -8,6 +8,7 @@
 #include <QDir>
 #include <QElapsedTimer>
 #include <QGuiApplication>
+#include <QProcessEnvironment>
 #include <QSet>
 #include <QTemporaryDir>
 
@@ -131,6 +132,11 @@ void tst_HostilePictures::init()
         ::setrlimit(RLIMIT_DATA, &memory);
     });
 #endif
+    // A size that nobody has is refused to a decoder, as it would be without the sanitizer.
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(u"ASAN_OPTIONS"_s,
+                       environment.value(u"ASAN_OPTIONS"_s) + u":allocator_may_return_null=1"_s);
+    m_device->program().setProcessEnvironment(environment);
     // Not a pipe: nobody reads while an answer is awaited.
     m_device->program().setStandardErrorFile(m_said.filePath(u"said"_s));
     QVERIFY(m_device->start());
@@ -138,6 +144,8 @@ void tst_HostilePictures::init()
 
 void tst_HostilePictures::cleanup()
 {
+    if (QFile said(m_said.filePath(u"said"_s)); QTest::currentTestFailed() && said.open(QIODevice::ReadOnly))
+        qInfo("%s", said.readAll().right(6000).constData());
     QVERIFY(m_device->does(u"quit"_s));
     QTRY_COMPARE(m_device->program().state(), QProcess::NotRunning);
     QCOMPARE(m_device->program().exitStatus(), QProcess::NormalExit);

@@ -81,7 +81,7 @@ void tst_SvgReader::sameAsWithin()
 
     const QString path = put(u"a.svg"_s,
                              hostile::svg("<rect x=\"9\" y=\"5\" width=\"50\" height=\"33\" fill=\"red\" "
-                                          "opacity=\"0.5\"/>",
+                                          "opacity=\"0.5\"/><text x=\"9\" y=\"60\">Lake</text>",
                                           size));
     QImageReader reader(path);
     if (reader.size().width() > box.width() || reader.size().height() > box.height())
