@@ -25,7 +25,7 @@ namespace {
 QImage makeCover(const QString &path, QSize box)
 {
     QImage picture;
-    if (QFile file(path); openRegularFile(file) && hasBearableTexts(file))
+    if (PictureFile file(path); openRegularFile(file) && hasBearableTexts(file))
         picture = isSvg(file) ? readSvg(path, SvgFit::Cover, box) : QImageReader(&file).read();
     // A null picture stays one, without the message that Qt would print.
     if (!picture.isNull())

@@ -38,7 +38,7 @@ QImage readPixels(QFile &file, QSize screen)
 
 QImage decoded(const QString &path)
 {
-    QFile file(path);
+    PictureFile file(path);
     if (!openRegularFile(file) || !hasBearableTexts(file))
         return {};
 

@@ -1,7 +1,5 @@
 #include "regular_file.h"
 
-#include <QFile>
-
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>

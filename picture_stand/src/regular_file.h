@@ -2,9 +2,10 @@
 
 #pragma once
 
+#include <QFile>
 #include <QString>
 
-class QFile;
+#include <algorithm>
 
 namespace lindenreed::picture_stand {
 
@@ -15,5 +16,19 @@ bool isRegularFile(const QString &path);
 /// a FIFO waits for a writer, and opening a device may do anything. What comes under the name between the two
 /// looks at it is not waited for either. Any thread.
 bool openRegularFile(QFile &file);
+
+/// A picture for Qt's decoders. What cannot be read any more ends the file: told of an error in its middle,
+/// that of TIFF files writes where it must not.
+class PictureFile : public QFile
+{
+public:
+    using QFile::QFile;
+
+protected:
+    qint64 readData(char *data, qint64 size) override
+    {
+        return std::max<qint64>(QFile::readData(data, size), 0);
+    }
+};
 
 } // namespace lindenreed::picture_stand
