@@ -24,8 +24,9 @@ void Timers::arm(const QByteArray &name, Callback callback, void *context, std::
     // A century is for ever, and far enough from the end of the clock to be added to it.
     const std::chrono::milliseconds interval
         = std::clamp<std::chrono::milliseconds>(delay, 0ms, 24h * 36'525);
+    const Clock::time_point now = Clock::now();
     m_entries.insert_or_assign(
-        name, Entry{callback, context, Clock::now() + interval, interval, ++m_lastNumber, false});
+        name, Entry{callback, context, now, now + interval, interval, ++m_lastNumber, false});
     schedule();
     emit changed();
 }
@@ -94,6 +95,14 @@ void Timers::schedule()
     m_timer.start(std::clamp<std::chrono::milliseconds>(remaining, least, 24h));
 }
 
+void Timers::note(const QByteArray &name, const Entry &entry)
+{
+    constexpr qsizetype most = 20;
+    if (m_lately.size() == most)
+        m_lately.removeFirst();
+    m_lately.append({++m_ranOut, name, entry.interval, entry.armed, Clock::now(), entry.fired});
+}
+
 void Timers::runOutDue()
 {
     struct Due
@@ -118,12 +127,12 @@ void Timers::runOutDue()
         const auto found = m_entries.find(next.name);
         if (found == m_entries.end() || found->second.number != next.number)
             continue; // cleared or armed anew by an earlier callback
-        const Callback callback = found->second.callback;
-        void *const context = found->second.context;
+        const Entry entry = found->second;
         m_entries.erase(found);
+        note(next.name, entry);
         schedule(); // before the callback: it may run an event loop of its own
         emit changed();
-        callback(context);
+        entry.callback(entry.context);
         if (!self)
             return;
         emit ranOut(next.name);

@@ -19,6 +19,17 @@ struct PendingTimer
     std::chrono::milliseconds interval;
 };
 
+/// What became of a timer.
+struct RanOut
+{
+    quint64 number; ///< from 1, of all that ran out
+    QByteArray name;
+    std::chrono::milliseconds interval;
+    std::chrono::steady_clock::time_point armed;
+    std::chrono::steady_clock::time_point ran; ///< when its callback began
+    bool fired; ///< before its time
+};
+
 /// Named one-shot timers on the monotonic clock. Main thread.
 ///
 /// Arming a pending name replaces it. A callback never runs inside arm, not even with delay 0, and a timer of
@@ -39,6 +50,7 @@ public:
     bool
     fire(const QByteArray &name); ///< lets it run out at the next turn of the loop; false: none was pending
     QList<PendingTimer> pending() const; ///< soonest first
+    const QList<RanOut> &lately() const { return m_lately; } ///< the last 20 that ran out, oldest first
     void clearAll();
 
 signals:
@@ -51,6 +63,7 @@ private:
     {
         Callback callback;
         void *context;
+        Clock::time_point armed;
         Clock::time_point deadline;
         std::chrono::milliseconds interval;
         quint64 number; ///< tells an entry from its successors of the same name
@@ -58,11 +71,14 @@ private:
     };
 
     void schedule();
+    void note(const QByteArray &name, const Entry &entry);
     void runOutDue();
 
     std::map<QByteArray, Entry> m_entries;
     QTimer m_timer; ///< one for all: runs until the soonest deadline
     quint64 m_lastNumber = 0;
+    QList<RanOut> m_lately;
+    quint64 m_ranOut = 0;
 };
 
 } // namespace lindenreed::device

@@ -32,6 +32,25 @@ QJsonArray pendingTimers(const Timers &timers)
     return array;
 }
 
+/// Moments are on the monotonic clock.
+QJsonArray timersRanOut(const Timers &timers)
+{
+    const auto microseconds = [](std::chrono::steady_clock::time_point moment) {
+        return qint64(
+            std::chrono::duration_cast<std::chrono::microseconds>(moment.time_since_epoch()).count());
+    };
+    QJsonArray array;
+    for (const RanOut &timer : timers.lately()) {
+        array.append(QJsonObject{{u"number"_s, qint64(timer.number)},
+                                 {u"name"_s, QString::fromUtf8(timer.name)},
+                                 {u"interval_ms"_s, qint64(timer.interval.count())},
+                                 {u"armed_us"_s, microseconds(timer.armed)},
+                                 {u"ran_us"_s, microseconds(timer.ran)},
+                                 {u"fired"_s, timer.fired}});
+    }
+    return array;
+}
+
 /// What the profile's hardware has, and no more: these are the members that the command "light" takes.
 QJsonObject lightState(const Device &device)
 {
@@ -105,7 +124,7 @@ void RemoteControl::addStateCommands()
     using remote::Reply;
     m_server.add(u"state"_s, {}, [this](const QJsonObject &, const Reply &reply) { reply(state()); });
     m_server.add(u"timers"_s, {}, [this](const QJsonObject &, const Reply &reply) {
-        reply({{u"timers"_s, pendingTimers(m_device.timers)}});
+        reply({{u"timers"_s, pendingTimers(m_device.timers)}, {u"ran_out"_s, timersRanOut(m_device.timers)}});
     });
     m_server.add(u"opened"_s, {}, [this](const QJsonObject &, const Reply &reply) {
         reply({{u"opened"_s, QJsonArray::fromStringList(m_device.viewer.opened())}});

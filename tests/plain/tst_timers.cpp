@@ -74,6 +74,7 @@ private slots:
     void longDelays();
     void emptyName();
     void tellsChanges();
+    void notesWhatRanOut();
     void nestedLoop();
     void destroyedByItsCallback();
 };
@@ -331,6 +332,37 @@ void tst_Timers::tellsChanges()
     timers.arm("c", Counter::count, &counter, 0ms);
     QTRY_COMPARE(counter.calls, 1);
     QCOMPARE(changed.size(), 4);
+}
+
+void tst_Timers::notesWhatRanOut()
+{
+    using Clock = std::chrono::steady_clock;
+    Timers timers;
+    Counter counter;
+    const auto before = Clock::now();
+    timers.arm("a", Counter::count, &counter, 30ms);
+    const auto armed = Clock::now();
+    QVERIFY(timers.lately().isEmpty());
+    QTRY_COMPARE(counter.calls, 1);
+    const auto ran = Clock::now();
+    QCOMPARE(timers.lately().size(), 1);
+    const RanOut first = timers.lately().constFirst();
+    QCOMPARE(first.number, 1ULL);
+    QCOMPARE(first.name, "a");
+    QCOMPARE(first.interval, 30ms);
+    QVERIFY(first.armed >= before && first.armed <= armed);
+    QVERIFY(first.ran >= first.armed + 30ms && first.ran <= ran);
+    QVERIFY(!first.fired);
+
+    for (int i = 0; i < 21; ++i) {
+        timers.arm("b", Counter::count, &counter, 1h);
+        QVERIFY(timers.fire("b"));
+        QTRY_COMPARE(counter.calls, i + 2);
+    }
+    QCOMPARE(timers.lately().size(), 20);
+    QCOMPARE(timers.lately().constFirst().number, 3ULL);
+    QCOMPARE(timers.lately().constLast().number, 22ULL);
+    QVERIFY(timers.lately().constLast().fired);
 }
 
 void tst_Timers::nestedLoop()

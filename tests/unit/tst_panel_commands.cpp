@@ -128,6 +128,15 @@ void tst_PanelCommands::timersAndFire()
 
     QCOMPARE(code(m_remote->ask(u"fire"_s, {{u"name"_s, u"nextImageEvent"_s}})), u"ok"_s);
     QCOMPARE(timerRuns, 1); // it has run when the answer comes
+    const QJsonObject ran = m_remote->ask(u"timers"_s).value(u"ran_out"_s).toArray().last().toObject();
+    QCOMPARE(ran.keys(),
+             QStringList({u"armed_us"_s, u"fired"_s, u"interval_ms"_s, u"name"_s, u"number"_s, u"ran_us"_s}));
+    QCOMPARE(ran.value(u"name"_s).toString(), u"nextImageEvent"_s);
+    QCOMPARE(ran.value(u"interval_ms"_s).toInt(), 3'600'000);
+    QCOMPARE(ran.value(u"fired"_s), QJsonValue(true));
+    QVERIFY(ran.value(u"number"_s).toInt() > 0);
+    QVERIFY(ran.value(u"armed_us"_s).toInteger() > 0);
+    QVERIFY(ran.value(u"ran_us"_s).toInteger() >= ran.value(u"armed_us"_s).toInteger());
     QCOMPARE(code(m_remote->ask(u"fire"_s, {{u"name"_s, u"nextImageEvent"_s}})), u"no-such-item"_s);
 }
 
