@@ -2,6 +2,7 @@
 
 #include "app.h"
 #include "language_setup.h"
+#include "memory_setup.h"
 
 #include <slateview.h>
 
@@ -16,6 +17,7 @@ namespace lindenreed::picture_stand {
 
 int runProgram(int argc, char **argv)
 {
+    setUpMemory();
     setenv("QT_QPA_PLATFORM", "lindenreed2", 1);
     setUpLanguage();
     QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);

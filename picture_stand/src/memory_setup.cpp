@@ -1,0 +1,18 @@
+#include "memory_setup.h"
+
+#include <malloc.h>
+
+namespace lindenreed::picture_stand {
+
+void setUpMemory()
+{
+#ifdef __GLIBC__
+    // Left to itself the library takes the first freed picture as a sign to keep the next ones, up to 32 MiB
+    // each, in the heaps of up to eight threads a processor; in between lie pictures of the cache, so that
+    // nothing of it comes back.
+    mallopt(M_MMAP_THRESHOLD, 128 * 1024);
+    mallopt(M_ARENA_MAX, 2);
+#endif
+}
+
+} // namespace lindenreed::picture_stand
