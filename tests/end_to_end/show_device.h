@@ -120,15 +120,20 @@ public:
         return m_program.readAllStandardError();
     }
 
-    /// The lines among them that are no diagnostics of the program's own: warnings of the interface, say.
+    /// The program's own diagnostics; others are warnings of the interface, say.
+    static bool isDiagnostic(const QByteArray &line)
+    {
+        return line.startsWith("add image ") || line.startsWith("remove image ")
+            || line.startsWith("FRONTLIGHT ") || line.startsWith("4 picture_stand/")
+            || line.contains("/inhibitor.cpp:");
+    }
+
+    /// The lines among the errors that are no diagnostics.
     QByteArrayList unexpectedErrors()
     {
         QByteArrayList unexpected;
         for (const QByteArray &line : errors().split('\n')) {
-            const bool known = line.startsWith("add image ") || line.startsWith("remove image ")
-                || line.startsWith("FRONTLIGHT ") || line.startsWith("4 picture_stand/")
-                || line.contains("/inhibitor.cpp:");
-            if (!known && !line.trimmed().isEmpty())
+            if (!isDiagnostic(line) && !line.trimmed().isEmpty())
                 unexpected.append(line.trimmed());
         }
         return unexpected;
