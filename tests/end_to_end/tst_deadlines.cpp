@@ -55,7 +55,7 @@ private:
     int remaining()
     {
         const QJsonArray timers = m_device->ask(u"timers"_s).value("timers"_L1).toArray();
-        for (const QJsonValue &timer : timers) {
+        for (const QJsonValue timer : timers) {
             if (timer.toObject().value("name"_L1) == showTimer)
                 return timer.toObject().value("remaining_ms"_L1).toInt();
         }
