@@ -97,13 +97,12 @@ public:
             && isShown();
     }
 
-    /// The way the settings go from the show and back.
-    bool changesSettings(const QStringList &steps)
+    bool changesDisplayMode()
     {
-        const bool done = m_device.walk(
-            QStringList{QStringLiteral("press #wrapper"), QStringLiteral("press Slideshow settings")} + steps
-            + QStringList{QStringLiteral("press Back")});
-        return done && isShown();
+        m_fills = !m_fills; // the row of the present one cannot be chosen
+        return changesSettings(
+            {QStringLiteral("touch Display mode"),
+             m_fills ? QStringLiteral("touch Fill screen") : QStringLiteral("touch Fit on black")});
     }
     /// Of the show, off and on again: sorted by path, then mixed.
     bool mixesAnew()
@@ -162,6 +161,15 @@ public:
 
 private:
     static inline const QString timer = QStringLiteral("nextImageEvent");
+
+    /// The way the settings go from the show and back.
+    bool changesSettings(const QStringList &steps)
+    {
+        const bool done = m_device.walk(
+            QStringList{QStringLiteral("press #wrapper"), QStringLiteral("press Slideshow settings")} + steps
+            + QStringList{QStringLiteral("press Back")});
+        return done && isShown();
+    }
 
     bool store()
     {
@@ -292,6 +300,7 @@ private:
     double m_latestMs = 0;
     bool m_cardIn = true;
     bool m_usbIn = false;
+    bool m_fills = true;
     QString m_trouble;
     QFile m_errors;
     QByteArray m_text; ///< of them, up to now without an end of line

@@ -129,7 +129,7 @@ void tst_Deadlines::timedSteps()
                 (steps.back().ranMs - steps.front().ranMs) / 1000, steps.size() - 1);
     QVERIFY2(late.front() >= 0, qPrintable(QString::number(late.front())));
     QVERIFY2(late.back() < mostLateMs, qPrintable(QString::number(late.back())));
-    // A timer that may be a twentieth off, as timers are unless they are told otherwise, is none for a show.
+    // What each picture stays too long adds up.
     QVERIFY2(late[late.size() / 2] < intervalMs / 50, qPrintable(QString::number(late[late.size() / 2])));
 }
 

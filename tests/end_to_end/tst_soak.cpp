@@ -35,14 +35,12 @@ bool tst_Soak::happens(SoakShow &show, int event)
     const int round = event / 10;
     switch (event % 10) {
     case 0:
-    case 9:
+    case 3:
         return show.plugs("card");
     case 1:
         return show.opensMenu();
     case 2:
         return show.touches();
-    case 3:
-        return show.plugs("usb");
     case 4:
         return show.goesAway();
     case 5:
@@ -51,13 +49,14 @@ bool tst_Soak::happens(SoakShow &show, int event)
         return show.changesByItself();
     case 7:
         return show.turns(0); // before the settings do it
+    case 9:
+        return show.plugs("usb");
     default:
         if (round % 8 == 0)
             return show.editsPlaylists();
         if (round % 4 == 1)
             return show.mixesAnew();
-        return show.changesSettings(
-            {u"touch Display mode"_s, round % 2 == 0 ? u"touch Fill screen"_s : u"touch Fit on black"_s});
+        return show.changesDisplayMode();
     }
 }
 
