@@ -3,6 +3,7 @@
 #pragma once
 
 #include "in_device.h"
+#include "memory_setup.h"
 #include "running_app.h"
 
 #include <QElapsedTimer>
@@ -100,6 +101,7 @@ private:
 inline int measureApp(int argc, char *argv[],
                       const std::function<void(const RunningApp &, const QStringList &, Medians &)> &body)
 {
+    picture_stand::setUpMemory();
     qputenv("QT_QPA_PLATFORM", "lindenreed2");
     QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
     const QGuiApplication application(argc, argv);

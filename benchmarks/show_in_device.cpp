@@ -2,6 +2,7 @@
 
 #include "created_date.h"
 #include "in_device.h"
+#include "memory_setup.h"
 #include "picture_reader.h"
 #include "running_app.h"
 
@@ -134,6 +135,7 @@ private:
 
 int main(int argc, char *argv[])
 {
+    picture_stand::setUpMemory();
     qputenv("QT_QPA_PLATFORM", "lindenreed2");
     QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
     const QGuiApplication application(argc, argv);

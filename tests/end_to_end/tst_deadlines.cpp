@@ -180,7 +180,7 @@ void tst_Deadlines::pauseStays()
     const qint64 last = lastNumber();
     QCOMPARE(remaining(), -1);
     const double paused = RanOut::nowMs();
-    QVERIFY(QTest::qWaitFor([&] { return RanOut::nowMs() > paused + 2.5 * intervalMs; }, 10'000));
+    QVERIFY(QTest::qWaitFor([&] { return RanOut::nowMs() > paused + 1.5 * intervalMs; }, 10'000));
     QCOMPARE(remaining(), -1);
     QVERIFY(stepsAfter(last).isEmpty());
 
