@@ -11,9 +11,16 @@ namespace {
 // anything.
 constexpr long mostMemory = 720L * 1000 * 1000;
 
-// Programs write about ten. Each one goes through the whole picture and takes a few bytes in a file: a small
-// file could keep a thread for hours.
+// Each scan goes through the whole picture, at up to a nanosecond a pixel, and takes a few bytes in a file: a
+// small file could keep a thread for hours. Programs write about ten.
 constexpr int mostScans = 1000;
+constexpr qint64 mostScannedPixels = 2'000'000'000; // ten scans of 200 megapixels, all in all
+
+bool scansTooMuch(const jpeg_decompress_struct &info)
+{
+    const qint64 pixels = qint64(info.image_width) * info.image_height;
+    return info.input_scan_number > mostScans || info.input_scan_number * pixels > mostScannedPixels;
+}
 
 } // namespace
 
@@ -37,7 +44,7 @@ JpegDecoder::JpegDecoder(QIODevice &device)
         = [](j_common_ptr info) { std::longjmp(reinterpret_cast<Errors *>(info->err)->giveUp, 1); };
     m_errors.manager.output_message = [](j_common_ptr) {};
     m_progress.progress_monitor = [](j_common_ptr info) {
-        if (reinterpret_cast<j_decompress_ptr>(info)->input_scan_number > mostScans)
+        if (scansTooMuch(*reinterpret_cast<j_decompress_ptr>(info)))
             info->err->error_exit(info);
     };
 }

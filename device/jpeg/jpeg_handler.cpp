@@ -2,6 +2,7 @@
 
 #include "exif_orientation.h"
 #include "jpeg_decoder.h"
+#include "jpeg_picture.h"
 #include "qt_jpeg_plugin.h"
 
 #include <facts.h>
@@ -92,7 +93,11 @@ bool JpegHandler::read(QImage *image)
         return false;
     m_state = State::Done;
     const bool grey = m_format == QImage::Format_Grayscale8;
-    const bool decoded = decodePicture(*m_decoder, m_request, grey, image);
+    const JpegRequest request = {.quality = option(Quality).toInt(),
+                                 .clip = option(ClipRect).toRect(),
+                                 .scaledSize = option(ScaledSize).toSize(),
+                                 .scaledClip = option(ScaledClipRect).toRect()};
+    const bool decoded = decodePicture(*m_decoder, request, grey, image);
     const bool coloursAreTheFiles = !grey || m_decoder->info().num_components == 1;
     m_decoder.reset();
     if (!decoded)
@@ -119,13 +124,12 @@ QVariant JpegHandler::option(ImageOption option) const
 {
     switch (option) {
     case Quality:
-        return m_request.quality;
+        return m_options.value(option, JpegRequest().quality);
     case ClipRect:
-        return m_request.clip;
-    case ScaledSize:
-        return m_request.scaledSize;
     case ScaledClipRect:
-        return m_request.scaledClip;
+        return m_options.value(option, QRect());
+    case ScaledSize:
+        return m_options.value(option, QSize());
     case Size:
         readHeader();
         return m_size;
@@ -150,22 +154,6 @@ QVariant JpegHandler::option(ImageOption option) const
 void JpegHandler::setOption(ImageOption option, const QVariant &value)
 {
     m_options.insert(option, value);
-    switch (option) {
-    case Quality:
-        m_request.quality = value.toInt();
-        break;
-    case ClipRect:
-        m_request.clip = value.toRect();
-        break;
-    case ScaledSize:
-        m_request.scaledSize = value.toSize();
-        break;
-    case ScaledClipRect:
-        m_request.scaledClip = value.toRect();
-        break;
-    default:
-        break;
-    }
 }
 
 bool JpegHandler::supportsOption(ImageOption option) const

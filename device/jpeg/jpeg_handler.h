@@ -2,12 +2,12 @@
 
 #pragma once
 
-#include "jpeg_picture.h"
-
 #include <QByteArray>
+#include <QImage>
 #include <QImageIOHandler>
 #include <QList>
 #include <QMap>
+#include <QSize>
 #include <QString>
 #include <QVariant>
 
@@ -15,6 +15,8 @@
 #include <utility>
 
 namespace lindenreed::device {
+
+class JpegDecoder;
 
 /// Reads as Qt's own reader does, with few differences: a smaller picture is reduced while it is decoded, so
 /// that the whole one is never held, and in a device with a grey panel every picture is grey: the file's
@@ -48,8 +50,7 @@ private:
     mutable Transformations m_transformation = TransformationNone;
     mutable QList<std::pair<QString, QString>> m_texts;
     mutable QByteArray m_colourProfile;
-    JpegRequest m_request;
-    QMap<ImageOption, QVariant> m_options; ///< as they were set, for writing
+    QMap<ImageOption, QVariant> m_options; ///< as they were set, for writing too
 };
 
 } // namespace lindenreed::device

@@ -8,7 +8,9 @@
 #include "stderr_capture.h"
 
 #include <facts.h>
+#include <jpeg_decoder.h>
 
+#include <QBuffer>
 #include <QImageReader>
 #include <QLoggingCategory>
 #include <QTest>
@@ -46,6 +48,8 @@ private slots:
     void headerThatClaimsMuch_data();
     void headerThatClaimsMuch();
     void progressiveHeaderThatClaimsMuch();
+    void memoryOfScans_data();
+    void memoryOfScans();
     void endlessScans();
     void allocationLimit();
 
@@ -169,16 +173,64 @@ void tst_JpegDamage::progressiveHeaderThatClaimsMuch()
     QVERIFY(watch.grown() < growthLimit(8 * 1024));
 }
 
-void tst_JpegDamage::endlessScans()
+void tst_JpegDamage::memoryOfScans_data()
 {
-    // The first scan again and again, each of which goes through the whole picture.
-    const QByteArray file = jpegFile({64, 48}, {.colours = JCS_GRAYSCALE, .progressive = true});
+    QTest::addColumn<JpegKind>("kind");
+    QTest::addColumn<qint64>("bytes"); ///< of a pixel
+
+    QTest::newRow("grey") << JpegKind{.colours = JCS_GRAYSCALE, .progressive = true} << qint64(2);
+    QTest::newRow("4:2:0") << JpegKind{.progressive = true} << qint64(3);
+    QTest::newRow("4:4:4") << JpegKind{.across = 1, .down = 1, .progressive = true} << qint64(6);
+    QTest::newRow("four inks") << JpegKind{.colours = JCS_CMYK, .progressive = true} << qint64(8);
+}
+
+void tst_JpegDamage::memoryOfScans()
+{
+    QFETCH(JpegKind, kind);
+    QFETCH(qint64, bytes);
+
+    // Without tables for its first scan a file ends as soon as the memory is there, before any of it is used.
+    QByteArray file = jpegFile({64, 64}, kind);
+    for (qsizetype table = file.indexOf("\xff\xc4"); table >= 0; table = file.indexOf("\xff\xc4", table))
+        file.replace(table, 2, "\xff\xe9");
+    constexpr qint64 million = 1'000'000;
+    for (const auto &[megabytes, allowed] : {std::pair(712, true), std::pair(728, false)}) {
+        constexpr int width = 8000;
+        const QSize size(width, int(megabytes * million / bytes / width));
+        QBuffer device;
+        device.setData(claiming(file, size, "\xff\xc2"));
+        QVERIFY(device.open(QIODevice::ReadOnly));
+        lindenreed::device::JpegDecoder decoder(device);
+        QVERIFY(decoder.readHeader() && decoder.choose(1, decoder.info().jpeg_color_space, false));
+        const GrowthWatch watch;
+        QVERIFY(!decoder.start());
+        const qint64 taken = watch.reserved();
+        QVERIFY2(allowed ? taken > 690 * 1000 : taken < 8 * 1024, QByteArray::number(taken).constData());
+        QVERIFY(watch.grown() < growthLimit(8 * 1024));
+    }
+}
+
+/// `scans` further ones, like the first, each of which goes through the whole picture.
+static QByteArray withFurtherScans(QByteArray file, int scans)
+{
     const qsizetype begin = file.indexOf("\xff\xda");
     const qsizetype end = file.indexOf("\xff\xc4", begin);
-    QVERIFY(begin > 0 && end > begin);
-    const QByteArray scan = file.mid(begin, end - begin);
-    QVERIFY(!ownPicture(QByteArray(file).insert(end, scan.repeated(900))).isNull());
-    QVERIFY(ownPicture(QByteArray(file).insert(end, scan.repeated(1100))).isNull());
+    return file.insert(end, file.mid(begin, end - begin).repeated(scans));
+}
+
+void tst_JpegDamage::endlessScans()
+{
+    const QByteArray file = jpegFile({64, 48}, {.colours = JCS_GRAYSCALE, .progressive = true});
+    const int own = int(file.count("\xff\xda"));
+    QVERIFY(!ownPicture(withFurtherScans(file, 1000 - own)).isNull());
+    QVERIFY(ownPicture(withFurtherScans(file, 1001 - own)).isNull());
+
+    // 20 megapixels, a hundred times.
+    const QByteArray large = claiming(file, {5000, 4000}, "\xff\xc2");
+    const auto scales
+        = [](QImageIOHandler &reader) { reader.setOption(QImageIOHandler::ScaledSize, QSize(20, 20)); };
+    QVERIFY(!ownPicture(withFurtherScans(large, 100 - own), scales).isNull());
+    QVERIFY(ownPicture(withFurtherScans(large, 101 - own), scales).isNull());
 }
 
 void tst_JpegDamage::allocationLimit()

@@ -18,8 +18,10 @@ public:
         if (file.open(QIODevice::WriteOnly))
             file.write("5");
         m_before = memory("VmRSS");
+        m_reservedBefore = memory("VmSize");
     }
     qint64 grown() const { return memory("VmHWM") - m_before; } ///< at most, in KiB
+    qint64 reserved() const { return memory("VmSize") - m_reservedBefore; } ///< now, used or not, in KiB
 
 private:
     static qint64 memory(const QByteArray &name)
@@ -35,4 +37,5 @@ private:
     }
 
     qint64 m_before = 0;
+    qint64 m_reservedBefore = 0;
 };
