@@ -4,18 +4,6 @@
 #     build/release/stage/lib/picture_stand/fuzz_device profile -max_total_time=60 NEW_CORPUS_FOLDER \
 #         build/release/tests/fuzz/device_seeds/profile
 
-set(SLATE_FUZZ_SECONDS 20 CACHE STRING "How long each fuzzer runs in the tests")
-
-# slate_fuzz_test(NAME COMMAND...): a short run, and one of an hour in "./test.sh --long".
-function(slate_fuzz_test name)
-    set(command ${ARGN} -timeout=5 -print_final_stats=1 -artifact_prefix=${CMAKE_CURRENT_BINARY_DIR}/${name}-)
-    add_test(NAME ${name} COMMAND ${command} -max_total_time=${SLATE_FUZZ_SECONDS})
-    set_tests_properties(${name} PROPERTIES LABELS plain TIMEOUT 120)
-    add_test(NAME ${name}_long CONFIGURATIONS Long COMMAND ${command} -max_total_time=3600)
-    set_tests_properties(${name}_long PROPERTIES LABELS long TIMEOUT 4000)
-    set_tests_properties(${name} ${name}_long PROPERTIES ENVIRONMENT "${SLATE_TEST_ENVIRONMENT}")
-endfunction()
-
 set(parsers configuration control_connection device_record language_table locale_alias profile request_line theme)
 set(root ${PROJECT_SOURCE_DIR})
 set(sources

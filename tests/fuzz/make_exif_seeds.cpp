@@ -1,11 +1,7 @@
-// Writes what fuzzing of the EXIF reader begins with: make_exif_seeds FOLDER. The names of the files go, as
-// the fuzzer wants them, to the file "list" in that folder.
+// Writes what fuzzing of the EXIF reader begins with: make_exif_seeds FOLDER.
 
 #include "exif_builder.h"
-
-#include <filesystem>
-#include <fstream>
-#include <iostream>
+#include "seed_files.h"
 
 namespace {
 
@@ -76,21 +72,8 @@ std::vector<std::string> seeds(ByteOrder order)
 
 int main(int argc, char **argv)
 {
-    if (argc != 2) {
-        std::cerr << "usage: make_exif_seeds FOLDER\n";
-        return 2;
-    }
-    const std::filesystem::path folder = argv[1];
-    std::filesystem::create_directories(folder);
-    std::ofstream list(folder / "list");
-    int number = 0;
-    for (const ByteOrder order : {ByteOrder::Little, ByteOrder::Big}) {
-        for (const std::string &seed : seeds(order)) {
-            const std::filesystem::path path = folder / std::to_string(number);
-            std::ofstream(path, std::ios::binary) << seed;
-            list << (number++ == 0 ? "" : ",") << path.string();
-        }
-    }
-    list.close();
-    return list ? 0 : 1;
+    std::vector<std::string> all = seeds(ByteOrder::Little);
+    for (const std::string &seed : seeds(ByteOrder::Big))
+        all.push_back(seed);
+    return writeSeeds(argc, argv, all);
 }
