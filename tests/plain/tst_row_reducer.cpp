@@ -1,5 +1,7 @@
 // Reduced pictures, beside the same sums in floating point.
 
+#include "instruction_sets.h"
+
 #include <row_reducer.h>
 
 #include <QTest>
@@ -87,6 +89,7 @@ class tst_RowReducer : public QObject
 private slots:
     void sizes_data();
     void sizes();
+    void instructionSets();
     void channelsAreApart();
     void flatStaysFlat();
     void paddingIsLeft();
@@ -127,6 +130,29 @@ void tst_RowReducer::sizes()
     for (std::size_t i = 0; i < result.size(); ++i)
         QVERIFY2(std::abs(result[i] - std::clamp(expected[i], 0.0, 255.0)) < 0.75,
                  QByteArray::number(qulonglong(i)));
+}
+
+void tst_RowReducer::instructionSets()
+{
+    // Extremes as well: no set may lose what the sums reach beyond black and white.
+    Bytes extremes = noise(std::size_t(97) * 61 * 4);
+    for (std::uint8_t &byte : extremes)
+        byte = byte < 128 ? 0 : 255;
+    for (const Bytes &picture : {noise(extremes.size()), extremes}) {
+        for (const int channels : {1, 4}) {
+            for (const RowReducer::Size target : {RowReducer::Size{80, 51}, {97, 20}, {5, 61}, {1, 1}}) {
+                Bytes expected;
+                for (const std::int64_t set : lindenreed::pixels::instructionSets()) {
+                    const lindenreed::pixels::ForcedInstructionSet forced(set);
+                    const Bytes result
+                        = reduced(picture, {97, 61}, target, channels, std::size_t(target.width * channels));
+                    if (expected.empty())
+                        expected = result;
+                    QVERIFY2(result == expected, lindenreed::pixels::instructionSetName(set).c_str());
+                }
+            }
+        }
+    }
 }
 
 void tst_RowReducer::channelsAreApart()
