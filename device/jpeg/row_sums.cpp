@@ -1,7 +1,5 @@
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "row_sums.cpp"
-#define HWY_DISABLED_TARGETS                                                                                 \
-    (HWY_SVE | HWY_SVE2 | HWY_SVE_256 | HWY_SVE2_128 | HWY_RVV) // vectors without a fixed size
 
 #include "row_sums.h"
 
