@@ -1,13 +1,13 @@
 // Reduced pictures, beside the same sums in floating point.
 
 #include "instruction_sets.h"
+#include "slow_reduction.h"
 
 #include <row_reducer.h>
 
 #include <QTest>
 
 #include <cmath>
-#include <numbers>
 #include <numeric>
 #include <random>
 
@@ -15,7 +15,6 @@ using lindenreed::device::ReducingTaps;
 using lindenreed::device::RowReducer;
 
 using Bytes = std::vector<std::uint8_t>;
-using Values = std::vector<double>;
 
 namespace {
 
@@ -29,45 +28,6 @@ Bytes reduced(const Bytes &picture, RowReducer::Size size, RowReducer::Size targ
         std::copy_n(picture.begin() + std::ptrdiff_t(y * rowBytes), rowBytes, reducer.nextRow());
         reducer.add();
     }
-    return result;
-}
-
-double lanczos(double x)
-{
-    const auto sinc
-        = [](double t) { return t == 0 ? 1 : std::sin(std::numbers::pi * t) / (std::numbers::pi * t); };
-    return std::abs(x) < 3 ? sinc(x) * sinc(x / 3) : 0;
-}
-
-/// Along one line of values, `step` apart.
-void reduceLine(const double *source, int length, double *target, int targetLength, std::size_t step,
-                std::size_t targetStep)
-{
-    const double scale = double(length) / targetLength;
-    for (int i = 0; i < targetLength; ++i) {
-        const double centre = (i + 0.5) * scale - 0.5;
-        double sum = 0;
-        double weights = 0;
-        for (int k = 0; k < length; ++k) {
-            const double weight = lanczos((k - centre) / scale);
-            sum += weight * source[std::size_t(k) * step];
-            weights += weight;
-        }
-        target[std::size_t(i) * targetStep] = sum / weights;
-    }
-}
-
-Values reference(const Bytes &picture, RowReducer::Size size, RowReducer::Size target)
-{
-    const Values source(picture.begin(), picture.end());
-    const auto width = std::size_t(size.width);
-    const auto targetWidth = std::size_t(target.width);
-    Values low(width * std::size_t(target.height));
-    for (std::size_t x = 0; x < width; ++x)
-        reduceLine(source.data() + x, size.height, low.data() + x, target.height, width, width);
-    Values result(targetWidth * std::size_t(target.height));
-    for (std::size_t y = 0; y < std::size_t(target.height); ++y)
-        reduceLine(low.data() + y * width, size.width, result.data() + y * targetWidth, target.width, 1, 1);
     return result;
 }
 
@@ -126,7 +86,7 @@ void tst_RowReducer::sizes()
     const Bytes picture = noise(std::size_t(width) * std::size_t(height));
     const Bytes result
         = reduced(picture, {width, height}, {targetWidth, targetHeight}, 1, std::size_t(targetWidth));
-    const Values expected = reference(picture, {width, height}, {targetWidth, targetHeight});
+    const std::vector<double> expected = slowlyReduced(picture, width, targetWidth, targetHeight);
     for (std::size_t i = 0; i < result.size(); ++i)
         QVERIFY2(std::abs(result[i] - std::clamp(expected[i], 0.0, 255.0)) < 0.75,
                  QByteArray::number(qulonglong(i)));
