@@ -50,7 +50,7 @@ int main(int argc, char **argv)
             seeds.push_back(seed(file, reading));
         seeds.push_back(seed(file.first(file.size() * 2 / 3)));
     }
-    for (int orientation = 1; orientation <= 8; ++orientation)
+    for (int orientation = 0; orientation <= 9; ++orientation)
         seeds.push_back(seed(jpegFile({8, 8}, {.app1 = exifOf(orientation, orientation % 2 == 0)})));
     const QByteArray profile("ICC_PROFILE\0\x01\x01", 14);
     seeds.push_back(
