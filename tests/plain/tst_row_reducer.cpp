@@ -104,8 +104,8 @@ void tst_RowReducer::instructionSets()
                 Bytes expected;
                 for (const std::int64_t set : lindenreed::pixels::instructionSets()) {
                     const lindenreed::pixels::ForcedInstructionSet forced(set);
-                    const Bytes result
-                        = reduced(picture, {97, 61}, target, channels, std::size_t(target.width * channels));
+                    const Bytes result = reduced(picture, {97, 61}, target, channels,
+                                                 std::size_t(target.width) * std::size_t(channels));
                     if (expected.empty())
                         expected = result;
                     QVERIFY2(result == expected, lindenreed::pixels::instructionSetName(set).c_str());
