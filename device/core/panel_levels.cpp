@@ -8,14 +8,36 @@ namespace lindenreed::device {
 
 namespace {
 
-constinit std::atomic<const pixels::LevelCurve *> measured = nullptr; ///< null: even levels
+struct Curves
+{
+    explicit Curves(const pixels::LevelCurve &curve)
+        : upright(curve)
+        , inverted(pixels::mirrored(curve))
+    {
+    }
+
+    pixels::LevelCurve upright, inverted;
+};
+
+constinit std::atomic<const Curves *> measured = nullptr; ///< null: even levels
+
+const Curves &curves()
+{
+    static const Curves even(pixels::evenLevels());
+    const Curves *const known = measured;
+    return known ? *known : even;
+}
 
 } // namespace
 
 const pixels::LevelCurve &levelCurve()
 {
-    const pixels::LevelCurve *const curve = measured;
-    return curve ? *curve : pixels::evenLevels();
+    return curves().upright;
+}
+
+const pixels::LevelCurve &invertedLevelCurve()
+{
+    return curves().inverted;
 }
 
 pixels::Tone defaultTone()
@@ -30,8 +52,8 @@ void setLevelLuminances(const std::optional<pixels::Luminances> &luminances)
         return;
     }
     // A worker may be dithering by an earlier one. A process starts one device, a test a few.
-    static auto *const kept = new std::vector<std::unique_ptr<const pixels::LevelCurve>>;
-    kept->push_back(std::make_unique<const pixels::LevelCurve>(pixels::curveFor(*luminances)));
+    static auto *const kept = new std::vector<std::unique_ptr<const Curves>>;
+    kept->push_back(std::make_unique<const Curves>(pixels::curveFor(*luminances)));
     measured = kept->back().get();
 }
 

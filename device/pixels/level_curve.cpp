@@ -76,4 +76,12 @@ LevelCurve curveFor(const Luminances &levels)
     return curve;
 }
 
+LevelCurve mirrored(const LevelCurve &curve)
+{
+    LevelCurve mirrored;
+    for (std::size_t grey = 0; grey < curve.size(); ++grey)
+        mirrored[grey] = static_cast<std::int16_t>(15 * levelStep - curve[255 - grey]);
+    return mirrored;
+}
+
 } // namespace lindenreed::pixels

@@ -45,6 +45,9 @@ Luminances luminancesByGamma(double black, double white, double gamma);
  */
 LevelCurve curveFor(const Luminances &levels);
 
+/// For pictures that are shown inverted, grey and level alike: their dots mix as what they turn into.
+LevelCurve mirrored(const LevelCurve &curve);
+
 /// The lightness that curveFor() aims at for a grey.
 double wantedLightness(double grey, const Luminances &levels);
 

@@ -1,6 +1,7 @@
 // The SDK's operations on pictures in memory.
 
 #include <dither.h>
+#include <facts.h>
 #include <panel_levels.h>
 #include <slateview.h>
 #include <slateview_testing.h>
@@ -57,6 +58,18 @@ double thumbnailLightness(int grey, const lindenreed::pixels::Luminances &levels
     return lindenreed::pixels::lightness(light / double(field.size()));
 }
 
+/// How light a show's picture of one grey is in inverted mode: it comes inverted, and so goes to the screen.
+double invertedLightness(int grey, const lindenreed::pixels::Luminances &levels)
+{
+    constexpr int side = 200;
+    std::vector<unsigned char> field(std::size_t(side * side), static_cast<unsigned char>(255 - grey));
+    QuickFloyd16Dither(field.data(), side, 0, 0, side, side);
+    double light = 0;
+    for (const unsigned char pixel : field)
+        light += levels[15 - pixel / 17];
+    return lindenreed::pixels::lightness(light / double(field.size()));
+}
+
 } // namespace
 
 class tst_SdkPictures : public QObject
@@ -76,6 +89,8 @@ private slots:
     void ditherForThePanel();
     void thumbnailOnAMeasuredPanel();
     void thumbnailOnAnyPanel();
+    void invertedOnEvenLevels();
+    void invertedOnAMeasuredPanel();
     void ditherRectangle_data();
     void ditherRectangle();
 };
@@ -255,6 +270,33 @@ void tst_SdkPictures::thumbnailOnAnyPanel()
             - lindenreed::pixels::lightness(paper[std::size_t(grey / 17)]);
         QVERIFY2(lacking > 0 && lacking < without - 1, qPrintable(u"%1 %2"_s.arg(grey).arg(lacking)));
     }
+}
+
+void tst_SdkPictures::invertedOnEvenLevels()
+{
+    DeviceForTest device;
+    facts().inverted = true;
+    lindenreed::pixels::Luminances levels;
+    for (std::size_t level = 0; level < levels.size(); ++level)
+        levels[level] = lindenreed::pixels::luminance(double(level) * 17);
+    for (int grey = 0; grey < 256; grey += 5) {
+        const double off = invertedLightness(grey, levels)
+            - lindenreed::pixels::lightness(lindenreed::pixels::luminance(grey));
+        QVERIFY2(std::abs(off) < 0.1, qPrintable(u"%1 %2"_s.arg(grey).arg(off)));
+    }
+}
+
+void tst_SdkPictures::invertedOnAMeasuredPanel()
+{
+    DeviceForTest device;
+    facts().inverted = true;
+    const auto paper = lindenreed::pixels::luminancesByGamma(0.009, 0.65, 1.42);
+    setLevelLuminances(paper);
+    for (int grey = 0; grey < 256; grey += 5) {
+        const double off = invertedLightness(grey, paper) - lindenreed::pixels::wantedLightness(grey, paper);
+        QVERIFY2(std::abs(off) < 0.1, qPrintable(u"%1 %2"_s.arg(grey).arg(off)));
+    }
+    setLevelLuminances({});
 }
 
 void tst_SdkPictures::ditherRectangle_data()

@@ -56,8 +56,10 @@ void QuickFloyd16Dither(unsigned char *data, int bytesPerLine, int x, int y, int
     const qint64 bottom = qint64(y) + height;
     if (!data || left >= right || top >= bottom)
         return;
+    // Inverted, a show's pictures come inverted, and the screen turns them round again.
+    const auto &curve = facts().inverted ? invertedLevelCurve() : levelCurve();
     // The picture reaches at least as far as the rectangle; how much further does not matter.
     const Picture area{data, std::size_t(right), std::size_t(bottom), std::size_t(bytesPerLine), 1};
     lindenreed::pixels::diffuseTo16Levels(area, std::size_t(left), std::size_t(top),
-                                          std::size_t(right - left), std::size_t(bottom - top), levelCurve());
+                                          std::size_t(right - left), std::size_t(bottom - top), curve);
 }
