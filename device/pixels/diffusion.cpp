@@ -6,7 +6,7 @@
 // remainder e = u - level is 0 to levelStep where an error would be -levelStep / 2 to levelStep / 2. A
 // neighbour without error leaves half a step. Shares of remainders are never off by more than the remainders
 // are, so nothing needs clamping but at the sides of the rectangle, where shares turn down instead of
-// leaving.
+// leaving. A run of one level takes none of them.
 
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "diffusion.cpp"
@@ -31,6 +31,7 @@ constexpr std::ptrdiff_t steepness
 constexpr std::ptrdiff_t blockLines = 16; ///< slanted lines that are gathered and given back at once
 constexpr int middle
     = 8 * levelStep; ///< places are counted from here: they fit 16 bits with all that is added
+static_assert(levelStep == 2048, "seventeenOf2048() turns places into greys");
 constexpr int neutral = levelStep / 2; ///< remainder of a pixel without error
 
 /// What a pixel without error leaves.
@@ -66,6 +67,8 @@ struct Half
     Lanes below2; ///< for the line after that, so far
     Lanes below3; ///< for the third line, so far
     Lanes noise;
+    Lanes before; ///< the place to the left
+    Lanes run; ///< pixels of one level since the row's last other one, up to solidRun
 };
 
 /// Where the lanes of half a band are in a line.
@@ -93,7 +96,13 @@ HWY_INLINE Lanes chosen(Lanes mask, Lanes yes, Lanes no)
 template <bool AtSides>
 HWY_INLINE Lanes diffuseLine(Lanes places, Lanes above, Half &half, const Position &where)
 {
-    Lanes values = places + above + half.right;
+    Lanes same = whereZero(places & constant(levelStep - 1)) & whereZero(places ^ half.before);
+    if constexpr (AtSides)
+        same = chosen(whereZero(where.fromLeft), constant(0), same);
+    half.before = places;
+    half.run = least(half.run + constant(1), constant(solidRun)) & same;
+    const Lanes solid = whereZero(half.run ^ constant(solidRun));
+    Lanes values = places + chosen(solid, constant(neutral), above + half.right);
     if constexpr (AtSides)
         values = greatest(least(values, constant(middle - 1 + noiseLimit)), constant(-middle - noiseLimit));
     const Lanes noisy = values + twentySevenOf2048(half.noise);
@@ -285,8 +294,11 @@ void diffuseBand(const Band &band, std::size_t firstRow)
     const auto start = [](const std::int16_t *from) {
         return Half{constant(neutralShare(toRight)),
                     constant(neutralShare(toDownLeft + toDown + toDownRight)),
-                    constant(neutralShare(toDown + toDownRight)), constant(neutralShare(toDownRight)),
-                    load<Lanes>(from)};
+                    constant(neutralShare(toDown + toDownRight)),
+                    constant(neutralShare(toDownRight)),
+                    load<Lanes>(from),
+                    constant(0),
+                    constant(0)};
     };
     Half lower = start(noise);
     Half upper = start(noise + lanes);

@@ -24,6 +24,8 @@ inline constexpr int noiseLimit = 432;
 /// and no short period meets that of the dots.
 inline constexpr std::uint16_t noiseStep = 40503;
 
+static_assert((32768 * 27) / 2048 == noiseLimit, "of the widest 16-bit fraction");
+
 /// The noise of a row's first pixel, as a signed fraction of 16 bits: f stands for f * 27 / 2048, rounded
 /// down.
 inline std::uint16_t noisePhase(std::size_t row)
@@ -40,6 +42,10 @@ constexpr int startBias(int fraction)
 {
     return ((levelStep / 2 - fraction) * 5) >> 4;
 }
+
+/// Errors end at a pixel that lies at a level and has so many of the same grey to its left: an empty sky or a
+/// margin stays empty. Fewer would take light from fine patterns.
+inline constexpr int solidRun = 3;
 
 /// A rectangle of pixels within a picture.
 struct Area

@@ -14,8 +14,9 @@ namespace lindenreed::pixels {
  * and Steinberg's weights, row by row from the top, each from left to right, without a remainder: shares that
  * would leave the rectangle at its sides go to the pixel below, and in the last row everything goes to the
  * right. A little noise on the threshold keeps flat fields free of patterns, and the first row starts as if
- * another lay above it. What an error asks for beyond black and white is cut off, so that no ghost of it
- * wanders through an empty sky. A field that lies at one of the 16 levels, as black and white do on every
+ * another lay above it. What an error asks for beyond black and white is cut off, and errors end where three
+ * pixels in a row have the same grey as the next one, and it is one of the levels: no ghost of them wanders
+ * through an empty sky. A field that lies at one of the 16 levels, as black and white do on every
  * curve, comes back solid. The same picture always gives the same bytes, on any processor.
  *
  * The part of the rectangle outside the picture is left out; pixels outside the rectangle are neither read

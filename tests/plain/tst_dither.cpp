@@ -30,7 +30,9 @@ private slots:
     void aLineKeepsItsSum();
     void sharesByHand_data();
     void sharesByHand();
-    void whiteTakesNoGhost();
+    void levelsTakeNoGhost_data();
+    void levelsTakeNoGhost();
+    void patternsKeepTheirLight();
     void withoutPixels();
     void colourPicturesStay();
 };
@@ -213,15 +215,54 @@ void tst_dither::sharesByHand()
     }
 }
 
-void tst_dither::whiteTakesNoGhost()
+void tst_dither::levelsTakeNoGhost_data()
 {
-    // A bright strip that asks for more than white can give, and white below it.
+    QTest::addColumn<int>("level");
+    QTest::addColumn<int>("least");
+    QTest::addColumn<int>("most");
+
+    QTest::newRow("nearly white above white") << 255 << 254 << 254;
+    QTest::newRow("nearly black above black") << 0 << 1 << 1;
+    QTest::newRow("noise above a grey between") << 153 << 0 << 255;
+}
+
+// A strip full of errors, and a field of one level below it: none comes further than its first pixels.
+void tst_dither::levelsTakeNoGhost()
+{
+    QFETCH(int, level);
+    QFETCH(int, least);
+    QFETCH(int, most);
+
+    std::mt19937 random(13);
     Grey grey(200, 60);
-    grey.fill([](std::size_t, std::size_t y) { return y < 8 ? 254 : 255; });
+    grey.fill([&](std::size_t, std::size_t y) {
+        return y < 8 ? unsigned(least) + random() % unsigned(most - least + 1) : unsigned(level);
+    });
     grey.diffuse();
-    for (std::size_t y = 10; y < grey.height; ++y) {
-        for (std::size_t x = 0; x < grey.width; ++x)
-            QVERIFY(grey.at(x, y) >= 238);
+    for (std::size_t y = 8; y < grey.height; ++y) {
+        for (std::size_t x = y < 12 ? 2 * std::size_t(solidRun) : 0; x < grey.width; ++x)
+            QCOMPARE(int(grey.at(x, y)), level);
+    }
+}
+
+// Pixels of a level that stand among others pass errors on: a fine pattern keeps its light.
+void tst_dither::patternsKeepTheirLight()
+{
+    for (const unsigned period : {2U, 3U}) {
+        Grey grey(256, 256);
+        double before = 0;
+        grey.fill([&](std::size_t x, std::size_t y) {
+            const unsigned value = (x + y) % period == 0 ? 247U : 255U;
+            before += luminance(value);
+            return value;
+        });
+        grey.diffuse();
+        double after = 0;
+        for (const std::uint8_t pixel : grey.bytes)
+            after += luminance(pixel);
+        const double pixels = double(grey.bytes.size());
+        const double off = lightness(after / pixels) - lightness(before / pixels);
+        QVERIFY2(std::abs(off) < 0.05, qPrintable(QString::number(off)));
     }
 }
 

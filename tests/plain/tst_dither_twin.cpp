@@ -23,13 +23,15 @@ const LevelCurve measuredByGamma = curveFor(luminancesByGamma(0.009, 0.65, 1.42)
 const LevelCurve measuredOneByOne = curveFor({0.021, 0.023, 0.031, 0.036, 0.049, 0.071, 0.083, 0.112, 0.139,
                                               0.185, 0.224, 0.281, 0.302, 0.377, 0.431, 0.47});
 
-/// All over the range, and where much is cut off.
+/// All over the range, where much is cut off, and with runs of one level, where errors end.
 const std::vector<unsigned (*)(Random &)> sources = {
     [](Random &random) -> unsigned { return random() % 256; },
     [](Random &random) -> unsigned { return random() % 24; },
     [](Random &random) -> unsigned { return 232 + random() % 24; },
     [](Random &random) -> unsigned { return random() % 2 ? 255 : 247; },
     [](Random &random) -> unsigned { return random() % 2 ? 0 : 8; },
+    [](Random &random) -> unsigned { return random() % 9 ? 255 : 230; },
+    [](Random &random) -> unsigned { return random() % 9 ? 0 : 30; },
 };
 
 /// The first instruction set that gives other bytes than the twin, rows and padding alike; or nothing.

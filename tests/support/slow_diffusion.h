@@ -50,9 +50,12 @@ inline void diffuseSlowly(const Picture &picture, std::size_t left, std::size_t 
     };
 
     std::vector<std::vector<int>> values(height + 1, std::vector<int>(width));
+    std::vector<std::vector<std::uint8_t>> greys(height, std::vector<std::uint8_t>(width));
     for (std::size_t y = 0; y < height; ++y) {
-        for (std::size_t x = 0; x < width; ++x)
-            values[y][x] = curve[pixel(x, y)];
+        for (std::size_t x = 0; x < width; ++x) {
+            greys[y][x] = pixel(x, y);
+            values[y][x] = curve[greys[y][x]];
+        }
     }
     std::vector<int> imagined(width); // errors of a row above the first
     for (std::size_t x = 0; x < width; ++x) {
@@ -71,7 +74,18 @@ inline void diffuseSlowly(const Picture &picture, std::size_t left, std::size_t 
     }
 
     for (std::size_t y = 0; y < height; ++y) {
+        const auto isSolid = [&](std::size_t x) {
+            if (x < std::size_t(solidRun) || curve[greys[y][x]] % levelStep != 0)
+                return false;
+            for (std::size_t before = x - std::size_t(solidRun); before < x; ++before) {
+                if (curve[greys[y][before]] != curve[greys[y][x]])
+                    return false;
+            }
+            return true;
+        };
         for (std::size_t x = 0; x < width; ++x) {
+            if (isSolid(x))
+                values[y][x] = curve[greys[y][x]];
             const int value = std::clamp(values[y][x], -levelStep / 2 - noiseLimit,
                                          15 * levelStep + levelStep / 2 - 1 + noiseLimit);
             const int level
