@@ -10,7 +10,6 @@
 #include <tone.h>
 
 #include <algorithm>
-#include <cmath>
 #include <optional>
 
 using namespace lindenreed::device;
@@ -41,8 +40,6 @@ void adjustAreaWithBrightnessContrastGamma(unsigned char *data, int bytesPerLine
                                            double brightness, double contrast, double gamma)
 {
     note("adjustAreaWithBrightnessContrastGamma", bytesPerLine, width, height, brightness, contrast, gamma);
-    if (!std::isfinite(brightness) || !std::isfinite(contrast) || !std::isfinite(gamma))
-        return;
     if (const auto area = picture(data, bytesPerLine, width, height))
         lindenreed::pixels::adjustTone(*area, {brightness, contrast, gamma});
 }
