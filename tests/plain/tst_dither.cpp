@@ -10,6 +10,7 @@
 #include <array>
 #include <cmath>
 #include <random>
+#include <utility>
 #include <vector>
 
 using namespace lindenreed::pixels;
@@ -33,6 +34,8 @@ private slots:
     void levelsTakeNoGhost_data();
     void levelsTakeNoGhost();
     void patternsKeepTheirLight();
+    void numbersStay();
+    void gridStays();
     void withoutPixels();
     void colourPicturesStay();
 };
@@ -263,6 +266,43 @@ void tst_dither::patternsKeepTheirLight()
         const double pixels = double(grey.bytes.size());
         const double off = lightness(after / pixels) - lightness(before / pixels);
         QVERIFY2(std::abs(off) < 0.05, qPrintable(QString::number(off)));
+    }
+}
+
+// What the slow twin takes over from the product.
+void tst_dither::numbersStay()
+{
+    const std::array<std::pair<std::size_t, int>, 6> phases
+        = {{{0, 0}, {1, 37056}, {2, 8577}, {31, 13877}, {32, 27346}, {1000, 27986}}};
+    for (const auto &[row, phase] : phases)
+        QCOMPARE(int(noisePhase(row)), phase);
+    const std::array<std::pair<int, int>, 5> biases
+        = {{{1, 319}, {512, 160}, {1024, 0}, {1025, -1}, {2047, -320}}};
+    for (const auto &[fraction, bias] : biases)
+        QCOMPARE(startBias(fraction), bias);
+    QCOMPARE(int(noiseStep), 40503);
+    QCOMPARE(toRight, 7);
+    QCOMPARE(toDownLeft, 3);
+    QCOMPARE(toDown, 5);
+    QCOMPARE(toDownRight, 1);
+}
+
+void tst_dither::gridStays()
+{
+    constexpr std::array<std::array<int, 12>, 6> levels = {{
+        {1, 1, 3, 3, 3, 4, 4, 5, 5, 6, 6, 7},
+        {2, 3, 3, 4, 4, 5, 6, 6, 7, 7, 8, 8},
+        {4, 4, 5, 5, 6, 6, 7, 7, 8, 8, 9, 10},
+        {5, 5, 6, 6, 8, 7, 8, 9, 9, 10, 10, 10},
+        {6, 7, 7, 8, 8, 9, 9, 10, 10, 11, 11, 13},
+        {7, 8, 9, 8, 10, 10, 10, 12, 11, 13, 12, 13},
+    }};
+    Grey grey(12, 6);
+    grey.fill([](std::size_t x, std::size_t y) { return 20 + x * 9 + y * 21; });
+    grey.diffuse();
+    for (std::size_t y = 0; y < 6; ++y) {
+        for (std::size_t x = 0; x < 12; ++x)
+            QCOMPARE(int(grey.at(x, y)), levels[y][x] * 17);
     }
 }
 
