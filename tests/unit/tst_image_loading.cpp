@@ -231,8 +231,8 @@ void tst_ImageLoading::invertedColourScreen()
 
 void tst_ImageLoading::inversionIsKept()
 {
-    // A picture that was read before stays as it is for the rest of the run. Its grey is a level of the panel:
-    // between levels, dots are mixed for how the screen shows them.
+    // A picture that was read before stays as it is for the rest of the run. Its grey is a level of the
+    // panel: between levels, dots are mixed for how the screen shows them.
     QImage grey(16, 16, QImage::Format_Grayscale8);
     grey.fill(34);
     const QString path = m_test->save(grey, QStringLiteral("a.png"));

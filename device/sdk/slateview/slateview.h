@@ -172,8 +172,8 @@ const char *ReadString(sv_config *config, const char *key, const char *fallback)
  * do nothing. */
 
 /* The device's own tone adjustment, for thumbnails and for colour panels: contrast 1.05, then gamma 1.1,
- * which makes up for paper that is no bright white; black and white stay. Nothing on a panel whose levels were
- * measured: dithering makes up for all of it there. */
+ * which makes up for paper that is no bright white; black and white stay. Nothing on a panel whose levels
+ * were measured: dithering makes up for all of it there. */
 void adjustAreaDefault(unsigned char *data, int bytesPerLine, int width, int height);
 /* The same with factors, each of which changes nothing at 1.0. A value v from 0 to 1 becomes v * brightness,
  * then (v - 1/2) * contrast + 1/2, then v to the power of 1 / gamma, limited to 0 .. 1 each time. Brightness
@@ -181,8 +181,8 @@ void adjustAreaDefault(unsigned char *data, int bytesPerLine, int width, int hei
 void adjustAreaWithBrightnessContrastGamma(unsigned char *data, int bytesPerLine, int width, int height,
                                            double brightness, double contrast, double gamma);
 /* Error diffusion of a rectangle of an 8-bit grey picture down to the panel's 16 greys, multiples of 17. What
- * lies to the left of or above the picture, or beyond its bytesPerLine, is cut off. In inverted mode the picture is taken for one that came inverted and
- * that the screen turns round again. */
+ * lies to the left of or above the picture, or beyond its bytesPerLine, is cut off. In inverted mode the
+ * picture is taken for one that came inverted and that the screen turns round again. */
 void QuickFloyd16Dither(unsigned char *data, int bytesPerLine, int x, int y, int width, int height);
 
 /* --- log
