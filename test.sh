@@ -23,6 +23,8 @@ for argument; do
 done
 
 jobs=$(nproc)
+# Most tests wait more than they compute.
+tests=$((jobs + 1))
 # Whole devices run beside each other on few processors. What fails is tried once more; its first output stays in the
 # log, and is a defect to be found.
 once_more=(--repeat until-pass:2)
@@ -39,7 +41,7 @@ tools/install-dependencies
 step "build: release"
 build release $quick
 step "checks and tests: release"
-ctest --preset release --parallel "$jobs" --no-tests=error "${long[@]}" "${once_more[@]}"
+ctest --preset release --parallel "$tests" --no-tests=error "${long[@]}" "${once_more[@]}"
 $quick && exit
 
 step "build: tsan"
@@ -51,4 +53,4 @@ ctest --preset tsan --label-regex '^threads$' --no-tests=error
 step "build: asan"
 build asan true
 step "test: asan"
-ctest --preset asan --parallel "$jobs" --no-tests=error "${long[@]}" "${once_more[@]}"
+ctest --preset asan --parallel "$tests" --no-tests=error "${long[@]}" "${once_more[@]}"

@@ -17,18 +17,28 @@ bool isRegularFile(const QString &path);
 /// looks at it is not waited for either. Any thread.
 bool openRegularFile(QFile &file);
 
-/// A picture for Qt's decoders. What cannot be read any more ends the file: told of an error in its middle,
-/// that of TIFF files writes where it must not.
+/// A picture for Qt's decoders. Some are found by the name, which a QFile that is opened by a descriptor
+/// forgets. What cannot be read any more ends the file: told of an error in its middle, the decoder of TIFF
+/// files writes where it must not.
 class PictureFile : public QFile
 {
 public:
-    using QFile::QFile;
+    explicit PictureFile(const QString &path)
+        : QFile(path)
+        , m_path(path)
+    {
+    }
+
+    QString fileName() const override { return m_path; }
 
 protected:
     qint64 readData(char *data, qint64 size) override
     {
         return std::max<qint64>(QFile::readData(data, size), 0);
     }
+
+private:
+    QString m_path;
 };
 
 } // namespace lindenreed::picture_stand

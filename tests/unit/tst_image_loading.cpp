@@ -7,6 +7,9 @@
 
 #include <slateview.h>
 
+#include <QFont>
+#include <QGuiApplication>
+
 using lindenreed::device::facts;
 using lindenreed::picture_stand::readImage;
 using lindenreed::picture_stand::ResourceImageProvider;
@@ -16,6 +19,7 @@ class tst_ImageLoading : public QObject
     Q_OBJECT
 
 private slots:
+    void initTestCase() { QGuiApplication::setFont(QFont(QStringLiteral("Noto Sans"))); } // for drawings
     void init() { m_test = std::make_unique<PictureFixture>(); }
     void cleanup() { m_test.reset(); }
 

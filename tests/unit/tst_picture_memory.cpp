@@ -24,13 +24,6 @@ QImage noise(QSize size, QImage::Format format)
     return picture;
 }
 
-QByteArray largeDrawing()
-{
-    return "<svg xmlns='http://www.w3.org/2000/svg' width='4000' height='3000'><!--"
-        + QByteArray(12'000'000, 'x') + "--><text>" + QByteArray(12'000'000, 'y')
-        + "</text><rect width='4000' height='3000' fill='grey'/></svg>";
-}
-
 } // namespace
 
 class tst_PictureMemory : public PictureShowTest
@@ -71,16 +64,17 @@ void tst_PictureMemory::noneForAPicture()
     // A grey panel has grey thumbnails of JPEG files, at one byte a pixel.
     const QSize size = format == "JPEG" ? QSize(4000, 3000) : QSize(1800, 1600);
     const QByteArray contents = format == "SVG"
-        ? largeDrawing()
+        ? QByteArray("<svg xmlns='http://www.w3.org/2000/svg' width='3000' height='4000'/>")
         : encoded(noise(size, grey ? QImage::Format_Grayscale8 : QImage::Format_RGB32),
                   format.mid(grey ? 5 : 0).constData());
     if (contents.isEmpty())
         QSKIP("nobody writes this format here");
     QVERIFY(write(QFile::encodeName(path), contents));
     {
-        const FailingAllocations failing(grey ? tenMebibytes / 4 : tenMebibytes);
+        // A drawing comes from a process of its own, at the size of the screen or the thumbnail.
+        const FailingAllocations failing(grey || format == "SVG" ? tenMebibytes / 4 : tenMebibytes);
         QCOMPARE(!lindenreed::picture_stand::readImage(path).isNull(), shown);
-        QCOMPARE(cover(path, {100, 100}).size(), QSize(0, 0));
+        QCOMPARE(cover(path, {100, 100}).size(), format == "SVG" ? QSize(75, 100) : QSize(0, 0));
         QVERIFY(failing.count() > 0);
     }
 }
