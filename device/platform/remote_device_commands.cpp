@@ -139,7 +139,10 @@ void RemoteControl::addDeviceCommands()
     });
 
     m_server.add(u"chart"_s, {}, [this](const QJsonObject &, const Reply &reply) {
-        const QImage chart = drawChart(m_device.screen.size());
+        QImage chart = drawChart(m_device.screen.size());
+        // Patches are measured: they are on the glass as they are, whatever the panel makes of pictures.
+        if (m_device.screen.inverted())
+            chart.invertPixels();
         m_composition.cover(chart.convertToFormat(m_panel.pictureFormat()));
         // Whoever asked photographs the panel next: the answer comes when the chart is there.
         connect(

@@ -22,6 +22,11 @@ private slots:
     void init();
     void showsPatchesAndRamp();
     void checksAreBlackAndWhite();
+    void rampHasSolidEnds();
+    void patchesAreNumbered();
+    void lineRunsAlongTheEdge();
+    void isTheSameWhileInverted();
+    void followsTheTurn();
     void rampIsForThePanel();
     void staysOverPartialDrawing();
     void goesWithTheNextFullRefresh();
@@ -31,7 +36,10 @@ private slots:
     void invertedAgainShowsTheWindow();
 
 private:
-    bool isShown() { return panel_view::greyAt(10, 10) == 0 && panel_view::greyAt(747, 10) == 51; }
+    static constexpr int rampLeft = 23; // what is left and right of it is solid
+    static constexpr int rampRight = 734;
+
+    bool isShown() { return panel_view::greyAt(10, 10) == 0 && panel_view::greyAt(600, 10) == 51; }
 
     PanelRemote m_remote;
     QQmlEngine m_engine;
@@ -68,8 +76,8 @@ void tst_PanelChart::showsPatchesAndRamp()
     std::set<int> greys;
     int left = 0;
     int right = 0;
-    for (int y = 768; y < 1024; ++y) {
-        for (int x = 0; x < 758; ++x) {
+    for (int y = 768; y < 1023; ++y) {
+        for (int x = rampLeft; x <= rampRight; ++x) {
             greys.insert(qGray(panel.pixel(x, y)));
             (x < 379 ? left : right) += qGray(panel.pixel(x, y));
         }
@@ -78,11 +86,12 @@ void tst_PanelChart::showsPatchesAndRamp()
     QCOMPARE(*greys.begin(), 0);
     QCOMPARE(*greys.rbegin(), 255);
     // Diffused, the halves of a ramp from 0 to 255 keep its means.
-    QVERIFY2(qAbs(left / (379 * 256) - 63) <= 1, qPrintable(QString::number(left / (379 * 256))));
-    QVERIFY2(qAbs(right / (379 * 256) - 191) <= 1, qPrintable(QString::number(right / (379 * 256))));
+    const int count = (379 - rampLeft) * 255;
+    QVERIFY2(qAbs(left / count - 63) <= 1, qPrintable(QString::number(left / count)));
+    QVERIFY2(qAbs(right / count - 191) <= 1, qPrintable(QString::number(right / count)));
     // Between two levels both are there, in one row.
     std::set<int> inOneRow;
-    for (int x = 70; x < 80; ++x)
+    for (int x = 85; x < 95; ++x)
         inOneRow.insert(qGray(panel.pixel(x, 900)));
     QCOMPARE(inOneRow, (std::set<int>{17, 34}));
 }
@@ -97,6 +106,85 @@ void tst_PanelChart::checksAreBlackAndWhite()
             QCOMPARE(qGray(panel.pixel(at)), (at.x() + at.y()) % 2 ? 255 : 0);
         }
     }
+}
+
+void tst_PanelChart::rampHasSolidEnds()
+{
+    const QImage panel = panel_view::upright();
+    for (int y = 768; y < 1023; ++y) {
+        // Errors end within three pixels.
+        for (int x = 1; x < rampLeft - 3; ++x)
+            QCOMPARE(qGray(panel.pixel(x, y)), 0);
+        for (int x = rampRight + 4; x < 757; ++x)
+            QCOMPARE(qGray(panel.pixel(x, y)), 255);
+    }
+}
+
+void tst_PanelChart::patchesAreNumbered()
+{
+    const QImage panel = panel_view::upright();
+    std::set<QByteArray> shapes;
+    for (int patch = 0; patch < 16; ++patch) {
+        // Its signs are left once the grey is taken out; around the middle, where it is measured, are none.
+        const QRect area(patch % 4 * 758 / 4 + 2, patch / 4 * 192 + 2, 185, 124);
+        QByteArray shape;
+        int signs = 0;
+        for (int y = area.top(); y <= area.bottom(); ++y) {
+            for (int x = area.left(); x <= area.right(); ++x) {
+                const bool isSign = qGray(panel.pixel(x, y)) != patch * 17;
+                QVERIFY2(!isSign || (x > area.center().x() && y < area.top() + 40),
+                         qPrintable(QString::number(patch)));
+                shape.append(isSign ? '#' : ' ');
+                signs += isSign;
+            }
+        }
+        QVERIFY2(signs > 20, qPrintable(QString::number(patch)));
+        shapes.insert(shape);
+    }
+    QCOMPARE(shapes.size(), 16U);
+}
+
+void tst_PanelChart::lineRunsAlongTheEdge()
+{
+    const QImage panel = panel_view::upright();
+    const auto greyOfRamp = [](int x) { return x < 380 ? 0 : 255; };
+    for (int x = 0; x < 758; ++x) {
+        QCOMPARE(qGray(panel.pixel(x, 0)), 255); // over the four darkest patches
+        QCOMPARE(qGray(panel.pixel(x, 1023)), 255 - greyOfRamp(x));
+    }
+    for (int y = 1; y < 1023; ++y) {
+        QCOMPARE(qGray(panel.pixel(0, y)), y < 384 || y >= 768 ? 255 : 0);
+        QCOMPARE(qGray(panel.pixel(757, y)), y < 384 ? 255 : 0);
+    }
+    // One pixel wide.
+    QCOMPARE(qGray(panel.pixel(100, 1)), 0);
+    QCOMPARE(qGray(panel.pixel(1, 100)), 0);
+    QCOMPARE(qGray(panel.pixel(756, 650)), 255);
+    QCOMPARE(qGray(panel.pixel(756, 1022)), 255);
+}
+
+void tst_PanelChart::isTheSameWhileInverted()
+{
+    const QImage before = panel_view::upright();
+    Device::instance()->screen.setInverted(true);
+    QVERIFY(panel_view::waitUntilStill());
+    QVERIFY(!isShown());
+    QVERIFY(m_remote.ask(u"chart"_s).value(u"ok"_s).toBool());
+    QCOMPARE(panel_view::snapshot().header.flags & 1U, 1U);
+    QCOMPARE(panel_view::upright(), before);
+}
+
+void tst_PanelChart::followsTheTurn()
+{
+    Device::instance()->screen.setOrientation(1);
+    QTRY_COMPARE(panel_view::upright().size(), QSize(1024, 758));
+    QVERIFY(panel_view::waitUntilStill());
+    QVERIFY(m_remote.ask(u"chart"_s).value(u"ok"_s).toBool());
+    const QImage panel = panel_view::upright();
+    for (int patch = 0; patch < 16; ++patch)
+        QCOMPARE(qGray(panel.pixel(patch % 4 * 256 + 128, patch / 4 * 142 + 71)), patch * 17);
+    QCOMPARE(qGray(panel.pixel(10, 700)), 0);
+    QCOMPARE(qGray(panel.pixel(1010, 700)), 255);
 }
 
 void tst_PanelChart::rampIsForThePanel()

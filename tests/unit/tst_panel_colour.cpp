@@ -20,6 +20,7 @@ private slots:
     void inverted();
     void fastModeIsBlackAndWhite();
     void fastUpdatesAreBlackAndWhiteFirst();
+    void chartIsGrey();
 };
 
 void tst_PanelColour::profileIsTheOneOfTheRecord()
@@ -102,6 +103,26 @@ void tst_PanelColour::fastUpdatesAreBlackAndWhiteFirst()
     QCOMPARE(panel_view::upright().pixel(110, 174), qRgb(0x12, 0x34, 0x56));
     QVERIFY(panel_view::waitUntilStill());
     QCOMPARE(panel_view::refreshNumber(), before + 4);
+}
+
+void tst_PanelColour::chartIsGrey()
+{
+    PanelRemote remote;
+    for (const bool inverted : {false, true}) {
+        Device::instance()->screen.setInverted(inverted);
+        QVERIFY(panel_view::waitUntilStill());
+        QVERIFY(remote.ask(QStringLiteral("chart")).value(QStringLiteral("ok")).toBool());
+        const QImage panel = panel_view::upright();
+        for (int patch = 0; patch < 16; ++patch) {
+            const int grey = patch * 17;
+            QCOMPARE(panel.pixel(patch % 4 * 268 + 134, patch / 4 * 271 + 135), qRgb(grey, grey, grey));
+        }
+        for (int x = 1; x < 1071; ++x) {
+            const QRgb pixel = panel.pixel(x, 1300);
+            QVERIFY(qIsGray(pixel) && qGray(pixel) % 17 == 0); // dithered as everywhere
+        }
+    }
+    Device::instance()->screen.setInverted(false);
 }
 
 PANEL_TEST_MAIN_WITH_RECORD(tst_PanelColour, R"({"profile": "colour-6"})")
