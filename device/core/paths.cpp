@@ -32,6 +32,11 @@ QString dataFolder()
     return folder.isEmpty() ? QString() : QDir::cleanPath(folder + u"/../../share/picture_stand"_s);
 }
 
+QString profilesFolder()
+{
+    return dataFolder() + u"/profiles"_s;
+}
+
 QString pluginFolder()
 {
     const QString folder = libraryFolder();

@@ -10,6 +10,8 @@ namespace lindenreed::device {
 /// application object exists, in the build tree and in an installed one.
 QString dataFolder();
 
+QString profilesFolder(); ///< of the device's own data
+
 /// The device's own plug-ins for Qt, beside the same library: a folder that Qt does not look into by itself.
 QString pluginFolder();
 

@@ -1,6 +1,5 @@
 #include "profile.h"
 
-#include "paths.h"
 #include "visible_text.h"
 
 #include <level_curve.h>
@@ -11,11 +10,11 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QLocale>
 #include <QRegularExpression>
 
 #include <algorithm>
 #include <cmath>
-#include <functional>
 
 namespace lindenreed::device {
 
@@ -51,6 +50,15 @@ public:
             complain(u"\"%1\" must be a whole number from %2 to %3"_s.arg(name).arg(least).arg(most));
     }
 
+    void take(const QString &name, double &value, double least, double most)
+    {
+        const double number = m_object.take(name).toDouble(std::nan(""));
+        if (number >= least && number <= most)
+            value = number;
+        else
+            complain(u"\"%1\" must be a number from %2 to %3"_s.arg(name).arg(least).arg(most));
+    }
+
     void take(const QString &name, bool &value)
     {
         const QJsonValue found = m_object.take(name);
@@ -68,11 +76,10 @@ public:
             m_complaint = complaint;
     }
 
-    QString finish()
+    /// The complaint, or nothing. A name that is not known comes first: another one is then missing for it.
+    QString finish() const
     {
-        if (!m_object.isEmpty())
-            complain(u"\"%1\" is not known"_s.arg(m_object.begin().key()));
-        return m_complaint;
+        return m_object.isEmpty() ? m_complaint : u"\"%1\" is not known"_s.arg(m_object.begin().key());
     }
 
 private:
@@ -80,30 +87,87 @@ private:
     QString m_complaint;
 };
 
-/// The luminances of 16 levels, one by one or by black, white and gamma; nothing where they are none.
-std::optional<pixels::Luminances> luminancesOf(const QJsonValue &value)
+/// Readings have four decimals; what is closer together is one level.
+constexpr double leastStep = 0.0001;
+
+/// Of two luminances that have to rise: what is wrong with them, or nothing.
+QString riseComplaint(const QString &darker, double from, const QString &lighter, double to, double least)
 {
-    pixels::Luminances luminances{};
-    if (value.isArray() && value.toArray().size() == qsizetype(luminances.size())) {
-        for (std::size_t level = 0; level < luminances.size(); ++level)
-            luminances[level] = value.toArray().at(qsizetype(level)).toDouble(-1);
-    } else if (value.isObject() && value.toObject().size() == 3) {
-        const double gamma = value[u"gamma"_s].toDouble();
-        const double black = value[u"black"_s].toDouble(-1);
-        const double white = value[u"white"_s].toDouble(-1);
-        if (gamma < 0.2 || gamma > 5 || black < 0 || white > 1)
-            return std::nullopt;
-        luminances = pixels::luminancesByGamma(black, white, gamma);
+    const auto shown
+        = [](double value) { return QString::number(value, 'f', QLocale::FloatingPointShortest); };
+    if (to <= from)
+        return u"%1 (%2) is not above %3 (%4)"_s.arg(lighter, shown(to), darker, shown(from));
+    constexpr double rounding = 1e-9;
+    if (to - from < least - rounding)
+        return u"%1 (%2) is less than %3 above %4 (%5)"_s.arg(lighter, shown(to), shown(least), darker,
+                                                              shown(from));
+    return {};
+}
+
+/// Levels one by one, which count from 0 as the patches of the chart do. The complaint, or nothing.
+QString takeReadings(const QJsonArray &readings, pixels::Luminances &luminances)
+{
+    if (readings.size() != qsizetype(luminances.size()))
+        return u"%1 values, %2 needed"_s.arg(readings.size()).arg(luminances.size());
+    const auto numbered = [](std::size_t level) { return u"value %1"_s.arg(level); };
+    for (std::size_t level = 0; level < luminances.size(); ++level) {
+        const double reading = readings.at(qsizetype(level)).toDouble(-1);
+        if (reading < 0 || reading > 1)
+            return u"%1 must be a number from 0 to 1"_s.arg(numbered(level));
+        luminances[level] = reading;
+        if (level == 0)
+            continue;
+        const QString complaint = riseComplaint(numbered(level - 1), luminances[level - 1], numbered(level),
+                                                luminances[level], leastStep);
+        if (!complaint.isEmpty())
+            return complaint;
     }
-    // Anything else is all zeros, which do not rise.
-    const bool rises = std::adjacent_find(luminances.begin(), luminances.end(), std::greater_equal<>())
-        == luminances.end();
-    return rises && luminances.front() >= 0 && luminances.back() <= 1 ? std::optional(luminances)
-                                                                      : std::nullopt;
+    return {};
+}
+
+/// Levels by black, white and gamma. The complaint, or nothing.
+QString takeGamma(const QJsonObject &object, pixels::Luminances &luminances)
+{
+    double black = 0;
+    double white = 1;
+    double gamma = 1;
+    Members members(object);
+    members.take(u"black"_s, black, 0, 1);
+    members.take(u"white"_s, white, 0, 1);
+    members.take(u"gamma"_s, gamma, 0.2, 5);
+    if (const QString complaint = riseComplaint(u"\"black\""_s, black, u"\"white\""_s, white, leastStep * 15);
+        !complaint.isEmpty())
+        members.complain(complaint);
+    luminances = pixels::luminancesByGamma(black, white, gamma);
+    return members.finish();
+}
+
+/// The complaint, or nothing.
+QString takeLuminances(const QJsonValue &value, pixels::Luminances &luminances)
+{
+    if (value.isArray())
+        return takeReadings(value.toArray(), luminances);
+    if (value.isObject())
+        return takeGamma(value.toObject(), luminances);
+    return u"16 numbers in brackets or \"black\", \"white\" and \"gamma\" in braces are needed"_s;
+}
+
+QString whyNoObject(const QByteArray &content, const QJsonParseError &parsing)
+{
+    if (parsing.error == QJsonParseError::NoError)
+        return u"another value"_s;
+    const qsizetype line = 1 + content.first(qBound(0, parsing.offset, int(content.size()))).count('\n');
+    return u"line %1: %2"_s.arg(line).arg(parsing.errorString());
 }
 
 /// Names come from files and command lines: none leads out of its folder.
-bool isFileName(const QString &name)
+bool isProfileName(const QString &name)
+{
+    static const QRegularExpression plain(u"\\A[A-Za-z0-9][A-Za-z0-9_.-]*\\z"_s);
+    return plain.match(name).hasMatch();
+}
+
+bool isBacklightName(const QString &name)
 {
     static const QRegularExpression plain(u"\\A[A-Za-z0-9_:.-]+\\z"_s);
     return plain.match(name).hasMatch() && name != u"."_s && name != u".."_s;
@@ -126,12 +190,10 @@ std::optional<Profile> Profile::read(const QString &path, QString *error)
         return std::nullopt;
     }
     QJsonParseError parsing{};
-    const QJsonDocument document = QJsonDocument::fromJson(file.read(mostBytes), &parsing);
+    const QByteArray content = file.read(mostBytes);
+    const QJsonDocument document = QJsonDocument::fromJson(content, &parsing);
     if (!document.isObject()) {
-        tell(error,
-             u"The profile %1 is no JSON object (%2)."_s.arg(
-                 path,
-                 parsing.error == QJsonParseError::NoError ? u"another value"_s : parsing.errorString()));
+        tell(error, u"The profile %1 is no JSON object (%2)."_s.arg(path, whyNoObject(content, parsing)));
         return std::nullopt;
     }
 
@@ -153,15 +215,14 @@ std::optional<Profile> Profile::read(const QString &path, QString *error)
     members.take(u"levels"_s, profile.levels, 16, 256);
     if (document.object().contains(u"backlight"_s)) {
         members.take(u"backlight"_s, profile.backlight);
-        if (!isFileName(profile.backlight))
+        if (!isBacklightName(profile.backlight))
             members.complain(u"\"backlight\" must be the name of a folder"_s);
     }
     if (document.object().contains(u"luminance"_s)) {
-        profile.luminances = luminancesOf(members.takeAny(u"luminance"_s));
-        if (!profile.luminances)
-            members.complain(
-                u"\"luminance\" must be 16 numbers that rise from 0 to 1 at most, or \"black\", a lighter "
-                "\"white\" and a \"gamma\" from 0.2 to 5"_s);
+        profile.luminances.emplace();
+        const QString complaint = takeLuminances(members.takeAny(u"luminance"_s), *profile.luminances);
+        if (!complaint.isEmpty())
+            members.complain(u"\"luminance\": "_s + complaint);
         if (profile.levels != 16 || profile.colourMask != 0)
             members.complain(u"\"luminance\" is for grey panels of 16 levels"_s);
     }
@@ -179,22 +240,39 @@ std::optional<Profile> Profile::read(const QString &path, QString *error)
     return profile;
 }
 
-std::optional<Profile> Profile::named(const QString &name, QString *error)
+std::optional<Profile> Profile::named(const QString &folder, const QString &name, QString *error)
 {
-    const QString folder = dataFolder() + u"/profiles"_s;
-    // Names come from the command line and from a file of the device root: none leads out of the folder.
-    static const QRegularExpression plain(u"\\A[a-z0-9-]+\\z"_s);
+    if (!isProfileName(name)) {
+        tell(error,
+             u"\"%1\" is no name of a profile: letters, digits, \"_\", \".\" and \"-\" make one, beginning "
+             u"with a "
+             "letter or digit."_s.arg(name));
+        return std::nullopt;
+    }
+    if (const QStringList all = names(folder); !all.contains(name)) {
+        tell(error, u"There is no profile \"%1\"; there are: %2."_s.arg(name, all.join(u", "_s)));
+        return std::nullopt;
+    }
     const QString path = folder + u'/' + name + u".json"_s;
-    if (plain.match(name).hasMatch() && QFileInfo(path).isFile())
-        return read(path, error);
+    std::optional<Profile> profile = read(path, error);
+    if (profile && profile->name != name) {
+        tell(error,
+             u"The profile %1 is not usable: it says \"name\": \"%2\", its file \"%3\"."_s.arg(
+                 path, profile->name, name));
+        return std::nullopt;
+    }
+    return profile;
+}
 
-    QStringList names;
-    const QStringList files = QDir(folder).entryList({u"*.json"_s}, QDir::Files);
-    for (const QString &file : files)
-        names.append(file.chopped(5));
-    names.sort();
-    tell(error, u"There is no profile \"%1\"; there are: %2."_s.arg(name, names.join(u", "_s)));
-    return std::nullopt;
+QStringList Profile::names(const QString &folder)
+{
+    QStringList found;
+    for (const QString &file : QDir(folder).entryList({u"*.json"_s}, QDir::Files | QDir::CaseSensitive)) {
+        if (const QString name = QFileInfo(file).completeBaseName(); isProfileName(name))
+            found.append(name);
+    }
+    found.sort();
+    return found;
 }
 
 } // namespace lindenreed::device

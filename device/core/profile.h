@@ -4,6 +4,7 @@
 
 #include <QSize>
 #include <QString>
+#include <QStringList>
 
 #include <array>
 #include <optional>
@@ -32,8 +33,11 @@ struct Profile
     /// nothing, with one sentence in `error`.
     static std::optional<Profile> read(const QString &path, QString *error);
 
-    /// The profile `name` of the installed data, with one sentence in `error` where there is none.
-    static std::optional<Profile> named(const QString &name, QString *error);
+    /// The profile `name` of a folder, with one sentence in `error` where there is none that can be used.
+    static std::optional<Profile> named(const QString &folder, const QString &name, QString *error);
+
+    /// What named() looks among, in the order of the alphabet.
+    static QStringList names(const QString &folder);
 };
 
 } // namespace lindenreed::device

@@ -126,6 +126,11 @@ bool Launch::prepare(QString *error)
 {
     if (!findProgram(error) || (!m_options.direct && !findSandbox(error)))
         return false;
+    // A device that is refused is not made, and one that is there does not keep what cannot be.
+    if (!m_options.profile.isEmpty() && !isProfile(m_options.profile, error))
+        return false;
+    if (!m_options.language.isEmpty() && !isLanguage(m_options.language, error))
+        return false;
     if (!m_options.memoryInformation.isEmpty()) {
         const QFileInfo file(m_options.memoryInformation);
         if (!file.isFile() || !file.isReadable()) {
@@ -147,8 +152,6 @@ bool Launch::prepare(QString *error)
         m_sandbox.pictures = m_pictures->source();
         m_sandbox.picturesAt = m_pictures->devicePath();
     }
-    if (!m_options.language.isEmpty() && !isLanguage(m_options.language, error))
-        return false;
     const QString record = m_root->inside(u"/devroot/device.json"_s);
     if (!writeDeviceRecord(record, m_options.profile, m_options.orientation, error))
         return false;

@@ -2,6 +2,8 @@
 
 #include "places.h"
 
+#include <profile.h>
+
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -26,26 +28,30 @@ bool replaceFile(const QString &path, const QByteArray &content, QString *error)
     return false;
 }
 
-/// Names of the files of one kind in a folder of the device's data, without their ending.
-QStringList dataNames(const QString &folder, const QString &ending)
+QString profilesFolder()
 {
-    QStringList names = QDir(dataFolder() + u'/' + folder).entryList({u'*' + ending}, QDir::Files);
-    for (QString &name : names)
-        name.chop(ending.size());
-    names.sort();
-    return names;
+    return dataFolder() + u"/profiles"_s;
 }
 
 } // namespace
 
 QStringList profileNames()
 {
-    return dataNames(u"profiles"_s, u".json"_s);
+    return device::Profile::names(profilesFolder());
 }
 
 QStringList languageNames()
 {
-    return dataNames(u"languages"_s, u".qm"_s);
+    QStringList names = QDir(dataFolder() + u"/languages"_s).entryList({u"*.qm"_s}, QDir::Files);
+    for (QString &name : names)
+        name.chop(3);
+    names.sort();
+    return names;
+}
+
+bool isProfile(const QString &profile, QString *error)
+{
+    return device::Profile::named(profilesFolder(), profile, error).has_value();
 }
 
 bool writeDeviceRecord(const QString &path, const QString &profile, std::optional<int> orientation,
@@ -60,13 +66,13 @@ bool writeDeviceRecord(const QString &path, const QString &profile, std::optiona
         record.insert(u"profile"_s, profile);
     } else if (!QFile::exists(path)) {
         record.insert(u"profile"_s, u"grey-6"_s);
+        if (!isProfile(u"grey-6"_s, error))
+            return false;
     } else if (!record.value(u"profile"_s).isString()) {
         *error = u"%1 names no profile; --profile writes it anew"_s.arg(path);
         return false;
-    }
-    const QString name = record.value(u"profile"_s).toString();
-    if (const QStringList names = profileNames(); !names.contains(name)) {
-        *error = u"there is no profile \"%1\"; there are %2"_s.arg(name, names.join(u", "_s));
+    } else if (!isProfile(record.value(u"profile"_s).toString(), error)) {
+        *error += u" The device has kept this profile since an earlier start; --profile gives it another."_s;
         return false;
     }
 

@@ -13,9 +13,13 @@ namespace lindenreed::host {
 QStringList profileNames();
 QStringList languageNames();
 
-/// Brings the device's record up to date. `profile`: empty keeps the recorded one, or takes the default. The
-/// orientation counts for one start: without one, an earlier one is taken out. False, with one sentence in
-/// `error`, for a profile that does not exist and for a record that cannot be written.
+/// Whether a device can be made of a profile. False, with what is wrong in `error`, where it cannot.
+bool isProfile(const QString &profile, QString *error);
+
+/// Brings the device's record up to date. `profile`: one that isProfile(); empty keeps the recorded one, or
+/// takes the default. The orientation counts for one start: without one, an earlier one is taken out. False,
+/// with what is wrong in `error`, for a record that cannot be used or written and for a recorded profile that
+/// is none.
 bool writeDeviceRecord(const QString &path, const QString &profile, std::optional<int> orientation,
                        QString *error);
 

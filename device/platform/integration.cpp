@@ -64,7 +64,8 @@ void Integration::startDevice()
     QString error;
     const std::optional<DeviceRecord> record
         = readDeviceRecord(QString::fromLatin1(deviceRecordPath), &error);
-    const std::optional<Profile> profile = record ? Profile::named(record->profile, &error) : std::nullopt;
+    const std::optional<Profile> profile
+        = record ? Profile::named(profilesFolder(), record->profile, &error) : std::nullopt;
     if (!profile || !Device::start(*profile, &error)) {
         tell(error);
         // Nothing has begun that would have to end, and the application object is only half made.

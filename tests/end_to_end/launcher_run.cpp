@@ -51,7 +51,8 @@ QString LauncherPlace::useOwnPrefix()
             return {};
     }
     for (const QString &profile : {u"grey-6"_s, u"grey-8"_s}) {
-        if (!writeFile(prefix + u"/share/picture_stand/profiles/"_s + profile + u".json"_s, "{}"))
+        const QString file = u"/share/picture_stand/profiles/"_s + profile + u".json"_s;
+        if (!QFile::copy(built + file, prefix + file))
             return {};
     }
     for (const QString &language : {u"de"_s, u"en"_s, u"zh_CN"_s}) {

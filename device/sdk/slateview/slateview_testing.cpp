@@ -2,6 +2,7 @@
 
 #include <device.h>
 #include <facts.h>
+#include <paths.h>
 
 #include <QCoreApplication>
 #include <QDeadlineTimer>
@@ -38,7 +39,7 @@ DeviceForTest::DeviceForTest(const QString &profile)
                    qPrintable(profile), qPrintable(running->profile.name));
     } else {
         QString error;
-        const std::optional<Profile> found = Profile::named(profile, &error);
+        const std::optional<Profile> found = Profile::named(profilesFolder(), profile, &error);
         if (!found)
             qFatal("%s", qPrintable(error));
         Device::start(*found);
