@@ -185,7 +185,7 @@ void tst_LauncherRoot::oneLauncherAtATime()
     QTRY_VERIFY(process.bytesAvailable() > 0);
 
     const LauncherEnd second
-        = runOn(m_root, u"echo started"_s, {u"--language"_s, u"fr"_s, u"--profile"_s, u"grey-8"_s});
+        = runOn(m_root, u"echo started"_s, {u"--language"_s, u"de"_s, u"--profile"_s, u"grey-8"_s});
     QCOMPARE(second.errors,
              "slate-run: the device " + m_root.toUtf8() + " is in use by process "
                  + QByteArray::number(process.processId()) + '\n');
