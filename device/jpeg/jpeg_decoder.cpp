@@ -1,15 +1,11 @@
 #include "jpeg_decoder.h"
 
+#include <span>
 #include <type_traits>
 
 namespace lindenreed::device {
 
 namespace {
-
-// A file of several scans is held as coefficients: three bytes a pixel as cameras write them, six where no
-// colour is sampled down, eight of four inks. A header that asks for more is refused before it takes
-// anything.
-constexpr long mostMemory = 720L * 1000 * 1000;
 
 // Each scan goes through the whole picture, at up to a nanosecond a pixel, and takes a few bytes in a file: a
 // small file could keep a thread for hours. Programs write about ten.
@@ -20,6 +16,20 @@ bool scansTooMuch(const jpeg_decompress_struct &info)
 {
     const qint64 pixels = qint64(info.image_width) * info.image_height;
     return info.input_scan_number > mostScans || info.input_scan_number * pixels > mostScannedPixels;
+}
+
+/// What libjpeg holds of a file of several scans: all coefficients of whole blocks. Three bytes a pixel as
+/// cameras write them, six where no colour is sampled down, eight of four inks.
+qint64 coefficientBytes(jpeg_decompress_struct &info)
+{
+    if (!jpeg_has_multiple_scans(&info))
+        return 0;
+    const auto roundedUp = [](qint64 blocks, int unit) { return (blocks + unit - 1) / unit * unit; };
+    qint64 blocks = 0;
+    for (const auto &part : std::span(info.comp_info, std::size_t(info.num_components)))
+        blocks += roundedUp(part.width_in_blocks, part.h_samp_factor)
+            * roundedUp(part.height_in_blocks, part.v_samp_factor);
+    return blocks * qint64(sizeof(JBLOCK));
 }
 
 } // namespace
@@ -35,8 +45,9 @@ bool JpegDecoder::succeeds(Step step)
     return true;
 }
 
-JpegDecoder::JpegDecoder(QIODevice &device)
+JpegDecoder::JpegDecoder(QIODevice &device, ScanMemory &memory)
     : m_source(device)
+    , m_memory(memory)
 {
     static_assert(std::is_standard_layout_v<Errors>);
     m_info.err = jpeg_std_error(&m_errors.manager);
@@ -52,13 +63,13 @@ JpegDecoder::JpegDecoder(QIODevice &device)
 JpegDecoder::~JpegDecoder()
 {
     jpeg_destroy_decompress(&m_info);
+    m_memory.giveBack(m_taken);
 }
 
 bool JpegDecoder::readHeader()
 {
     return succeeds([this] {
         jpeg_create_decompress(&m_info);
-        m_info.mem->max_memory_to_use = mostMemory;
         m_info.src = m_source.manager();
         m_info.progress = &m_progress;
         constexpr unsigned wholeSegment = 0xffff;
@@ -86,6 +97,13 @@ bool JpegDecoder::choose(unsigned eighths, J_COLOR_SPACE colours, bool fast)
 
 bool JpegDecoder::start()
 {
+    // A header that asks for more is refused before it takes anything.
+    const qint64 bytes = coefficientBytes(m_info);
+    if (bytes > 0) {
+        if (!m_memory.take(bytes))
+            return false;
+        m_taken = bytes;
+    }
     return succeeds([this] { jpeg_start_decompress(&m_info); });
 }
 

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "jpeg_source.h"
+#include "scan_memory.h"
 
 #include <QSize>
 
@@ -15,7 +16,8 @@ namespace lindenreed::device {
 class JpegDecoder
 {
 public:
-    explicit JpegDecoder(QIODevice &device);
+    /// `memory` is what files of several scans have until the decoder goes.
+    explicit JpegDecoder(QIODevice &device, ScanMemory &memory = ScanMemory::ofMachine());
     ~JpegDecoder();
     JpegDecoder(const JpegDecoder &) = delete;
     JpegDecoder &operator=(const JpegDecoder &) = delete;
@@ -28,7 +30,7 @@ public:
     /// Chooses the size, in eighths of the file's, and the colours. `fast`: less exact.
     bool choose(unsigned eighths, J_COLOR_SPACE colours, bool fast);
     QSize outputSize() const { return {int(m_info.output_width), int(m_info.output_height)}; }
-    bool start();
+    bool start(); ///< may wait for ScanMemory
     bool readRow(uchar *row); ///< outputSize().width() * info().output_components bytes
     bool finish(); ///< behind the last row
 
@@ -42,6 +44,8 @@ private:
     bool succeeds(Step step);
 
     JpegSource m_source;
+    ScanMemory &m_memory;
+    qint64 m_taken = 0; ///< of it
     Errors m_errors;
     jpeg_progress_mgr m_progress = {};
     jpeg_decompress_struct m_info = {};

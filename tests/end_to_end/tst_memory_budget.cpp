@@ -1,6 +1,7 @@
 // The pictures in memory on a small machine with a large panel: the launcher says how much memory there is,
 // and the kernel gives no more.
 
+#include "jpeg_files.h"
 #include "stored_show.h"
 
 #include <QDir>
@@ -39,6 +40,7 @@ class tst_MemoryBudget : public QObject
 
 private slots:
     void isKept();
+    void progressivePictures();
 
 private:
     bool storePictures(int count);
@@ -148,6 +150,38 @@ void tst_MemoryBudget::isKept()
                 status("VmData"));
     QVERIFY(status("VmHWM") * 1024 < memory);
     QCOMPARE(m_unexpected, QByteArrayList());
+    QVERIFY(m_device->does(u"quit"_s));
+    QVERIFY(m_device->program().state() == QProcess::NotRunning || m_device->program().waitForFinished());
+    QCOMPARE(m_device->program().exitCode(), 0);
+}
+
+void tst_MemoryBudget::progressivePictures()
+{
+    // Of headers that claim just below a quarter of the machine, and just above: the first is shown, and
+    // grey.
+    const QString folder = u"/mnt/ext1/Progressive/"_s;
+    QVERIFY(QDir().mkpath(folder));
+    const QByteArray small = jpegFile({64, 64}, {.progressive = true});
+    for (const auto &[name, percent] : {std::pair(u"a.jpg"_s, 98), std::pair(u"b.jpg"_s, 101)}) {
+        constexpr int width = 8000;
+        constexpr int bytesPerPixel = 3;
+        const QSize size(width, int(totalMemory() / 4 * percent / 100 / bytesPerPixel / width));
+        QFile file(folder + name);
+        QVERIFY(file.open(QIODevice::WriteOnly) && file.write(claiming(small, size, "\xff\xc2")) > 0);
+    }
+    QVERIFY(stored_show::store({folder + u"a.jpg"_s, folder + u"b.jpg"_s},
+                               {{u"change_picture_time"_s, u"3600"_s}}));
+    m_device = std::make_unique<ShowDevice>();
+    QVERIFY(m_device->start());
+    QVERIFY(m_device->play());
+    QVERIFY(m_device->idle());
+    for (const bool alight : {true, false, true}) {
+        QCOMPARE(isAlight(), alight);
+        QVERIFY(m_device->fire(u"nextImageEvent"_s));
+    }
+    for (const QByteArray &line : m_device->unexpectedErrors()) { // of the black one, and of thumbnails
+        QVERIFY2(line.contains("Failed to get image") || line.contains("Rejecting image"), line.constData());
+    }
     QVERIFY(m_device->does(u"quit"_s));
     QVERIFY(m_device->program().state() == QProcess::NotRunning || m_device->program().waitForFinished());
     QCOMPARE(m_device->program().exitCode(), 0);

@@ -100,6 +100,16 @@ inline QByteArray jpegFile(QSize size, const JpegKind &kind = {})
     return file;
 }
 
+/// The same file with another size in its header; `frame` is the mark of that: 0xff 0xc0, progressive 0xff
+/// 0xc2.
+inline QByteArray claiming(QByteArray file, QSize size, const char *frame)
+{
+    const qsizetype place = file.indexOf(frame) + 5;
+    const char bytes[] = {char(size.height() / 256), char(size.height() % 256), char(size.width() / 256),
+                          char(size.width() % 256)};
+    return file.replace(place, 4, QByteArray(bytes, 4));
+}
+
 /// Every kind that there is, as rows of a table of this name.
 struct NamedJpegKind
 {

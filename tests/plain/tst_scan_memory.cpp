@@ -1,0 +1,121 @@
+// The memory that JPEG files of several scans share: how much there is, and who waits for it.
+
+#include <scan_memory.h>
+
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <array>
+#include <atomic>
+#include <latch>
+#include <thread>
+
+using lindenreed::device::machineMemory;
+using lindenreed::device::mostScanMemory;
+using lindenreed::device::ScanMemory;
+
+class tst_ScanMemory : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void quarterOfTheMachine();
+    void memoryOfTheMachine_data();
+    void memoryOfTheMachine();
+    void memoryOfNoFile();
+    void moreThanThereIs();
+    void threadsShareIt();
+    void mainThreadDoesNotWait();
+};
+
+void tst_ScanMemory::quarterOfTheMachine()
+{
+    QCOMPARE(mostScanMemory(512LL << 20), 128LL << 20);
+    QCOMPARE(mostScanMemory(1LL << 30), 256LL << 20);
+    QCOMPARE(mostScanMemory(2'880'000'000), 720'000'000LL);
+    QCOMPARE(mostScanMemory(1LL << 40), 720'000'000LL);
+    QCOMPARE(mostScanMemory(0), 720'000'000LL);
+}
+
+void tst_ScanMemory::memoryOfTheMachine_data()
+{
+    QTest::addColumn<QByteArray>("contents");
+    QTest::addColumn<qint64>("bytes");
+
+    QTest::newRow("an ordinary file")
+        << QByteArray("MemTotal:     524288 kB\nMemFree: 5 kB\n") << (512LL << 20);
+    QTest::newRow("in a later line") << QByteArray("MemFree: 5 kB\nMemTotal: 7 kB") << 7LL * 1024;
+    QTest::newRow("empty") << QByteArray() << 0LL;
+    QTest::newRow("no such line") << QByteArray("MemFree: 5 kB\n") << 0LL;
+    QTest::newRow("no number") << QByteArray("MemTotal: many\n") << 0LL;
+    QTest::newRow("nothing behind the name") << QByteArray("MemTotal:") << 0LL;
+    QTest::newRow("below zero") << QByteArray("MemTotal: -5 kB\n") << 0LL;
+    QTest::newRow("more than there can be") << QByteArray("MemTotal: 9223372036854775807 kB") << (1LL << 50);
+}
+
+void tst_ScanMemory::memoryOfTheMachine()
+{
+    QFETCH(QByteArray, contents);
+
+    const QTemporaryDir folder;
+    QFile file(folder.filePath(QStringLiteral("meminfo")));
+    QVERIFY(file.open(QIODevice::WriteOnly) && file.write(contents) == contents.size());
+    file.close();
+    QTEST(machineMemory(file.fileName()), "bytes");
+}
+
+void tst_ScanMemory::memoryOfNoFile()
+{
+    QCOMPARE(machineMemory(QStringLiteral("/nowhere/meminfo")), 0LL);
+    QVERIFY(machineMemory() > 0); // of this one
+}
+
+void tst_ScanMemory::moreThanThereIs()
+{
+    ScanMemory memory(100);
+    QVERIFY(!memory.take(101));
+    QCOMPARE(memory.used(), 0LL);
+    QVERIFY(memory.take(100));
+    QCOMPARE(memory.used(), 100LL);
+    memory.giveBack(100);
+    QCOMPARE(memory.used(), 0LL);
+}
+
+void tst_ScanMemory::threadsShareIt()
+{
+    ScanMemory memory(100);
+    std::array<std::thread, 4> threads;
+    std::latch begin(threads.size());
+    std::atomic<int> taken = 0;
+    std::atomic<qint64> most = 0;
+    for (std::thread &thread : threads) {
+        thread = std::thread([&, bytes = 30 + 10 * (&thread - threads.data())] {
+            begin.arrive_and_wait();
+            for (int i = 0; i < 2000; ++i) {
+                taken += memory.take(bytes) ? 1 : 0;
+                qint64 before = most;
+                const qint64 now = memory.used();
+                while (now > before && !most.compare_exchange_weak(before, now)) { }
+                std::this_thread::yield();
+                memory.giveBack(bytes);
+            }
+        });
+    }
+    for (std::thread &thread : threads)
+        thread.join(); // nobody was forgotten
+    QCOMPARE(int(taken), 8000);
+    QVERIFY2(most <= 100, QByteArray::number(qint64(most)).constData());
+    QCOMPARE(memory.used(), 0LL);
+}
+
+void tst_ScanMemory::mainThreadDoesNotWait()
+{
+    ScanMemory memory(100);
+    std::thread([&memory] { QVERIFY(memory.take(80)); }).join();
+    QVERIFY(memory.take(60));
+    QVERIFY(!memory.take(101));
+    QCOMPARE(memory.used(), 140LL);
+}
+
+QTEST_GUILESS_MAIN(tst_ScanMemory)
+#include "tst_scan_memory.moc"
