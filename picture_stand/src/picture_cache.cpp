@@ -3,7 +3,6 @@
 #include "visible_path.h"
 
 #include <QScopeGuard>
-#include <QThread>
 
 #include <algorithm>
 #include <array>
@@ -63,10 +62,16 @@ std::optional<long long> readTotalMemory(const char *path)
     return static_cast<long long>(kibibytes << 10);
 }
 
-PictureCache::PictureCache(long long limit, Read read)
+int prefetchDecoders(long long totalMemory, int processors)
+{
+    constexpr long long eachInFour = 4LL * 128 * 1024 * 1024;
+    return static_cast<int>(std::clamp<long long>(totalMemory / eachInFour, 1, std::max(processors, 1)));
+}
+
+PictureCache::PictureCache(long long limit, Read read, int decoders)
     : m_read(std::move(read))
     , ram_limit(saturated(limit))
-    , m_decoders(QThread::idealThreadCount())
+    , m_decoders(decoders)
 {
 }
 

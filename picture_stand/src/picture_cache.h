@@ -21,6 +21,10 @@ namespace lindenreed::picture_stand {
 /// counts.
 std::optional<long long> readTotalMemory(const char *path);
 
+/// How many pictures a machine of so many bytes decodes ahead at once: no more than it has processors, nor
+/// than a quarter of the memory holds where each has the 128 MiB that Qt allows; at least one.
+int prefetchDecoders(long long totalMemory, int processors);
+
 /**
  * Pictures by path, as the panel wants them but neither toned nor dithered.
  *
@@ -34,8 +38,9 @@ public:
     /// How a file becomes a picture; runs on the caller's thread or a job's, also on several at once.
     using Read = std::function<QImage(const QString &path)>;
 
-    /// The budget is in bytes; more than 2^31 - 1 counts as 2^31 - 1.
-    PictureCache(long long limit, Read read);
+    /// The budget is in bytes; more than 2^31 - 1 counts as 2^31 - 1. `decoders`: how many pictures
+    /// prefetch() decodes at once.
+    PictureCache(long long limit, Read read, int decoders = 1);
 
     /// Decodes the picture unless it is here. True if this call put it in.
     bool addToCache(const QString &path);
@@ -51,8 +56,7 @@ public:
 
     /// Loads `images` from position `index` outwards, forward first, until the budget is met; then gives up
     /// pictures from the far end. `index` must be a position of the list. Ends early once the owner has gone.
-    /// Jobs may overlap, as many as one likes: no more of them decode at once than the machine has
-    /// processors.
+    /// Jobs may overlap, as many as one likes: the decoders are for all of them together.
     void prefetch(const QStringList &images, int index);
     /// Nobody will ask for a picture any more.
     void abandon() { m_abandoned = true; }

@@ -8,6 +8,7 @@
 #include <slateview.h>
 
 #include <QScopeGuard>
+#include <QThread>
 #include <QThreadPool>
 #include <QtConcurrentRun>
 
@@ -17,7 +18,9 @@ ResourceImageProvider::ResourceImageProvider()
     : QQuickImageProvider(QQmlImageProviderBase::Image)
 {
     readPictureParams();
-    m_cache = std::make_shared<PictureCache>(getTotalRam() / 10, &readImage);
+    const long long memory = getTotalRam();
+    m_cache = std::make_shared<PictureCache>(memory / 10, &readImage,
+                                             prefetchDecoders(memory, QThread::idealThreadCount()));
 }
 
 ResourceImageProvider::~ResourceImageProvider()

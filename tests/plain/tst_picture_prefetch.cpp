@@ -1,4 +1,5 @@
-// Loading pictures ahead: how much memory there is, the order, and what goes when the budget is full.
+// Loading pictures ahead: how much memory there is, how many at once, the order, and what goes when the
+// budget is full.
 
 #include "picture_cache.h"
 #include "small_pictures.h"
@@ -8,6 +9,7 @@
 #include <QTest>
 
 using lindenreed::picture_stand::PictureCache;
+using lindenreed::picture_stand::prefetchDecoders;
 using lindenreed::picture_stand::readTotalMemory;
 
 namespace {
@@ -30,6 +32,8 @@ private slots:
     void totalMemory_data();
     void totalMemory();
     void totalMemoryOfMissingFile();
+    void decoders_data();
+    void decoders();
     void order_data();
     void order();
     void exactlyAtTheBudget();
@@ -77,6 +81,30 @@ void tst_PicturePrefetch::totalMemory()
 void tst_PicturePrefetch::totalMemoryOfMissingFile()
 {
     QCOMPARE(readTotalMemory("/nowhere/meminfo"), std::optional<long long>());
+}
+
+void tst_PicturePrefetch::decoders_data()
+{
+    QTest::addColumn<long long>("mebibytes");
+    QTest::addColumn<int>("processors");
+    QTest::addColumn<int>("decoders");
+
+    QTest::newRow("memory that is not known") << 0LL << 4 << 1;
+    QTest::newRow("a small machine") << 256LL << 4 << 1;
+    QTest::newRow("almost a GiB") << 1023LL << 4 << 1;
+    QTest::newRow("a GiB") << 1024LL << 4 << 2;
+    QTest::newRow("enough for all processors") << 2048LL << 4 << 4;
+    QTest::newRow("more than enough") << 65'536LL << 4 << 4;
+    QTest::newRow("more than 32 bits of decoders") << (1LL << 42) << 4 << 4;
+    QTest::newRow("processors that are not known") << 65'536LL << -1 << 1;
+}
+
+void tst_PicturePrefetch::decoders()
+{
+    QFETCH(long long, mebibytes);
+    QFETCH(int, processors);
+
+    QTEST(prefetchDecoders(mebibytes << 20, processors), "decoders");
 }
 
 void tst_PicturePrefetch::order_data()

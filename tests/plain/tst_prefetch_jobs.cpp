@@ -19,6 +19,8 @@
 Q_IMPORT_PLUGIN(HeldPicturePlugin)
 
 using namespace Qt::StringLiterals;
+using lindenreed::picture_stand::prefetchDecoders;
+using lindenreed::picture_stand::readTotalMemory;
 using lindenreed::picture_stand::ResourceImageProvider;
 
 class tst_PrefetchJobs : public QObject
@@ -31,14 +33,15 @@ private slots:
     void cleanup();
 
     void conversionsDoNotWait();
-    void asManyDecodersAsProcessors();
+    void asManyAtOnceAsDecoders();
     void jobsThatWaitDecodeNothingForNobody();
 
 private:
     /// Three held pictures of a job's own: it loads two of them.
     QStringList album(int job) const;
 
-    const int m_processors = QThread::idealThreadCount();
+    const int m_decoders
+        = prefetchDecoders(readTotalMemory("/proc/meminfo").value_or(0), QThread::idealThreadCount());
     std::unique_ptr<QTemporaryDir> m_folder;
     std::unique_ptr<StderrCapture> m_log;
     std::unique_ptr<ResourceImageProvider> m_provider;
@@ -63,7 +66,7 @@ void tst_PrefetchJobs::init()
 void tst_PrefetchJobs::cleanup()
 {
     QThreadPool::globalInstance()->waitForDone();
-    QThreadPool::globalInstance()->setMaxThreadCount(m_processors);
+    QThreadPool::globalInstance()->setMaxThreadCount(QThread::idealThreadCount());
     m_provider.reset();
     m_log.reset();
 }
@@ -94,9 +97,9 @@ void tst_PrefetchJobs::conversionsDoNotWait()
     QVERIFY(converted);
 }
 
-void tst_PrefetchJobs::asManyDecodersAsProcessors()
+void tst_PrefetchJobs::asManyAtOnceAsDecoders()
 {
-    const int jobs = m_processors + 3;
+    const int jobs = m_decoders + 3;
     for (int job = 0; job < jobs; ++job)
         m_provider->loadToCache(album(job), 0);
     // All have been started when what was queued behind them has run, and have had their turn by now.
@@ -105,23 +108,23 @@ void tst_PrefetchJobs::asManyDecodersAsProcessors()
         QThreadPool::globalInstance()->start([&done] { done.release(); });
         done.acquire();
     }
-    for (int begun = m_processors; begun < 2 * jobs; ++begun) {
+    for (int begun = m_decoders; begun < 2 * jobs; ++begun) {
         QVERIFY(HeldPictures::waitUntilBegun(begun));
         HeldPictures::letPass(1);
     }
     QVERIFY(QThreadPool::globalInstance()->waitForDone(30'000));
     QCOMPARE(HeldPictures::begun().size(), 2 * jobs);
-    QCOMPARE(HeldPictures::most(), m_processors);
+    QCOMPARE(HeldPictures::most(), m_decoders);
 }
 
 void tst_PrefetchJobs::jobsThatWaitDecodeNothingForNobody()
 {
-    for (int job = 0; job < m_processors + 3; ++job)
+    for (int job = 0; job < m_decoders + 3; ++job)
         m_provider->loadToCache(album(job), 0);
-    QVERIFY(HeldPictures::waitUntilBegun(m_processors));
+    QVERIFY(HeldPictures::waitUntilBegun(m_decoders));
     m_provider.reset();
     QVERIFY(QThreadPool::globalInstance()->waitForDone(30'000));
-    QCOMPARE(HeldPictures::begun().size(), m_processors);
+    QCOMPARE(HeldPictures::begun().size(), m_decoders);
 }
 
 QTEST_GUILESS_MAIN(tst_PrefetchJobs)

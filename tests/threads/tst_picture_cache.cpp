@@ -204,10 +204,11 @@ void tst_PictureCache::firstDecodingWins()
 void tst_PictureCache::overlappingJobs()
 {
     std::vector<std::atomic<int>> reads(40);
-    PictureCache cache(1'000'000, [&reads](const QString &path) {
+    const auto read = [&reads](const QString &path) {
         ++reads.at(path.toUInt());
         return smallPicture(path);
-    });
+    };
+    PictureCache cache(1'000'000, read, 2);
     const StderrCapture log;
     {
         std::jthread first([&] { cache.prefetch(names(40), 0); });
