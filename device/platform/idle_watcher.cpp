@@ -14,22 +14,26 @@ namespace lindenreed::device {
 
 namespace {
 
-/// The state letter of /proc/self/task/ID/stat: the first after the name, which stands in brackets and may
-/// hold any character. 0 for a thread that has ended meanwhile.
-char stateOf(const char *id)
+/// What a small file of the process file system has now; empty where it has gone.
+QByteArray contentsOf(const QByteArray &path)
 {
-    const QByteArray path = QByteArray("/proc/self/task/") + id + "/stat";
     const int file = ::open(path.constData(), O_RDONLY | O_CLOEXEC);
     if (file < 0)
-        return 0;
-    char line[256];
-    const ssize_t length = ::read(file, line, sizeof(line));
+        return {};
+    char text[256];
+    const ssize_t length = ::read(file, text, sizeof(text));
     ::close(file);
-    if (length <= 0)
-        return 0;
-    const QByteArrayView text(line, length);
+    return length > 0 ? QByteArray(text, length) : QByteArray();
+}
+
+/// By the "stat" file of a thread or process. Its state letter is the first after the name, which stands in
+/// brackets and may hold any character.
+bool works(const QByteArray &path)
+{
+    const QByteArray text = contentsOf(path);
     const qsizetype bracket = text.lastIndexOf(')');
-    return bracket >= 0 && bracket + 2 < text.size() ? text.at(bracket + 2) : 0;
+    const char state = bracket >= 0 && bracket + 2 < text.size() ? text.at(bracket + 2) : 0;
+    return state == 'R' || state == 'D';
 }
 
 std::chrono::milliseconds elapsed(const QElapsedTimer &timer)
@@ -39,18 +43,23 @@ std::chrono::milliseconds elapsed(const QElapsedTimer &timer)
 
 } // namespace
 
-bool otherThreadsWork()
+bool othersWork()
 {
     const auto close = [](DIR *folder) { ::closedir(folder); };
     const std::unique_ptr<DIR, decltype(close)> folder(::opendir("/proc/self/task"), close);
     if (!folder)
         return false;
     while (const dirent *entry = ::readdir(folder.get())) {
-        if (entry->d_name[0] == '.' || std::atoi(entry->d_name) == int(::gettid()))
+        if (entry->d_name[0] == '.')
             continue;
-        const char state = stateOf(entry->d_name);
-        if (state == 'R' || state == 'D')
+        const QByteArray thread = QByteArray("/proc/self/task/") + entry->d_name;
+        if (std::atoi(entry->d_name) != int(::gettid()) && works(thread + "/stat"))
             return true;
+        // Drawings are made by processes, which belong to the thread that has started them.
+        for (const QByteArray &process : contentsOf(thread + "/children").split(' ')) {
+            if (!process.isEmpty() && works("/proc/" + process + "/stat"))
+                return true;
+        }
     }
     return false;
 }
@@ -86,7 +95,7 @@ void IdleWatcher::look()
     const auto sinceLook = std::chrono::nanoseconds(m_sinceLook.nsecsElapsed());
     m_sinceLook.start();
     const bool workNoted = std::exchange(m_workNoted, false);
-    const bool busy = workNoted || sinceLook > lookInterval + latest || m_isBusy() || otherThreadsWork();
+    const bool busy = workNoted || sinceLook > lookInterval + latest || m_isBusy() || othersWork();
 
     std::list<Waiting> finished;
     for (auto each = m_waiting.begin(); each != m_waiting.end();) {

@@ -12,8 +12,9 @@
 
 namespace lindenreed::device {
 
-/// Whether another thread of this process runs, or waits for the disk, at this moment.
-bool otherThreadsWork();
+/// Whether another thread of this process, or a process that it has started, runs or waits for the disk at
+/// this moment.
+bool othersWork();
 
 /// Looks every 20 ms, while somebody waits, whether anything is under way. A look that comes late counts as
 /// work: the main thread was busy. Main thread.

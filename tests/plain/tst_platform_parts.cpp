@@ -8,8 +8,12 @@
 
 #include <QDir>
 #include <QFile>
+#include <QProcess>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QThread>
+
+#include <csignal>
 
 #include <sys/stat.h>
 
@@ -19,6 +23,7 @@ using lindenreed::device::Arguments;
 using lindenreed::device::batteryCharge;
 using lindenreed::device::DeviceRecord;
 using lindenreed::device::IdleWatcher;
+using lindenreed::device::othersWork;
 using lindenreed::device::readDeviceRecord;
 
 namespace {
@@ -51,6 +56,7 @@ private slots:
     void keyNames();
     void idleNeedsQuiet();
     void idlePatienceEnds();
+    void processesCount();
 };
 
 void tst_PlatformParts::deviceRecord_data()
@@ -260,6 +266,34 @@ void tst_PlatformParts::idlePatienceEnds()
     IdleWatcher patient([] { return false; });
     patient.wait(0ms, 25s, never, [&](bool quiet) { answers.append(quiet); });
     QTRY_COMPARE_WITH_TIMEOUT(answers, QList<bool>({false, true}), 25'000);
+}
+
+void tst_PlatformParts::processesCount()
+{
+    // Started by another thread, which goes on.
+    QThread starter;
+    starter.start();
+    QProcess process;
+    process.moveToThread(&starter);
+    const auto onStarter = [&process](const auto &work) {
+        QMetaObject::invokeMethod(&process, work, Qt::BlockingQueuedConnection);
+    };
+    qint64 id = 0;
+    onStarter([&] {
+        process.start(u"sh"_s, {u"-c"_s, u"while :; do :; done"_s});
+        id = process.waitForStarted() ? process.processId() : 0;
+    });
+    QVERIFY(id > 0);
+    QTRY_VERIFY(othersWork());
+    QCOMPARE(::kill(pid_t(id), SIGSTOP), 0);
+    QTRY_VERIFY(!othersWork());
+    onStarter([&] {
+        process.kill();
+        process.waitForFinished();
+        process.moveToThread(QCoreApplication::instance()->thread());
+    });
+    starter.quit();
+    QVERIFY(starter.wait());
 }
 
 QTEST_GUILESS_MAIN(tst_PlatformParts)
