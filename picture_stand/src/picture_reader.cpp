@@ -17,10 +17,9 @@ namespace lindenreed::picture_stand {
 
 namespace {
 
-// Where a reader reduces while it decodes, Qt's limit does not count what is in the file; but a progressive
-// JPEG in colour takes up to six bytes a pixel on the way, 720 MB here, and empty rows of a PNG are packed so
-// well that a small file keeps the device busy for minutes. The largest photographs of telephones have 108
-// million.
+// Where a reader reduces while it decodes, Qt's limit does not count what is in the file, and empty rows are
+// packed so well that a small file would keep the device busy for minutes. The largest photographs of
+// telephones have 108 million.
 constexpr qint64 mostPixels = 120'000'000;
 
 QImage readPixels(QFile &file, QSize screen)

@@ -70,6 +70,14 @@ inline QList<std::array<quint32, 4>> tiffEntries(quint32 width, quint32 height, 
             {279, 4, 1, size},  {284, 3, 1, 1}};
 }
 
+inline QByteArray bmp(quint32 width, quint32 height, quint32 bits, quint32 compression, quint32 palette,
+                      const QByteArray &data)
+{
+    return "BM" + little(quint32(54 + data.size())) + little(0) + little(54) + little(40) + little(width)
+        + little(height) + little(1, 2) + little(bits, 2) + little(compression) + little(0) + little(0)
+        + little(0) + little(palette) + little(0) + data;
+}
+
 inline QByteArray svg(const QByteArray &contents, const QByteArray &size = "200",
                       const QByteArray &before = {})
 {
@@ -178,12 +186,6 @@ inline Pictures tiffBombs()
 
 inline Pictures otherBombs()
 {
-    const auto bmp = [](quint32 width, quint32 height, quint32 bits, quint32 compression, quint32 palette,
-                        const QByteArray &data) {
-        return "BM" + little(quint32(54 + data.size())) + little(0) + little(54) + little(40) + little(width)
-            + little(height) + little(1, 2) + little(bits, 2) + little(compression) + little(0) + little(0)
-            + little(0) + little(palette) + little(0) + data;
-    };
     const QByteArray frame = QByteArray::fromHex("21f904000000000000"
                                                  "2c0000000001000100000202440100")
                                  .chopped(0);

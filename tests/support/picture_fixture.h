@@ -5,8 +5,10 @@
 #include "stderr_capture.h"
 
 #include <facts.h>
+#include <paths.h>
 #include <slateview_testing.h>
 
+#include <QCoreApplication>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -31,14 +33,16 @@ inline QImage gradient(QSize size)
     return picture;
 }
 
-/// What every test of the pictures has afresh: a device, a folder, a configuration without parameters, the
-/// log.
+/// What every test of the pictures has afresh: a device with its reader of JPEG files, a folder, a
+/// configuration without parameters, the log.
 class PictureFixture
 {
 public:
     PictureFixture()
     {
         QTest::failOnWarning(QRegularExpression(QStringLiteral(".?")));
+        // Where no panel does it: its reader of JPEG files.
+        QCoreApplication::addLibraryPath(lindenreed::device::pluginFolder());
         configure({});
     }
     ~PictureFixture()

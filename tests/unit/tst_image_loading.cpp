@@ -25,8 +25,6 @@ private slots:
 
     void loadStage_data();
     void loadStage();
-    void headersThatClaimMuch_data();
-    void headersThatClaimMuch();
     void largeDrawing();
     void loadStageOfTurnedScreen_data();
     void loadStageOfTurnedScreen();
@@ -75,36 +73,6 @@ void tst_ImageLoading::loadStage()
     const QImage picture = readImage(m_test->save(gradient(size), QStringLiteral("picture.png")));
     QCOMPARE(picture.size(), kept);
     QCOMPARE(picture.format(), QImage::Format_Grayscale8);
-}
-
-void tst_ImageLoading::headersThatClaimMuch_data()
-{
-    QTest::addColumn<QSize>("size");
-    QTest::addColumn<QSize>("kept");
-
-    // What is not there is grey.
-    QTest::newRow("just below 120 million pixels") << QSize(10'900, 11'000) << QSize(758, 764);
-    QTest::newRow("just above 120 million pixels") << QSize(10'910, 11'000) << QSize();
-    QTest::newRow("all that a header can say") << QSize(65'500, 65'500) << QSize();
-}
-
-void tst_ImageLoading::headersThatClaimMuch()
-{
-    QFETCH(QSize, size);
-    QFETCH(QSize, kept);
-
-    // Height and width stand behind the mark of the frame, its length and the depth.
-    const QString path = m_test->save(gradient({64, 64}), QStringLiteral("a.jpg"));
-    QFile file(path);
-    QVERIFY(file.open(QIODevice::ReadWrite));
-    const qint64 frame = file.readAll().indexOf("\xff\xc0");
-    QVERIFY(frame > 0 && file.seek(frame + 5));
-    for (const int length : {size.height(), size.width()})
-        QVERIFY(file.putChar(char(length / 256)) && file.putChar(char(length % 256)));
-    file.close();
-    if (!kept.isEmpty())
-        QTest::ignoreMessage(QtWarningMsg, QRegularExpression(QStringLiteral("Corrupt JPEG data")));
-    QCOMPARE(readImage(path).size(), kept.isEmpty() ? QSize(0, 0) : kept);
 }
 
 void tst_ImageLoading::largeDrawing()
