@@ -15,7 +15,7 @@
 
 using namespace lindenreed::pixels;
 
-class tst_dither : public QObject
+class tst_Dither : public QObject
 {
     Q_OBJECT
 
@@ -40,7 +40,7 @@ private slots:
     void colourPicturesStay();
 };
 
-void tst_dither::rectangleOutside_data()
+void tst_Dither::rectangleOutside_data()
 {
     QTest::addColumn<int>("x");
     QTest::addColumn<int>("y");
@@ -54,7 +54,7 @@ void tst_dither::rectangleOutside_data()
     QTest::newRow("no height") << 3 << 3 << 5 << 0;
 }
 
-void tst_dither::rectangleOutside()
+void tst_Dither::rectangleOutside()
 {
     QFETCH(int, x);
     QFETCH(int, y);
@@ -68,7 +68,7 @@ void tst_dither::rectangleOutside()
     QVERIFY(grey.bytes == before.bytes);
 }
 
-void tst_dither::paddingKeepsItsBytes()
+void tst_Dither::paddingKeepsItsBytes()
 {
     Grey grey(45, 30, 7);
     grey.fill([](std::size_t x, std::size_t y) { return x * y % 256; });
@@ -83,7 +83,7 @@ void tst_dither::paddingKeepsItsBytes()
     }
 }
 
-void tst_dither::greysOfThePanelStay()
+void tst_Dither::greysOfThePanelStay()
 {
     for (unsigned level = 0; level < 16; ++level) {
         Grey grey(64, 40, 2);
@@ -94,7 +94,7 @@ void tst_dither::greysOfThePanelStay()
     }
 }
 
-void tst_dither::panelGreysSideBySideStay()
+void tst_Dither::panelGreysSideBySideStay()
 {
     std::mt19937 random(3);
     Grey grey(97, 61);
@@ -105,7 +105,7 @@ void tst_dither::panelGreysSideBySideStay()
 }
 
 // A panel on which other greys than the multiples of 17 are levels.
-void tst_dither::levelsOfAMeasuredPanelStay()
+void tst_Dither::levelsOfAMeasuredPanelStay()
 {
     constexpr std::array greys = {0, 9, 30, 44, 51, 76, 90, 103, 121, 140, 166, 180, 201, 222, 240, 255};
     const Luminances ends = {0.009, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0.65};
@@ -133,7 +133,7 @@ void tst_dither::levelsOfAMeasuredPanelStay()
     QVERIFY(mixed.bytes == expected.bytes);
 }
 
-void tst_dither::flatFieldsKeepTheirLight()
+void tst_Dither::flatFieldsKeepTheirLight()
 {
     Luminances lights;
     for (std::size_t level = 0; level < lights.size(); ++level)
@@ -153,7 +153,7 @@ void tst_dither::flatFieldsKeepTheirLight()
     }
 }
 
-void tst_dither::aLineKeepsItsSum_data()
+void tst_Dither::aLineKeepsItsSum_data()
 {
     QTest::addColumn<int>("width");
     QTest::addColumn<int>("height");
@@ -165,7 +165,7 @@ void tst_dither::aLineKeepsItsSum_data()
 }
 
 // All that is lost is the error of the very last pixel; what the first row starts with comes to as little.
-void tst_dither::aLineKeepsItsSum()
+void tst_Dither::aLineKeepsItsSum()
 {
     QFETCH(int, width);
     QFETCH(int, height);
@@ -183,7 +183,7 @@ void tst_dither::aLineKeepsItsSum()
     QVERIFY2(std::abs(after - before) <= 2 * levelStep, qPrintable(QString::number(after - before)));
 }
 
-void tst_dither::sharesByHand_data()
+void tst_Dither::sharesByHand_data()
 {
     QTest::addColumn<int>("x");
     QTest::addColumn<int>("y");
@@ -196,7 +196,7 @@ void tst_dither::sharesByHand_data()
 
 // A grey in black, at 600 of the 2048 places to the next level, becomes black; what it lacks lifts a
 // neighbour.
-void tst_dither::sharesByHand()
+void tst_Dither::sharesByHand()
 {
     QFETCH(int, x);
     QFETCH(int, y);
@@ -218,7 +218,7 @@ void tst_dither::sharesByHand()
     }
 }
 
-void tst_dither::levelsTakeNoGhost_data()
+void tst_Dither::levelsTakeNoGhost_data()
 {
     QTest::addColumn<int>("level");
     QTest::addColumn<int>("least");
@@ -230,7 +230,7 @@ void tst_dither::levelsTakeNoGhost_data()
 }
 
 // A strip full of errors, and a field of one level below it: none comes further than its first pixels.
-void tst_dither::levelsTakeNoGhost()
+void tst_Dither::levelsTakeNoGhost()
 {
     QFETCH(int, level);
     QFETCH(int, least);
@@ -249,7 +249,7 @@ void tst_dither::levelsTakeNoGhost()
 }
 
 // Pixels of a level that stand among others pass errors on: a fine pattern keeps its light.
-void tst_dither::patternsKeepTheirLight()
+void tst_Dither::patternsKeepTheirLight()
 {
     for (const unsigned period : {2U, 3U}) {
         Grey grey(256, 256);
@@ -270,7 +270,7 @@ void tst_dither::patternsKeepTheirLight()
 }
 
 // What the slow twin takes over from the product.
-void tst_dither::numbersStay()
+void tst_Dither::numbersStay()
 {
     const std::array<std::pair<std::size_t, int>, 6> phases
         = {{{0, 0}, {1, 37056}, {2, 8577}, {31, 13877}, {32, 27346}, {1000, 27986}}};
@@ -287,7 +287,7 @@ void tst_dither::numbersStay()
     QCOMPARE(toDownRight, 1);
 }
 
-void tst_dither::gridStays()
+void tst_Dither::gridStays()
 {
     constexpr std::array<std::array<int, 12>, 6> levels = {{
         {1, 1, 3, 3, 3, 4, 4, 5, 5, 6, 6, 7},
@@ -306,7 +306,7 @@ void tst_dither::gridStays()
     }
 }
 
-void tst_dither::withoutPixels()
+void tst_Dither::withoutPixels()
 {
     diffuseTo16Levels({nullptr, 0, 0, 0, 1}, 0, 0, 0, 0);
     diffuseTo16Levels({nullptr, 10, 10, 10, 1}, 0, 0, 10, 10);
@@ -317,7 +317,7 @@ void tst_dither::withoutPixels()
     QCOMPARE(int(byte), 100);
 }
 
-void tst_dither::colourPicturesStay()
+void tst_Dither::colourPicturesStay()
 {
     std::vector<std::uint8_t> bytes(30, 100);
     const std::vector<std::uint8_t> before = bytes;
@@ -325,5 +325,5 @@ void tst_dither::colourPicturesStay()
     QVERIFY(bytes == before);
 }
 
-QTEST_APPLESS_MAIN(tst_dither)
+QTEST_APPLESS_MAIN(tst_Dither)
 #include "tst_dither.moc"

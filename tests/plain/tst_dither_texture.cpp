@@ -104,7 +104,7 @@ void addGreys()
 
 } // namespace
 
-class tst_dither_texture : public QObject
+class tst_DitherTexture : public QObject
 {
     Q_OBJECT
 
@@ -115,7 +115,7 @@ private slots:
     void startsAtOnce();
 };
 
-void tst_dither_texture::dotsAreSpreadEvenly()
+void tst_DitherTexture::dotsAreSpreadEvenly()
 {
     QFETCH(int, grey);
     QFETCH(bool, isMeasured);
@@ -144,7 +144,7 @@ void tst_dither_texture::dotsAreSpreadEvenly()
     QVERIFY2(highest < 20, qPrintable(QString::number(highest)));
 }
 
-void tst_dither_texture::startsAtOnce()
+void tst_DitherTexture::startsAtOnce()
 {
     QFETCH(int, grey);
     QFETCH(bool, isMeasured);
@@ -166,5 +166,5 @@ void tst_dither_texture::startsAtOnce()
     }
 }
 
-QTEST_APPLESS_MAIN(tst_dither_texture)
+QTEST_APPLESS_MAIN(tst_DitherTexture)
 #include "tst_dither_texture.moc"

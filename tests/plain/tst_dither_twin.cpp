@@ -53,7 +53,7 @@ const std::vector<LevelCurve> curves = {evenLevels(), measuredByGamma, measuredO
 
 } // namespace
 
-class tst_dither_twin : public QObject
+class tst_DitherTwin : public QObject
 {
     Q_OBJECT
 
@@ -66,7 +66,7 @@ private slots:
     void anyRectangle();
 };
 
-void tst_dither_twin::anySmallSize()
+void tst_DitherTwin::anySmallSize()
 {
     Random random(1);
     std::size_t turn = 0;
@@ -83,7 +83,7 @@ void tst_dither_twin::anySmallSize()
     }
 }
 
-void tst_dither_twin::largerSizes_data()
+void tst_DitherTwin::largerSizes_data()
 {
     QTest::addColumn<int>("width");
     QTest::addColumn<int>("height");
@@ -106,7 +106,7 @@ void tst_dither_twin::largerSizes_data()
     QTest::newRow("panel of six inches") << 758 << 1024;
 }
 
-void tst_dither_twin::largerSizes()
+void tst_DitherTwin::largerSizes()
 {
     QFETCH(int, width);
     QFETCH(int, height);
@@ -122,7 +122,7 @@ void tst_dither_twin::largerSizes()
     }
 }
 
-void tst_dither_twin::rectangles_data()
+void tst_DitherTwin::rectangles_data()
 {
     QTest::addColumn<int>("x");
     QTest::addColumn<int>("y");
@@ -136,7 +136,7 @@ void tst_dither_twin::rectangles_data()
     QTest::newRow("the last pixel") << 80 << 52 << 9 << 9;
 }
 
-void tst_dither_twin::rectangles()
+void tst_DitherTwin::rectangles()
 {
     QFETCH(int, x);
     QFETCH(int, y);
@@ -156,7 +156,7 @@ void tst_dither_twin::rectangles()
     QCOMPARE(grey.at(0, 0), before.bytes[0]);
 }
 
-void tst_dither_twin::anyRectangle()
+void tst_DitherTwin::anyRectangle()
 {
     Random random(2);
     for (std::size_t i = 0; i < 200; ++i) {
@@ -172,5 +172,5 @@ void tst_dither_twin::anyRectangle()
     }
 }
 
-QTEST_APPLESS_MAIN(tst_dither_twin)
+QTEST_APPLESS_MAIN(tst_DitherTwin)
 #include "tst_dither_twin.moc"

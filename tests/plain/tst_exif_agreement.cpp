@@ -125,7 +125,7 @@ std::string fileOf(std::size_t kind, const std::string &segment)
 
 } // namespace
 
-class tst_exif_agreement : public QObject
+class tst_ExifAgreement : public QObject
 {
     Q_OBJECT
 
@@ -135,7 +135,7 @@ private slots:
     void samples();
 };
 
-void tst_exif_agreement::generated_data()
+void tst_ExifAgreement::generated_data()
 {
     QTest::addColumn<QByteArray>("file");
     QTest::addColumn<QByteArray>("expected");
@@ -153,7 +153,7 @@ void tst_exif_agreement::generated_data()
     }
 }
 
-void tst_exif_agreement::generated()
+void tst_ExifAgreement::generated()
 {
     QFETCH(QByteArray, file);
     QFETCH(QByteArray, expected);
@@ -165,7 +165,7 @@ void tst_exif_agreement::generated()
     QCOMPARE(QByteArray::fromStdString(dateByLibrary(path)), expected);
 }
 
-void tst_exif_agreement::samples()
+void tst_ExifAgreement::samples()
 {
     // Pictures of real cameras: a folder that is not part of the sources.
     const QString folder = qEnvironmentVariable("SLATE_EXIF_SAMPLES");
@@ -193,5 +193,5 @@ void tst_exif_agreement::samples()
     qInfo("%d pictures with a date", dated);
 }
 
-QTEST_APPLESS_MAIN(tst_exif_agreement)
+QTEST_APPLESS_MAIN(tst_ExifAgreement)
 #include "tst_exif_agreement.moc"

@@ -21,7 +21,7 @@ constexpr unsigned gpsTag = 0x8825;
 
 } // namespace
 
-class tst_exif_directories : public QObject
+class tst_ExifDirectories : public QObject
 {
     Q_OBJECT
 
@@ -44,7 +44,7 @@ private slots:
     void firstDirectoryBehindTheOthers();
 };
 
-void tst_exif_directories::subDirectoryFits_data()
+void tst_ExifDirectories::subDirectoryFits_data()
 {
     QTest::addColumn<ByteOrder>("order");
     QTest::addColumn<int>("directory");
@@ -55,7 +55,7 @@ void tst_exif_directories::subDirectoryFits_data()
     }
 }
 
-void tst_exif_directories::subDirectoryFits()
+void tst_ExifDirectories::subDirectoryFits()
 {
     QFETCH(ByteOrder, order);
     QFETCH(int, directory);
@@ -86,7 +86,7 @@ void tst_exif_directories::subDirectoryFits()
     }
 }
 
-void tst_exif_directories::subDirectoryBegins_data()
+void tst_ExifDirectories::subDirectoryBegins_data()
 {
     QTest::addColumn<ByteOrder>("order");
     QTest::addColumn<unsigned>("tag");
@@ -113,7 +113,7 @@ void tst_exif_directories::subDirectoryBegins_data()
     }
 }
 
-void tst_exif_directories::subDirectoryBegins()
+void tst_ExifDirectories::subDirectoryBegins()
 {
     QFETCH(ByteOrder, order);
     QFETCH(unsigned, tag);
@@ -129,12 +129,12 @@ void tst_exif_directories::subDirectoryBegins()
     QCOMPARE(read.info.Make, std::string("Make")); // texts too, and entries behind the reference
 }
 
-void tst_exif_directories::corruptExifDirectoryHidesGps_data()
+void tst_ExifDirectories::corruptExifDirectoryHidesGps_data()
 {
     bothOrders();
 }
 
-void tst_exif_directories::corruptExifDirectoryHidesGps()
+void tst_ExifDirectories::corruptExifDirectoryHidesGps()
 {
     QFETCH(ByteOrder, order);
 
@@ -147,12 +147,12 @@ void tst_exif_directories::corruptExifDirectoryHidesGps()
     QCOMPARE(read.info.GPS.Differential, EXIFInfo::GpsGroup::unset);
 }
 
-void tst_exif_directories::referencesOfAnyFormat_data()
+void tst_ExifDirectories::referencesOfAnyFormat_data()
 {
     bothOrders();
 }
 
-void tst_exif_directories::referencesOfAnyFormat()
+void tst_ExifDirectories::referencesOfAnyFormat()
 {
     QFETCH(ByteOrder, order);
 
@@ -172,12 +172,12 @@ void tst_exif_directories::referencesOfAnyFormat()
     }
 }
 
-void tst_exif_directories::lastReferenceCounts_data()
+void tst_ExifDirectories::lastReferenceCounts_data()
 {
     bothOrders();
 }
 
-void tst_exif_directories::lastReferenceCounts()
+void tst_ExifDirectories::lastReferenceCounts()
 {
     QFETCH(ByteOrder, order);
 
@@ -192,12 +192,12 @@ void tst_exif_directories::lastReferenceCounts()
     QCOMPARE(read.info.GPS.Differential, 1.0);
 }
 
-void tst_exif_directories::referencesCountInFirstDirectoryAlone_data()
+void tst_ExifDirectories::referencesCountInFirstDirectoryAlone_data()
 {
     bothOrders();
 }
 
-void tst_exif_directories::referencesCountInFirstDirectoryAlone()
+void tst_ExifDirectories::referencesCountInFirstDirectoryAlone()
 {
     QFETCH(ByteOrder, order);
 
@@ -210,12 +210,12 @@ void tst_exif_directories::referencesCountInFirstDirectoryAlone()
     QCOMPARE(readSegment(builder.segment()).result, int(ParseSuccess));
 }
 
-void tst_exif_directories::sharedDirectories_data()
+void tst_ExifDirectories::sharedDirectories_data()
 {
     bothOrders();
 }
 
-void tst_exif_directories::sharedDirectories()
+void tst_ExifDirectories::sharedDirectories()
 {
     QFETCH(ByteOrder, order);
 
@@ -233,12 +233,12 @@ void tst_exif_directories::sharedDirectories()
     QCOMPARE(read.info.GPS.Differential, 1.0);
 }
 
-void tst_exif_directories::firstDirectoryBehindTheOthers_data()
+void tst_ExifDirectories::firstDirectoryBehindTheOthers_data()
 {
     bothOrders();
 }
 
-void tst_exif_directories::firstDirectoryBehindTheOthers()
+void tst_ExifDirectories::firstDirectoryBehindTheOthers()
 {
     QFETCH(ByteOrder, order);
 
@@ -254,5 +254,5 @@ void tst_exif_directories::firstDirectoryBehindTheOthers()
     QCOMPARE(int(read.info.Flash), 1);
 }
 
-QTEST_APPLESS_MAIN(tst_exif_directories)
+QTEST_APPLESS_MAIN(tst_ExifDirectories)
 #include "tst_exif_directories.moc"

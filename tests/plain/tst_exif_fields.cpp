@@ -83,7 +83,7 @@ bool accepts(ValueKind kind, unsigned format)
 
 } // namespace
 
-class tst_exif_fields : public QObject
+class tst_ExifFields : public QObject
 {
     Q_OBJECT
 
@@ -105,7 +105,7 @@ private slots:
     void decimalDegrees();
 };
 
-void tst_exif_fields::cleared()
+void tst_ExifFields::cleared()
 {
     EXIFInfo info;
     for (const ExifField &field : exifFields) {
@@ -135,7 +135,7 @@ void tst_exif_fields::cleared()
     QCOMPARE(info.Fields, 0u);
 }
 
-void tst_exif_fields::filledFromDirectory_data()
+void tst_ExifFields::filledFromDirectory_data()
 {
     QTest::addColumn<ByteOrder>("order");
     QTest::addColumn<int>("index");
@@ -146,7 +146,7 @@ void tst_exif_fields::filledFromDirectory_data()
     }
 }
 
-void tst_exif_fields::filledFromDirectory()
+void tst_ExifFields::filledFromDirectory()
 {
     QFETCH(ByteOrder, order);
     QFETCH(int, index);
@@ -172,7 +172,7 @@ void tst_exif_fields::filledFromDirectory()
     }
 }
 
-void tst_exif_fields::otherFormatOrNoCount()
+void tst_ExifFields::otherFormatOrNoCount()
 {
     QFETCH(ByteOrder, order);
     QFETCH(int, index);
@@ -196,7 +196,7 @@ void tst_exif_fields::otherFormatOrNoCount()
     }
 }
 
-void tst_exif_fields::lastEntryCounts()
+void tst_ExifFields::lastEntryCounts()
 {
     QFETCH(ByteOrder, order);
     QFETCH(int, index);
@@ -215,12 +215,12 @@ void tst_exif_fields::lastEntryCounts()
     QCOMPARE(field.read(readSegment(builder.segment()).info), value);
 }
 
-void tst_exif_fields::unknownTags_data()
+void tst_ExifFields::unknownTags_data()
 {
     bothOrders();
 }
 
-void tst_exif_fields::unknownTags()
+void tst_ExifFields::unknownTags()
 {
     QFETCH(ByteOrder, order);
 
@@ -236,12 +236,12 @@ void tst_exif_fields::unknownTags()
     }
 }
 
-void tst_exif_fields::lensSpecification_data()
+void tst_ExifFields::lensSpecification_data()
 {
     bothOrders();
 }
 
-void tst_exif_fields::lensSpecification()
+void tst_ExifFields::lensSpecification()
 {
     QFETCH(ByteOrder, order);
 
@@ -258,7 +258,7 @@ void tst_exif_fields::lensSpecification()
     QVERIFY(filled(readSegment(builder.segment()).info).empty());
 }
 
-void tst_exif_fields::exposureIndexForSpeed_data()
+void tst_ExifFields::exposureIndexForSpeed_data()
 {
     QTest::addColumn<ByteOrder>("order");
     QTest::addColumn<int>("speed"); // below 0: none
@@ -280,7 +280,7 @@ void tst_exif_fields::exposureIndexForSpeed_data()
     }
 }
 
-void tst_exif_fields::exposureIndexForSpeed()
+void tst_ExifFields::exposureIndexForSpeed()
 {
     QFETCH(ByteOrder, order);
     QFETCH(int, speed);
@@ -304,7 +304,7 @@ void tst_exif_fields::exposureIndexForSpeed()
     QCOMPARE(int(readSegment(builder.segment()).info.ISOSpeedRatings), 400);
 }
 
-void tst_exif_fields::decimalDegrees_data()
+void tst_ExifFields::decimalDegrees_data()
 {
     QTest::addColumn<ByteOrder>("order");
     QTest::addColumn<QByteArray>("directions");
@@ -324,7 +324,7 @@ void tst_exif_fields::decimalDegrees_data()
     }
 }
 
-void tst_exif_fields::decimalDegrees()
+void tst_ExifFields::decimalDegrees()
 {
     QFETCH(ByteOrder, order);
     QFETCH(QByteArray, directions);
@@ -346,5 +346,5 @@ void tst_exif_fields::decimalDegrees()
     QVERIFY(filled(readSegment(two.segment()).info).empty());
 }
 
-QTEST_APPLESS_MAIN(tst_exif_fields)
+QTEST_APPLESS_MAIN(tst_ExifFields)
 #include "tst_exif_fields.moc"

@@ -36,7 +36,7 @@ const std::string corrupt = app1(ExifBuilder(ByteOrder::Little).segment().substr
 
 } // namespace
 
-class tst_exif_file : public QObject
+class tst_ExifFile : public QObject
 {
     Q_OBJECT
 
@@ -55,7 +55,7 @@ private slots:
     void constructorTellsByFields();
 };
 
-void tst_exif_file::result_data()
+void tst_ExifFile::result_data()
 {
     QTest::addColumn<std::string>("file");
     QTest::addColumn<int>("expected");
@@ -101,7 +101,7 @@ void tst_exif_file::result_data()
     QTest::newRow("corrupt behind other data") << jpegFile(foreign + corrupt) << int(ParseCorruptData);
 }
 
-void tst_exif_file::result()
+void tst_ExifFile::result()
 {
     QFETCH(std::string, file);
     QFETCH(int, expected);
@@ -112,7 +112,7 @@ void tst_exif_file::result()
     QVERIFY(read.info.DateTimeOriginal.empty());
 }
 
-void tst_exif_file::faultAfterDate_data()
+void tst_ExifFile::faultAfterDate_data()
 {
     QTest::addColumn<std::string>("rest");
 
@@ -131,7 +131,7 @@ void tst_exif_file::faultAfterDate_data()
     QTest::newRow("corrupt data") << corrupt;
 }
 
-void tst_exif_file::faultAfterDate()
+void tst_ExifFile::faultAfterDate()
 {
     QFETCH(std::string, rest);
 
@@ -141,7 +141,7 @@ void tst_exif_file::faultAfterDate()
     QCOMPARE(read.info.DateTimeOriginal, date);
 }
 
-void tst_exif_file::dateIsFound_data()
+void tst_ExifFile::dateIsFound_data()
 {
     QTest::addColumn<std::string>("before");
 
@@ -162,7 +162,7 @@ void tst_exif_file::dateIsFound_data()
     }
 }
 
-void tst_exif_file::dateIsFound()
+void tst_ExifFile::dateIsFound()
 {
     QFETCH(std::string, before);
 
@@ -172,13 +172,13 @@ void tst_exif_file::dateIsFound()
     QCOMPARE(read.info.DateTimeOriginal, date);
 }
 
-void tst_exif_file::bothOrdersGiveTheSame()
+void tst_ExifFile::bothOrdersGiveTheSame()
 {
     for (const ByteOrder order : byteOrders)
         QCOMPARE(readFile(jpegFile(app1(datedSegment(order)))).info.DateTimeOriginal, date);
 }
 
-void tst_exif_file::laterSegmentOverwrites()
+void tst_ExifFile::laterSegmentOverwrites()
 {
     for (const ByteOrder order : byteOrders) {
         const std::string later = app1(datedSegment(order, otherDate));
@@ -189,7 +189,7 @@ void tst_exif_file::laterSegmentOverwrites()
     }
 }
 
-void tst_exif_file::laterSegmentKeepsWhatItDoesNotName()
+void tst_ExifFile::laterSegmentKeepsWhatItDoesNotName()
 {
     for (const ByteOrder order : byteOrders) {
         const std::string later = ExifBuilder(order).shorts(ExifBuilder::First, 0x0112, {6}).segment();
@@ -199,7 +199,7 @@ void tst_exif_file::laterSegmentKeepsWhatItDoesNotName()
     }
 }
 
-void tst_exif_file::laterCorruptSegmentOverwritesWithWhatItHas()
+void tst_ExifFile::laterCorruptSegmentOverwritesWithWhatItHas()
 {
     for (const ByteOrder order : byteOrders) {
         ExifBuilder later(order);
@@ -213,7 +213,7 @@ void tst_exif_file::laterCorruptSegmentOverwritesWithWhatItHas()
     }
 }
 
-void tst_exif_file::clearsFirst()
+void tst_ExifFile::clearsFirst()
 {
     EXIFInfo info;
     std::istringstream good(jpegFile(dated));
@@ -226,7 +226,7 @@ void tst_exif_file::clearsFirst()
     QVERIFY(info.DateTimeOriginal.empty());
 }
 
-void tst_exif_file::constructorTellsByFields()
+void tst_ExifFile::constructorTellsByFields()
 {
     const QTemporaryDir folder;
     const std::string path = folder.filePath(QStringLiteral("picture.jpg")).toStdString();
@@ -241,5 +241,5 @@ void tst_exif_file::constructorTellsByFields()
     QCOMPARE(EXIFInfo(without).Fields, 0u);
 }
 
-QTEST_APPLESS_MAIN(tst_exif_file)
+QTEST_APPLESS_MAIN(tst_ExifFile)
 #include "tst_exif_file.moc"

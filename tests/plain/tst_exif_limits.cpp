@@ -6,7 +6,7 @@
 
 using namespace TinyEXIF;
 
-class tst_exif_limits : public QObject
+class tst_ExifLimits : public QObject
 {
     Q_OBJECT
 
@@ -19,7 +19,7 @@ private slots:
     void manySegments();
 };
 
-void tst_exif_limits::largestCounts()
+void tst_ExifLimits::largestCounts()
 {
     QFETCH(ByteOrder, order);
 
@@ -41,7 +41,7 @@ void tst_exif_limits::largestCounts()
     }
 }
 
-void tst_exif_limits::manyEntriesOneText()
+void tst_ExifLimits::manyEntriesOneText()
 {
     QFETCH(ByteOrder, order);
 
@@ -71,7 +71,7 @@ void tst_exif_limits::manyEntriesOneText()
     QCOMPARE(info.SubjectArea, std::vector<std::uint16_t>(size / 2, 0x7878));
 }
 
-void tst_exif_limits::manySegments()
+void tst_ExifLimits::manySegments()
 {
     QFETCH(ByteOrder, order);
 
@@ -93,5 +93,5 @@ void tst_exif_limits::manySegments()
     QCOMPARE(info.DateTimeOriginal.size(), std::size_t(64000));
 }
 
-QTEST_APPLESS_MAIN(tst_exif_limits)
+QTEST_APPLESS_MAIN(tst_ExifLimits)
 #include "tst_exif_limits.moc"

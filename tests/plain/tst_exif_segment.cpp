@@ -4,7 +4,7 @@
 
 using namespace TinyEXIF;
 
-class tst_exif_segment : public QObject
+class tst_ExifSegment : public QObject
 {
     Q_OBJECT
 
@@ -26,7 +26,7 @@ private slots:
     void keepsWhatIsNotNamed();
 };
 
-void tst_exif_segment::noExifSegment()
+void tst_ExifSegment::noExifSegment()
 {
     EXIFInfo info;
     QCOMPARE(info.parseFromEXIFSegment(nullptr, 0), int(ParseAbsentData));
@@ -42,12 +42,12 @@ void tst_exif_segment::noExifSegment()
     QVERIFY(info.DateTimeOriginal.empty());
 }
 
-void tst_exif_segment::tooShort_data()
+void tst_ExifSegment::tooShort_data()
 {
     bothOrders();
 }
 
-void tst_exif_segment::tooShort()
+void tst_ExifSegment::tooShort()
 {
     QFETCH(ByteOrder, order);
 
@@ -57,7 +57,7 @@ void tst_exif_segment::tooShort()
     QCOMPARE(readSegment(std::string("Exif\0\0??", 8)).result, int(ParseCorruptData));
 }
 
-void tst_exif_segment::byteOrder_data()
+void tst_ExifSegment::byteOrder_data()
 {
     QTest::addColumn<QByteArray>("mark");
     QTest::addColumn<int>("expected");
@@ -69,7 +69,7 @@ void tst_exif_segment::byteOrder_data()
     QTest::newRow("big-endian, with numbers that are not") << QByteArray("MM") << int(ParseCorruptData);
 }
 
-void tst_exif_segment::byteOrder()
+void tst_ExifSegment::byteOrder()
 {
     QFETCH(QByteArray, mark);
     QFETCH(int, expected);
@@ -79,12 +79,12 @@ void tst_exif_segment::byteOrder()
     QCOMPARE(readSegment(segment).result, expected);
 }
 
-void tst_exif_segment::magic_data()
+void tst_ExifSegment::magic_data()
 {
     bothOrders();
 }
 
-void tst_exif_segment::magic()
+void tst_ExifSegment::magic()
 {
     QFETCH(ByteOrder, order);
 
@@ -94,7 +94,7 @@ void tst_exif_segment::magic()
                  int(ParseCorruptData));
 }
 
-void tst_exif_segment::firstOffset_data()
+void tst_ExifSegment::firstOffset_data()
 {
     QTest::addColumn<ByteOrder>("order");
     QTest::addColumn<qint64>("offset"); // below 0: from the end of the segment
@@ -115,7 +115,7 @@ void tst_exif_segment::firstOffset_data()
     }
 }
 
-void tst_exif_segment::firstOffset()
+void tst_ExifSegment::firstOffset()
 {
     QFETCH(ByteOrder, order);
     QFETCH(qint64, offset);
@@ -128,7 +128,7 @@ void tst_exif_segment::firstOffset()
     QCOMPARE(readSegment(segment).result, expected);
 }
 
-void tst_exif_segment::firstDirectoryFits_data()
+void tst_ExifSegment::firstDirectoryFits_data()
 {
     QTest::addColumn<ByteOrder>("order");
     QTest::addColumn<int>("entries");
@@ -139,7 +139,7 @@ void tst_exif_segment::firstDirectoryFits_data()
     }
 }
 
-void tst_exif_segment::firstDirectoryFits()
+void tst_ExifSegment::firstDirectoryFits()
 {
     QFETCH(ByteOrder, order);
     QFETCH(int, entries);
@@ -164,12 +164,12 @@ void tst_exif_segment::firstDirectoryFits()
     }
 }
 
-void tst_exif_segment::linkIsNotFollowed_data()
+void tst_ExifSegment::linkIsNotFollowed_data()
 {
     bothOrders();
 }
 
-void tst_exif_segment::linkIsNotFollowed()
+void tst_ExifSegment::linkIsNotFollowed()
 {
     QFETCH(ByteOrder, order);
 
@@ -186,12 +186,12 @@ void tst_exif_segment::linkIsNotFollowed()
     }
 }
 
-void tst_exif_segment::keepsWhatIsNotNamed_data()
+void tst_ExifSegment::keepsWhatIsNotNamed_data()
 {
     bothOrders();
 }
 
-void tst_exif_segment::keepsWhatIsNotNamed()
+void tst_ExifSegment::keepsWhatIsNotNamed()
 {
     QFETCH(ByteOrder, order);
 
@@ -204,5 +204,5 @@ void tst_exif_segment::keepsWhatIsNotNamed()
     QCOMPARE(info.Fields, 0u); // told by the file, not by the segment
 }
 
-QTEST_APPLESS_MAIN(tst_exif_segment)
+QTEST_APPLESS_MAIN(tst_ExifSegment)
 #include "tst_exif_segment.moc"

@@ -144,7 +144,7 @@ const std::string dated = app1(datedSegment(ByteOrder::Big));
 
 } // namespace
 
-class tst_exif_stream : public QObject
+class tst_ExifStream : public QObject
 {
     Q_OBJECT
 
@@ -165,7 +165,7 @@ private slots:
     void dateBeyondFourGibibytes();
 };
 
-void tst_exif_stream::asksForNoMoreThanIsThere()
+void tst_ExifStream::asksForNoMoreThanIsThere()
 {
     NotedStream stream(jpegFile("\xFF" + jpegSegment(0xE0, "JFIF") + dated));
     QCOMPARE(EXIFInfo().parseFrom(stream), int(ParseSuccess));
@@ -176,7 +176,7 @@ void tst_exif_stream::asksForNoMoreThanIsThere()
     QCOMPARE(stream.calls, expected);
 }
 
-void tst_exif_stream::readsOnAfterFillBytesThatFail()
+void tst_ExifStream::readsOnAfterFillBytesThatFail()
 {
     NotedStream stream(jpegFile(std::string(2, '\xFF') + dated));
     stream.failing = 3;
@@ -185,7 +185,7 @@ void tst_exif_stream::readsOnAfterFillBytesThatFail()
     QCOMPARE(info.DateTimeOriginal, date);
 }
 
-void tst_exif_stream::failure_data()
+void tst_ExifStream::failure_data()
 {
     QTest::addColumn<int>("call");
     QTest::addColumn<int>("expected");
@@ -202,7 +202,7 @@ void tst_exif_stream::failure_data()
     QTest::newRow("skipping after the date") << 10 << int(ParseSuccess) << true;
 }
 
-void tst_exif_stream::failure()
+void tst_ExifStream::failure()
 {
     QFETCH(int, call);
     QFETCH(int, expected);
@@ -216,7 +216,7 @@ void tst_exif_stream::failure()
     QCOMPARE(int(stream.calls.size()), call);
 }
 
-void tst_exif_stream::invalid()
+void tst_ExifStream::invalid()
 {
     NotedStream stream(jpegFile(dated));
     stream.valid = false;
@@ -227,7 +227,7 @@ void tst_exif_stream::invalid()
     QVERIFY(info.Make.empty());
 }
 
-void tst_exif_stream::cannotBeRead_data()
+void tst_ExifStream::cannotBeRead_data()
 {
     QTest::addColumn<int>("state");
 
@@ -236,7 +236,7 @@ void tst_exif_stream::cannotBeRead_data()
     QTest::newRow("at its end") << int(std::ios::eofbit);
 }
 
-void tst_exif_stream::cannotBeRead()
+void tst_ExifStream::cannotBeRead()
 {
     QFETCH(int, state);
 
@@ -254,7 +254,7 @@ void tst_exif_stream::cannotBeRead()
     QCOMPARE(info.parseFrom(nothing), int(ParseInvalidJpeg));
 }
 
-void tst_exif_stream::endsInsideSkippedSegment()
+void tst_ExifStream::endsInsideSkippedSegment()
 {
     const std::string cut = jpegSegment(0xE0, std::string(100, 'x')).substr(0, 10);
     for (const std::string &before : {std::string(), dated}) {
@@ -264,7 +264,7 @@ void tst_exif_stream::endsInsideSkippedSegment()
     }
 }
 
-void tst_exif_stream::setToThrow_data()
+void tst_ExifStream::setToThrow_data()
 {
     QTest::addColumn<QByteArray>("file");
     QTest::addColumn<int>("expected");
@@ -279,7 +279,7 @@ void tst_exif_stream::setToThrow_data()
     row("cut after the date", "\xFF\xD8" + dated, ParseSuccess);
 }
 
-void tst_exif_stream::setToThrow()
+void tst_ExifStream::setToThrow()
 {
     QFETCH(QByteArray, file);
     QFETCH(int, expected);
@@ -289,7 +289,7 @@ void tst_exif_stream::setToThrow()
     QCOMPARE(EXIFInfo().parseFrom(stream), expected);
 }
 
-void tst_exif_stream::throwingBuffer_data()
+void tst_ExifStream::throwingBuffer_data()
 {
     QTest::addColumn<bool>("reading");
 
@@ -297,7 +297,7 @@ void tst_exif_stream::throwingBuffer_data()
     QTest::newRow("when it is asked to seek") << false;
 }
 
-void tst_exif_stream::throwingBuffer()
+void tst_ExifStream::throwingBuffer()
 {
     QFETCH(bool, reading);
 
@@ -315,7 +315,7 @@ void tst_exif_stream::throwingBuffer()
     }
 }
 
-void tst_exif_stream::skipsWhatIsReadAheadWithoutSeeking()
+void tst_ExifStream::skipsWhatIsReadAheadWithoutSeeking()
 {
     std::string segments;
     for (int i = 0; i < 1000; ++i)
@@ -328,7 +328,7 @@ void tst_exif_stream::skipsWhatIsReadAheadWithoutSeeking()
     QCOMPARE(buffer.seeks, 0);
 }
 
-void tst_exif_stream::dateBeyondFourGibibytes()
+void tst_ExifStream::dateBeyondFourGibibytes()
 {
     const std::string head = "\xFF\xFE\xFF\xFF";
     constexpr std::int64_t segment = 2 + 65535;
@@ -340,5 +340,5 @@ void tst_exif_stream::dateBeyondFourGibibytes()
     QCOMPARE(info.DateTimeOriginal, date);
 }
 
-QTEST_APPLESS_MAIN(tst_exif_stream)
+QTEST_APPLESS_MAIN(tst_ExifStream)
 #include "tst_exif_stream.moc"

@@ -13,7 +13,7 @@ constexpr double unset = EXIFInfo::GpsGroup::unset;
 
 } // namespace
 
-class tst_exif_values : public QObject
+class tst_ExifValues : public QObject
 {
     Q_OBJECT
 
@@ -40,7 +40,7 @@ private slots:
     void subjectAreaOutside();
 };
 
-void tst_exif_values::text_data()
+void tst_ExifValues::text_data()
 {
     QTest::addColumn<ByteOrder>("order");
     QTest::addColumn<QByteArray>("bytes");
@@ -79,7 +79,7 @@ void tst_exif_values::text_data()
     }
 }
 
-void tst_exif_values::text()
+void tst_ExifValues::text()
 {
     QFETCH(ByteOrder, order);
     QFETCH(QByteArray, bytes);
@@ -132,12 +132,12 @@ std::string pointing(ByteOrder order, ExifBuilder::Directory directory, unsigned
 
 } // namespace
 
-void tst_exif_values::textOutside_data()
+void tst_ExifValues::textOutside_data()
 {
     outsideRows(20);
 }
 
-void tst_exif_values::textOutside()
+void tst_ExifValues::textOutside()
 {
     QFETCH(ByteOrder, order);
     QFETCH(std::uint32_t, before);
@@ -152,7 +152,7 @@ void tst_exif_values::textOutside()
     QCOMPARE(int(info.Flash), 1);
 }
 
-void tst_exif_values::textAtTheEnd()
+void tst_ExifValues::textAtTheEnd()
 {
     QFETCH(ByteOrder, order);
 
@@ -169,7 +169,7 @@ void tst_exif_values::textAtTheEnd()
     QCOMPARE(first.info.DateTimeOriginal, std::string(order == ByteOrder::Little ? "II*" : "MM"));
 }
 
-void tst_exif_values::shortNumber()
+void tst_ExifValues::shortNumber()
 {
     QFETCH(ByteOrder, order);
 
@@ -182,7 +182,7 @@ void tst_exif_values::shortNumber()
     }
 }
 
-void tst_exif_values::longOrShort()
+void tst_ExifValues::longOrShort()
 {
     QFETCH(ByteOrder, order);
 
@@ -199,7 +199,7 @@ void tst_exif_values::longOrShort()
     }
 }
 
-void tst_exif_values::rational_data()
+void tst_ExifValues::rational_data()
 {
     QTest::addColumn<ByteOrder>("order");
     QTest::addColumn<bool>("isSigned");
@@ -229,7 +229,7 @@ void tst_exif_values::rational_data()
     }
 }
 
-void tst_exif_values::rational()
+void tst_ExifValues::rational()
 {
     QFETCH(ByteOrder, order);
     QFETCH(bool, isSigned);
@@ -256,12 +256,12 @@ void tst_exif_values::rational()
     QVERIFY(counted.XResolution == expected);
 }
 
-void tst_exif_values::rationalOutside_data()
+void tst_ExifValues::rationalOutside_data()
 {
     outsideRows(8);
 }
 
-void tst_exif_values::rationalOutside()
+void tst_ExifValues::rationalOutside()
 {
     QFETCH(ByteOrder, order);
     QFETCH(std::uint32_t, before);
@@ -291,7 +291,7 @@ void tst_exif_values::rationalOutside()
     QCOMPARE(last.ExposureTime, 1.0);
 }
 
-void tst_exif_values::someRationalsOutside()
+void tst_ExifValues::someRationalsOutside()
 {
     QFETCH(ByteOrder, order);
 
@@ -310,7 +310,7 @@ void tst_exif_values::someRationalsOutside()
     QCOMPARE(lens.Lens.FNumberAtFocalLengthMax, 0.0);
 }
 
-void tst_exif_values::subjectArea()
+void tst_ExifValues::subjectArea()
 {
     QFETCH(ByteOrder, order);
 
@@ -326,12 +326,12 @@ void tst_exif_values::subjectArea()
     QCOMPARE(read(Numbers(30000, 0x1234)), Numbers(30000, 0x1234));
 }
 
-void tst_exif_values::subjectAreaOutside_data()
+void tst_ExifValues::subjectAreaOutside_data()
 {
     outsideRows(8);
 }
 
-void tst_exif_values::subjectAreaOutside()
+void tst_ExifValues::subjectAreaOutside()
 {
     QFETCH(ByteOrder, order);
     QFETCH(std::uint32_t, before);
@@ -349,5 +349,5 @@ void tst_exif_values::subjectAreaOutside()
     QCOMPARE(last.SubjectArea, std::vector<std::uint16_t>(4, 0x7878));
 }
 
-QTEST_APPLESS_MAIN(tst_exif_values)
+QTEST_APPLESS_MAIN(tst_ExifValues)
 #include "tst_exif_values.moc"

@@ -269,9 +269,9 @@ void tst_JpegReading::colourProfile()
     const QByteArray file = jpegFile({20, 10}, {.app2 = mark + profile});
     QVERIFY(ownPicture(file).colorSpace().isValid());
     QCOMPARE(ownPicture(file).colorSpace(), qtPicture(file).colorSpace());
-    const QByteArray short_ = jpegFile({20, 10}, {.app2 = mark + profile.first(100)});
-    QVERIFY(!ownPicture(short_).isNull());
-    QVERIFY(!ownPicture(short_).colorSpace().isValid());
+    const QByteArray cutOff = jpegFile({20, 10}, {.app2 = mark + profile.first(100)});
+    QVERIFY(!ownPicture(cutOff).isNull());
+    QVERIFY(!ownPicture(cutOff).colorSpace().isValid());
     const QByteArray damaged = jpegFile({20, 10}, {.app2 = mark + profile.first(200)});
     QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u".*"_s));
     const QImage picture = ownPicture(damaged);

@@ -29,7 +29,7 @@ double shownLightness(std::uint8_t grey, const LevelCurve &curve, const Luminanc
 
 } // namespace
 
-class tst_level_curve : public QObject
+class tst_LevelCurve : public QObject
 {
     Q_OBJECT
 
@@ -46,20 +46,20 @@ private slots:
     void shadowsKeepTheirDifferences();
 };
 
-void tst_level_curve::evenLevelsStay()
+void tst_LevelCurve::evenLevelsStay()
 {
     for (std::size_t level = 0; level < 16; ++level)
         QCOMPARE(int(evenLevels()[level * 17]), int(level) * levelStep);
 }
 
-void tst_level_curve::risesEverywhere()
+void tst_LevelCurve::risesEverywhere()
 {
     const LevelCurve onPaper = curveFor(paper);
     for (const LevelCurve &curve : {evenLevels(), onPaper})
         QVERIFY(std::adjacent_find(curve.begin(), curve.end(), std::greater_equal<>()) == curve.end());
 }
 
-void tst_level_curve::knownLuminances_data()
+void tst_LevelCurve::knownLuminances_data()
 {
     QTest::addColumn<double>("grey");
     QTest::addColumn<double>("light");
@@ -71,7 +71,7 @@ void tst_level_curve::knownLuminances_data()
     QTest::newRow("white") << 255.0 << 1.0 << 100.0;
 }
 
-void tst_level_curve::knownLuminances()
+void tst_LevelCurve::knownLuminances()
 {
     QFETCH(double, grey);
     QFETCH(double, light);
@@ -82,7 +82,7 @@ void tst_level_curve::knownLuminances()
     QVERIFY(std::abs(luminanceOfLightness(lightness) - light) < 0.00001);
 }
 
-void tst_level_curve::byGamma()
+void tst_LevelCurve::byGamma()
 {
     QVERIFY(std::abs(paper.front() - 0.009) < 1e-9);
     QVERIFY(std::abs(paper.back() - 0.65) < 1e-9);
@@ -90,7 +90,7 @@ void tst_level_curve::byGamma()
     QVERIFY(std::abs(lightness(paper[6]) - middle) < 1e-9);
 }
 
-void tst_level_curve::evenLevelsAreTooDarkOnPaper()
+void tst_LevelCurve::evenLevelsAreTooDarkOnPaper()
 {
     double sum = 0;
     double worst = 0;
@@ -104,7 +104,7 @@ void tst_level_curve::evenLevelsAreTooDarkOnPaper()
     QVERIFY2(std::abs(worst - 12.3) < 0.1, qPrintable(QString::number(worst)));
 }
 
-void tst_level_curve::profileIsTrueOnPaper()
+void tst_LevelCurve::profileIsTrueOnPaper()
 {
     const LevelCurve curve = curveFor(paper);
     for (int grey = 0; grey < 256; ++grey) {
@@ -113,7 +113,7 @@ void tst_level_curve::profileIsTrueOnPaper()
     }
 }
 
-void tst_level_curve::blackAndWhiteAreThePanels()
+void tst_LevelCurve::blackAndWhiteAreThePanels()
 {
     const LevelCurve curve = curveFor(paper);
     QCOMPARE(int(curve.front()), 0);
@@ -121,7 +121,7 @@ void tst_level_curve::blackAndWhiteAreThePanels()
 }
 
 // Eyes take the panel's white for white. Seen that way, too, lightness is scaled linearly.
-void tst_level_curve::whiteIsThePanelsOwn()
+void tst_LevelCurve::whiteIsThePanelsOwn()
 {
     const double black = lightness(paper.front() / paper.back());
     for (int grey = 0; grey < 256; ++grey) {
@@ -131,7 +131,7 @@ void tst_level_curve::whiteIsThePanelsOwn()
     }
 }
 
-void tst_level_curve::shadowsKeepTheirDifferences()
+void tst_LevelCurve::shadowsKeepTheirDifferences()
 {
     const double range = (lightness(paper.back()) - lightness(paper.front())) / 100;
     for (int grey = 0; grey < 255; ++grey) {
@@ -141,5 +141,5 @@ void tst_level_curve::shadowsKeepTheirDifferences()
     }
 }
 
-QTEST_APPLESS_MAIN(tst_level_curve)
+QTEST_APPLESS_MAIN(tst_LevelCurve)
 #include "tst_level_curve.moc"

@@ -55,7 +55,7 @@ QString textOf(const Exif &exif, ExifIfd directory, ExifTag tag)
 
 } // namespace
 
-class tst_samples : public QObject
+class tst_Samples : public QObject
 {
     Q_OBJECT
 
@@ -71,7 +71,7 @@ private slots:
     void language();
 };
 
-void tst_samples::exactlyTen()
+void tst_Samples::exactlyTen()
 {
     QStringList expected;
     for (int number = 1; number <= 10; ++number)
@@ -80,7 +80,7 @@ void tst_samples::exactlyTen()
     QCOMPARE(folder.entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot, QDir::Name), expected);
 }
 
-void tst_samples::picture_data()
+void tst_Samples::picture_data()
 {
     QTest::addColumn<int>("number");
     QTest::addColumn<QSize>("size");
@@ -100,7 +100,7 @@ void tst_samples::picture_data()
     QTest::newRow("starry night") << 10 << portrait << u"2024:08:12 22:38:29"_s;
 }
 
-void tst_samples::picture()
+void tst_Samples::picture()
 {
     QFETCH(int, number);
     QFETCH(QSize, size);
@@ -139,7 +139,7 @@ void tst_samples::picture()
     QVERIFY(QDateTime::fromString(taken, u"yyyy:MM:dd HH:mm:ss"_s).isValid());
 }
 
-void tst_samples::allDiffer()
+void tst_Samples::allDiffer()
 {
     QSet<QByteArray> pictures;
     QSet<QString> dates;
@@ -154,7 +154,7 @@ void tst_samples::allDiffer()
     QCOMPARE(dates.size(), 10);
 }
 
-void tst_samples::sizeTogether()
+void tst_Samples::sizeTogether()
 {
     qint64 bytes = 0;
     for (int number = 1; number <= 10; ++number)
@@ -162,7 +162,7 @@ void tst_samples::sizeTogether()
     QVERIFY2(bytes > 1024 * 1024 && bytes < 6 * 1024 * 1024, qPrintable(QString::number(bytes)));
 }
 
-void tst_samples::folders_data()
+void tst_Samples::folders_data()
 {
     QTest::addColumn<QString>("folder");
     QTest::addColumn<bool>("isEmpty");
@@ -176,7 +176,7 @@ void tst_samples::folders_data()
     QTest::newRow("locale") << u"devroot/share/locale"_s << false;
 }
 
-void tst_samples::folders()
+void tst_Samples::folders()
 {
     QFETCH(QString, folder);
     QFETCH(bool, isEmpty);
@@ -186,7 +186,7 @@ void tst_samples::folders()
     QCOMPARE(directory.isEmpty(), isEmpty);
 }
 
-void tst_samples::localeAliases()
+void tst_Samples::localeAliases()
 {
     QCOMPARE(
         contentOf(skeleton() + u"devroot/share/locale/locale.alias"_s),
@@ -194,10 +194,10 @@ void tst_samples::localeAliases()
                    "pl pl_PL.UTF-8\nuk uk_UA.UTF-8\nru ru_RU.UTF-8\nzh_CN zh_CN.UTF-8\nja ja_JP.UTF-8\n"));
 }
 
-void tst_samples::language()
+void tst_Samples::language()
 {
     QCOMPARE(contentOf(skeleton() + u"mnt/ext1/system/config/global.cfg"_s), QByteArray("language=en\n"));
 }
 
-QTEST_GUILESS_MAIN(tst_samples)
+QTEST_GUILESS_MAIN(tst_Samples)
 #include "tst_samples.moc"

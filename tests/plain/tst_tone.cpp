@@ -34,7 +34,7 @@ std::array<std::uint8_t, 256> adjusted(const Tone &tone)
 
 Q_DECLARE_METATYPE(Tone)
 
-class tst_tone : public QObject
+class tst_Tone : public QObject
 {
     Q_OBJECT
 
@@ -57,7 +57,7 @@ private slots:
     void unknownPixelSize();
 };
 
-void tst_tone::changesNothing_data()
+void tst_Tone::changesNothing_data()
 {
     QTest::addColumn<Tone>("tone");
 
@@ -66,7 +66,7 @@ void tst_tone::changesNothing_data()
     QTest::newRow("not-a-number counts as 1") << Tone{notANumber, notANumber, notANumber};
 }
 
-void tst_tone::changesNothing()
+void tst_Tone::changesNothing()
 {
     QFETCH(Tone, tone);
 
@@ -75,7 +75,7 @@ void tst_tone::changesNothing()
         QCOMPARE(std::size_t(greys[grey]), grey);
 }
 
-void tst_tone::values_data()
+void tst_Tone::values_data()
 {
     QTest::addColumn<Tone>("tone");
     QTest::addColumn<int>("grey");
@@ -116,7 +116,7 @@ void tst_tone::values_data()
     QTest::newRow("only the one that is no number counts as 1") << Tone{0.5, notANumber, 1} << 200 << 100;
 }
 
-void tst_tone::values()
+void tst_Tone::values()
 {
     QFETCH(Tone, tone);
     QFETCH(int, grey);
@@ -125,7 +125,7 @@ void tst_tone::values()
     QCOMPARE(int(adjusted(tone)[std::size_t(grey)]), expected);
 }
 
-void tst_tone::risesEverywhere_data()
+void tst_Tone::risesEverywhere_data()
 {
     QTest::addColumn<Tone>("tone");
 
@@ -136,7 +136,7 @@ void tst_tone::risesEverywhere_data()
     QTest::newRow("panel") << panelTone;
 }
 
-void tst_tone::risesEverywhere()
+void tst_Tone::risesEverywhere()
 {
     QFETCH(Tone, tone);
 
@@ -145,7 +145,7 @@ void tst_tone::risesEverywhere()
     QVERIFY(greys.front() < greys.back());
 }
 
-void tst_tone::panelIsMild()
+void tst_Tone::panelIsMild()
 {
     const auto greys = adjusted(panelTone);
     QCOMPARE(int(greys[0]), 0);
@@ -155,7 +155,7 @@ void tst_tone::panelIsMild()
         QVERIFY(std::abs(greys[std::size_t(grey)] - grey) <= 12);
 }
 
-void tst_tone::colourChannelsAreAdjustedAlike()
+void tst_Tone::colourChannelsAreAdjustedAlike()
 {
     std::vector<std::uint8_t> bytes = {0, 100, 200, 50, 60, 70, 10, 20, 30, 255, 254, 253};
     adjustTone({bytes.data(), 2, 2, 6, 3}, {0.5, 1, 1});
@@ -163,7 +163,7 @@ void tst_tone::colourChannelsAreAdjustedAlike()
     QCOMPARE(bytes, expected);
 }
 
-void tst_tone::paddingKeepsItsBytes_data()
+void tst_Tone::paddingKeepsItsBytes_data()
 {
     QTest::addColumn<int>("bytesPerPixel");
 
@@ -171,7 +171,7 @@ void tst_tone::paddingKeepsItsBytes_data()
     QTest::newRow("colour") << 3;
 }
 
-void tst_tone::paddingKeepsItsBytes()
+void tst_Tone::paddingKeepsItsBytes()
 {
     QFETCH(int, bytesPerPixel);
 
@@ -184,7 +184,7 @@ void tst_tone::paddingKeepsItsBytes()
     }
 }
 
-void tst_tone::sameAsTheSlowTwin_data()
+void tst_Tone::sameAsTheSlowTwin_data()
 {
     QTest::addColumn<Tone>("tone");
 
@@ -195,7 +195,7 @@ void tst_tone::sameAsTheSlowTwin_data()
     QTest::newRow("white from near black on") << Tone{100, 1, 1};
 }
 
-void tst_tone::sameAsTheSlowTwin()
+void tst_Tone::sameAsTheSlowTwin()
 {
     QFETCH(Tone, tone);
 
@@ -219,7 +219,7 @@ void tst_tone::sameAsTheSlowTwin()
 }
 
 // Every grey, in every lane of a vector.
-void tst_tone::eachGreyInEachLane()
+void tst_Tone::eachGreyInEachLane()
 {
     constexpr std::size_t width = 263, height = 70, stride = 270;
     std::vector<std::uint8_t> bytes(stride * height);
@@ -235,7 +235,7 @@ void tst_tone::eachGreyInEachLane()
     }
 }
 
-void tst_tone::withoutPixels()
+void tst_Tone::withoutPixels()
 {
     adjustTone({nullptr, 0, 0, 0, 1}, {0, 1, 1});
     adjustTone({nullptr, 10, 10, 10, 1}, {0, 1, 1});
@@ -247,7 +247,7 @@ void tst_tone::withoutPixels()
     QCOMPARE(int(byte), 9);
 }
 
-void tst_tone::unknownPixelSize_data()
+void tst_Tone::unknownPixelSize_data()
 {
     QTest::addColumn<int>("bytesPerPixel");
 
@@ -257,7 +257,7 @@ void tst_tone::unknownPixelSize_data()
     QTest::newRow("four: one of them may be opacity") << 4;
 }
 
-void tst_tone::unknownPixelSize()
+void tst_Tone::unknownPixelSize()
 {
     QFETCH(int, bytesPerPixel);
 
@@ -267,5 +267,5 @@ void tst_tone::unknownPixelSize()
     QCOMPARE(bytes, before);
 }
 
-QTEST_APPLESS_MAIN(tst_tone)
+QTEST_APPLESS_MAIN(tst_Tone)
 #include "tst_tone.moc"
