@@ -1,7 +1,7 @@
 // Opening a folder of pictures on the panel, and the first pages of the grid, one after the other by the page
 // key. The time is that from opening to the panel's first refresh. "cpu ms" and "system ms" are the main
 // thread's own time: for opening, and for a page with all of its thumbnails; the system's share has the looks
-// at files in it. "MiB" is the resident memory at the end. "through" goes to the last page.
+// at files in it. "MiB" is the resident memory at the end. "through" goes to the last page, once.
 
 #include "device_run.h"
 #include "photographs.h"

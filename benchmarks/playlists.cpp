@@ -2,10 +2,10 @@
 // and its pages, one after the other by the page key; "cpu ms" and "system ms" are the main thread's own
 // time.
 //
-// Adding pictures to a playlist in a database with so many other rows, per picture. Each picture is committed
-// by itself, and all playlists are read again after each: "commit ms" and "read ms" are these two alone, by a
-// bare query of the same driver in the same run, and "ours percent" is what adding takes beyond them: first
-// of all to look whether the picture is there already, which is "look up ms".
+// Adding pictures to a playlist in a database with so many other rows, per picture, once. Each picture is
+// committed by itself, and all playlists are read again after each: "commit ms" and "read ms" are these two
+// alone, by a bare query of the same driver in the same run, and "ours percent" is what adding takes beyond
+// them: first of all to look whether the picture is there already, which is "look up ms".
 
 #include "device_run.h"
 #include "photographs.h"

@@ -59,6 +59,15 @@ void measureStages(const QString &path, const QSize &screen, Medians &medians)
     }
 }
 
+/// What a change takes beside its stages.
+double restOf(const QJsonObject &stages, bool warm)
+{
+    double rest = stages.value(u"cpu_ms"_s).toDouble();
+    for (const QString &stage : {u"scale"_s, u"tone"_s, u"dither"_s, u"scene"_s, u"panel"_s})
+        rest -= stages.value(stage).toDouble();
+    return warm ? rest : rest - stages.value(u"decode"_s).toDouble();
+}
+
 class Show
 {
 public:
@@ -146,11 +155,11 @@ int main(int argc, char *argv[])
 
     App app;
     Medians medians;
-    const int status = runApp(app, [&](RunningApp &running) {
-        Show(running, album, arguments.value(2) == "warm"_L1).run(medians);
-    });
+    const bool warm = arguments.value(2) == "warm"_L1;
+    const int status = runApp(app, [&](RunningApp &running) { Show(running, album, warm).run(medians); });
     QJsonObject stages = medians.all();
     stages.remove(u"ms"_s);
+    stages.insert(u"rest"_s, restOf(stages, warm));
     const QJsonObject result{{u"seconds"_s, medians.of(u"ms"_s) * 1e-3}, {u"stages"_s, stages}};
     std::puts(QJsonDocument(result).toJson(QJsonDocument::Compact).constData());
     return status;
