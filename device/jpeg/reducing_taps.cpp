@@ -1,3 +1,7 @@
+// A target pixel is the sum of the source pixels around its centre, weighted by a sinc of three lobes that is
+// as wide as the picture is reduced, and windowed by the middle lobe of a sinc three times as wide (Lanczos).
+// The weights are whole numbers whose sum is exact, so that a flat field keeps its value.
+
 #include "reducing_taps.h"
 
 #include <algorithm>

@@ -1,3 +1,7 @@
+// Weighted sums of 8 bit pixels by 14 bit weights. The rows are added up first, all columns side by side,
+// into 16 bits with 6 further ones; then the columns of that one row, several weights at once. Both shift
+// back by what the weights have brought, rounded.
+
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "row_sums.cpp"
 
