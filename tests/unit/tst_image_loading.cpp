@@ -9,6 +9,7 @@
 
 #include <QFont>
 #include <QGuiApplication>
+#include <QImageReader>
 
 using lindenreed::device::facts;
 using lindenreed::picture_stand::readImage;
@@ -25,6 +26,7 @@ private slots:
 
     void loadStage_data();
     void loadStage();
+    void readerOfTheDevice();
     void largeDrawing();
     void loadStageOfTurnedScreen_data();
     void loadStageOfTurnedScreen();
@@ -73,6 +75,15 @@ void tst_ImageLoading::loadStage()
     const QImage picture = readImage(m_test->save(gradient(size), QStringLiteral("picture.png")));
     QCOMPARE(picture.size(), kept);
     QCOMPARE(picture.format(), QImage::Format_Grayscale8);
+}
+
+void tst_ImageLoading::readerOfTheDevice()
+{
+    // Qt's own keeps the colours of a picture for a grey panel.
+    QImage red(40, 30, QImage::Format_RGB32);
+    red.fill(Qt::red);
+    QCOMPARE(QImageReader(m_test->save(red, QStringLiteral("a.jpg"))).imageFormat(),
+             QImage::Format_Grayscale8);
 }
 
 void tst_ImageLoading::largeDrawing()
