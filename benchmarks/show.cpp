@@ -5,6 +5,14 @@
 // all that changes together is gathered, so that the panel flashes once. Date, decode, scale, tone and dither
 // are measured with the same pictures outside the change: a warm one decodes nothing, and the date is read
 // while something shows it.
+//
+// Where a warm change's time goes: first to Qt's 5 ms. Dithering is the one stage in which each pixel hangs
+// on its neighbours. "scale" is a copy where the picture already has the screen's size, into memory that
+// comes fresh from the system. "scene" is the whole frame; on a grey panel the picture is a copy of rows in
+// it, since the image item's picture and the window's store have one format. "panel" looks the levels up, on
+// a grey panel many at once. "rest" is "cpu ms" without the stages of the change, which for a cold one has
+// decoding among them: bindings, overlays, events. As a difference of stages that are measured apart it may
+// be below 0.
 
 #include "device_run.h"
 #include "exif_builder.h"
