@@ -9,6 +9,7 @@
 #include <QDir>
 #include <QFile>
 #include <QProcess>
+#include <QScopeGuard>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QThread>
@@ -278,6 +279,15 @@ void tst_PlatformParts::processesCount()
     const auto onStarter = [&process](const auto &work) {
         QMetaObject::invokeMethod(&process, work, Qt::BlockingQueuedConnection);
     };
+    const auto end = qScopeGuard([&] {
+        onStarter([&] {
+            process.kill();
+            process.waitForFinished();
+            process.moveToThread(QCoreApplication::instance()->thread());
+        });
+        starter.quit();
+        starter.wait();
+    });
     qint64 id = 0;
     onStarter([&] {
         process.start(u"sh"_s, {u"-c"_s, u"while :; do :; done"_s});
@@ -287,13 +297,6 @@ void tst_PlatformParts::processesCount()
     QTRY_VERIFY(othersWork());
     QCOMPARE(::kill(pid_t(id), SIGSTOP), 0);
     QTRY_VERIFY(!othersWork());
-    onStarter([&] {
-        process.kill();
-        process.waitForFinished();
-        process.moveToThread(QCoreApplication::instance()->thread());
-    });
-    starter.quit();
-    QVERIFY(starter.wait());
 }
 
 QTEST_GUILESS_MAIN(tst_PlatformParts)
