@@ -44,6 +44,8 @@ Inhibitor::~Inhibitor()
 
 void Inhibitor::setWanted(bool wanted)
 {
+    if (wanted && m_wanted && m_pause.isActive())
+        return; // a show puts sleep off with each picture; the next attempt comes by itself
     m_wanted = wanted;
     m_pause.stop();
     if (m_asking)

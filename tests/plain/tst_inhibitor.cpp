@@ -67,6 +67,7 @@ private slots:
     void anotherBusAfterOneThatDied_data();
     void anotherBusAfterOneThatDied();
     void busThatComesLate();
+    void oneAttemptInAPause();
     void noAttemptAfterTheEnd();
     void busThatDiesWhileAsked();
     void complaintIsNotRepeated();
@@ -314,6 +315,25 @@ void tst_Inhibitor::busThatComesLate()
     const ScreenSaver desktop(bus);
     useSessionBus(bus.address());
     QTRY_VERIFY(inhibitor.isHeld());
+}
+
+void tst_Inhibitor::oneAttemptInAPause()
+{
+    const PrivateBus bus;
+    ScreenSaver desktop(bus);
+    desktop.refuses = true;
+    useSessionBus(bus.address());
+    const StderrCapture errors;
+    Inhibitor inhibitor(inhibition);
+    inhibitor.setWanted(true);
+    QTRY_COMPARE(complaints(errors), 1);
+    inhibitor.setWanted(true);
+    QVERIFY(!inhibitor.isAsking());
+    QCOMPARE(desktop.asked, 1);
+
+    inhibitor.setWanted(false);
+    inhibitor.setWanted(true); // another wish
+    QTRY_COMPARE(desktop.asked, 2);
 }
 
 void tst_Inhibitor::noAttemptAfterTheEnd()
