@@ -15,4 +15,11 @@ void setUpMemory()
 #endif
 }
 
+void giveFreeMemoryBack()
+{
+#ifdef __GLIBC__
+    malloc_trim(0);
+#endif
+}
+
 } // namespace lindenreed::picture_stand

@@ -1,6 +1,7 @@
 #include "resource_image_provider.h"
 
 #include "global_config.h"
+#include "memory_setup.h"
 #include "picture_reader.h"
 
 #include <boardconf.h>
@@ -91,6 +92,9 @@ void ResourceImageProvider::loadToCache(QList<QString> images, int index)
         QThreadPool::globalInstance()->releaseThread();
         const auto end = qScopeGuard([] { QThreadPool::globalInstance()->reserveThread(); });
         cache->prefetch(images, index);
+        // What decoders, screens and lists of thousands of pictures left behind: once for each picture of a
+        // show, when there is time.
+        giveFreeMemoryBack();
     }));
 }
 

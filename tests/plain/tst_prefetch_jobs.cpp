@@ -1,6 +1,7 @@
 // Pictures loaded ahead beside everything else that the process does.
 
 #include "held_pictures.h"
+#include "process_memory.h"
 #include "resource_image_provider.h"
 #include "stderr_capture.h"
 
@@ -15,6 +16,7 @@
 #include <memory>
 #include <semaphore>
 #include <thread>
+#include <vector>
 
 Q_IMPORT_PLUGIN(HeldPicturePlugin)
 
@@ -35,6 +37,7 @@ private slots:
     void conversionsDoNotWait();
     void asManyAtOnceAsDecoders();
     void jobsThatWaitDecodeNothingForNobody();
+    void freeMemoryGoesBack();
 
 private:
     /// Three held pictures of a job's own: it loads two of them.
@@ -125,6 +128,27 @@ void tst_PrefetchJobs::jobsThatWaitDecodeNothingForNobody()
     m_provider.reset();
     QVERIFY(QThreadPool::globalInstance()->waitForDone(30'000));
     QCOMPARE(HeldPictures::begun().size(), m_decoders);
+}
+
+void tst_PrefetchJobs::freeMemoryGoesBack()
+{
+#ifdef __SANITIZE_ADDRESS__
+    QSKIP("AddressSanitizer has heaps of its own.");
+#endif
+    // 40 MB in pieces too small to be taken from the system one by one, of which every hundredth stays.
+    std::vector<std::unique_ptr<char[]>> pieces(10'000);
+    for (std::unique_ptr<char[]> &piece : pieces)
+        piece = std::make_unique<char[]>(4000);
+    for (std::size_t i = 0; i < pieces.size(); ++i) {
+        if (i % 100 != 0)
+            pieces[i].reset();
+    }
+    const qint64 before = GrowthWatch::resident();
+    HeldPictures::letAllPass();
+    m_provider->loadToCache(album(0), 0);
+    QVERIFY(QThreadPool::globalInstance()->waitForDone(30'000));
+    const qint64 now = GrowthWatch::resident();
+    QVERIFY2(now < before - 20 * 1024, qPrintable(u"%1 KiB of %2"_s.arg(now).arg(before)));
 }
 
 QTEST_GUILESS_MAIN(tst_PrefetchJobs)

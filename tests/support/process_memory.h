@@ -22,6 +22,7 @@ public:
     }
     qint64 grown() const { return memory("VmHWM") - m_before; } ///< at most, in KiB
     qint64 reserved() const { return memory("VmSize") - m_reservedBefore; } ///< now, used or not, in KiB
+    static qint64 resident() { return memory("VmRSS"); } ///< now, in KiB
 
 private:
     static qint64 memory(const QByteArray &name)
