@@ -6,7 +6,6 @@
 #include <QThread>
 
 #include <algorithm>
-#include <type_traits>
 
 namespace lindenreed::device {
 
@@ -24,10 +23,9 @@ bool isMainThread()
 
 qint64 mostScanMemory(qint64 bytes)
 {
-    // 120 megapixels at six bytes each; three quarters are for the picture of the show, which does not wait,
-    // and for all else.
+    // 120 megapixels at six bytes each. With 256 MiB, 24 megapixels of a camera have to fit.
     constexpr qint64 most = 720'000'000;
-    return bytes > 0 ? std::min(bytes / 4, most) : most;
+    return bytes > 0 ? std::min(bytes / 3, most) : most;
 }
 
 qint64 machineMemory(const QString &path)
@@ -49,33 +47,38 @@ qint64 machineMemory(const QString &path)
 
 ScanMemory &ScanMemory::ofMachine()
 {
-    // Readers may be at work to the very end.
-    static_assert(std::is_trivially_destructible_v<ScanMemory>);
-    static ScanMemory memory(mostScanMemory(machineMemory()));
-    return memory;
+    // Never destroyed: readers may be at work to the very end.
+    static ScanMemory *const memory = new ScanMemory(mostScanMemory(machineMemory()));
+    return *memory;
 }
 
 bool ScanMemory::take(qint64 bytes)
 {
     if (bytes > m_most)
         return false;
-    if (isMainThread()) {
-        m_used += bytes;
-        return true;
-    }
-    qint64 used = m_used;
-    while (used + bytes > m_most || !m_used.compare_exchange_weak(used, used + bytes)) {
-        if (used + bytes > m_most)
-            m_used.wait(used);
-        used = m_used;
+    const bool isFirst = isMainThread();
+    std::unique_lock lock(m_mutex);
+    m_firstWaits |= isFirst;
+    m_changed.wait(lock, [&] { return m_used + bytes <= m_most && (isFirst || !m_firstWaits); });
+    m_used += bytes;
+    if (isFirst) {
+        m_firstWaits = false;
+        m_changed.notify_all();
     }
     return true;
 }
 
 void ScanMemory::giveBack(qint64 bytes)
 {
+    const std::lock_guard lock(m_mutex);
     m_used -= bytes;
-    m_used.notify_all();
+    m_changed.notify_all();
+}
+
+qint64 ScanMemory::used() const
+{
+    const std::lock_guard lock(m_mutex);
+    return m_used;
 }
 
 } // namespace lindenreed::device

@@ -5,11 +5,12 @@
 #include <QString>
 #include <QtGlobal>
 
-#include <atomic>
+#include <condition_variable>
+#include <mutex>
 
 namespace lindenreed::device {
 
-/// Of a machine of so many bytes: a quarter, at most 720 MB; 0: not known how many.
+/// Of a machine of so many bytes: a third, at most 720 MB; 0: not known how many.
 qint64 mostScanMemory(qint64 bytes);
 
 /// The machine's memory in bytes, as a file like /proc/meminfo tells it; 0 where it does not.
@@ -25,15 +26,18 @@ public:
     }
     static ScanMemory &ofMachine();
 
-    /// False for more than there is in all. Else waits until so much is free; the main thread, on whose
-    /// picture the show hangs, takes it at once, beside what the others have.
+    /// False for more than there is in all. Else waits until so much is free; what comes free is the main
+    /// thread's first, on whose picture the show hangs. A thread has it once at a time.
     bool take(qint64 bytes);
     void giveBack(qint64 bytes);
-    qint64 used() const { return m_used; }
+    qint64 used() const;
 
 private:
     const qint64 m_most;
-    std::atomic<qint64> m_used = 0;
+    mutable std::mutex m_mutex; ///< of what follows
+    std::condition_variable m_changed;
+    qint64 m_used = 0;
+    bool m_firstWaits = false; ///< the main thread does
 };
 
 } // namespace lindenreed::device

@@ -157,15 +157,14 @@ void tst_MemoryBudget::isKept()
 
 void tst_MemoryBudget::progressivePictures()
 {
-    // Of headers that claim just below a quarter of the machine, and just above: the first is shown, and
-    // grey.
+    // Of headers that claim just below a third of the machine, and just above: the first is shown, and grey.
     const QString folder = u"/mnt/ext1/Progressive/"_s;
     QVERIFY(QDir().mkpath(folder));
     const QByteArray small = jpegFile({64, 64}, {.progressive = true});
     for (const auto &[name, percent] : {std::pair(u"a.jpg"_s, 98), std::pair(u"b.jpg"_s, 101)}) {
         constexpr int width = 8000;
         constexpr int bytesPerPixel = 3;
-        const QSize size(width, int(totalMemory() / 4 * percent / 100 / bytesPerPixel / width));
+        const QSize size(width, int(totalMemory() / 3 * percent / 100 / bytesPerPixel / width));
         QFile file(folder + name);
         QVERIFY(file.open(QIODevice::WriteOnly) && file.write(claiming(small, size, "\xff\xc2")) > 0);
     }

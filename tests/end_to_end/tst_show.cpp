@@ -139,7 +139,7 @@ void tst_Show::failures_data()
         << QStringList{} << QStringList{u"/bin/sh"_s, u"-c"_s, u"echo broken >&2; exit 0"_s}
         << QByteArray("did not start: broken") << 1;
     QTest::newRow("launcher refuses") << QStringList{u"--profile"_s, u"grey-99"_s} << answering()
-                                      << QByteArray("there is no profile \"grey-99\"") << 2;
+                                      << QByteArray("There is no profile \"grey-99\"") << 2;
     QTest::newRow("nothing to play") << QStringList{} << answering(u"press"_s)
                                      << QByteArray("\"press Start playback\" failed: slatectl: not-possible")
                                      << 1;

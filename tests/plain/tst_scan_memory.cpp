@@ -7,8 +7,10 @@
 
 #include <array>
 #include <atomic>
+#include <chrono>
 #include <latch>
 #include <thread>
+#include <utility>
 
 using lindenreed::device::machineMemory;
 using lindenreed::device::mostScanMemory;
@@ -19,20 +21,21 @@ class tst_ScanMemory : public QObject
     Q_OBJECT
 
 private slots:
-    void quarterOfTheMachine();
+    void thirdOfTheMachine();
     void memoryOfTheMachine_data();
     void memoryOfTheMachine();
     void memoryOfNoFile();
     void moreThanThereIs();
     void threadsShareIt();
-    void mainThreadDoesNotWait();
+    void mainThreadIsFirst();
 };
 
-void tst_ScanMemory::quarterOfTheMachine()
+void tst_ScanMemory::thirdOfTheMachine()
 {
-    QCOMPARE(mostScanMemory(512LL << 20), 128LL << 20);
-    QCOMPARE(mostScanMemory(1LL << 30), 256LL << 20);
-    QCOMPARE(mostScanMemory(2'880'000'000), 720'000'000LL);
+    QCOMPARE(mostScanMemory(384LL << 20), 128LL << 20);
+    QCOMPARE(mostScanMemory(768LL << 20), 256LL << 20);
+    QVERIFY(mostScanMemory(256LL << 20) > 24'000'000LL * 3);
+    QCOMPARE(mostScanMemory(2'160'000'000), 720'000'000LL);
     QCOMPARE(mostScanMemory(1LL << 40), 720'000'000LL);
     QCOMPARE(mostScanMemory(0), 720'000'000LL);
 }
@@ -108,13 +111,40 @@ void tst_ScanMemory::threadsShareIt()
     QCOMPARE(memory.used(), 0LL);
 }
 
-void tst_ScanMemory::mainThreadDoesNotWait()
+void tst_ScanMemory::mainThreadIsFirst()
 {
+    using namespace std::chrono;
     ScanMemory memory(100);
-    std::thread([&memory] { QVERIFY(memory.take(80)); }).join();
-    QVERIFY(memory.take(60));
     QVERIFY(!memory.take(101));
-    QCOMPARE(memory.used(), 140LL);
+    std::atomic<bool> begun = false;
+    std::atomic<bool> over = false;
+    std::atomic<int> taken = 0;
+    bool stoodStill = false;
+    std::thread other([&] {
+        // There is always room for it, but not before the main thread.
+        for (; !over; ++taken) {
+            memory.take(10);
+            memory.giveBack(10);
+        }
+    });
+    std::thread holder([&] {
+        memory.take(80);
+        begun = true;
+        const auto end = steady_clock::now() + 5s;
+        for (int before = -1; !stoodStill && steady_clock::now() < end; std::this_thread::sleep_for(50ms)) {
+            const int now = taken;
+            stoodStill = std::exchange(before, now) == now;
+        }
+        memory.giveBack(80);
+    });
+    while (!begun)
+        std::this_thread::yield();
+    QVERIFY(memory.take(60));
+    over = true;
+    other.join();
+    holder.join();
+    QVERIFY(stoodStill);
+    QCOMPARE(memory.used(), 60LL);
 }
 
 QTEST_GUILESS_MAIN(tst_ScanMemory)
