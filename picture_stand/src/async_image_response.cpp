@@ -8,7 +8,6 @@
 #include <boardconf.h>
 #include <slateview.h>
 
-#include <QFile>
 #include <QImageReader>
 #include <QQuickTextureFactory>
 
@@ -25,8 +24,10 @@ namespace {
 QImage makeCover(const QString &path, QSize box)
 {
     QImage picture;
-    if (PictureFile file(path); openRegularFile(file) && hasBearableTexts(file))
-        picture = isSvg(file) ? readSvg(path, SvgFit::Cover, box) : QImageReader(&file).read();
+    if (PictureFile file(path); openRegularFile(file) && hasBearableTexts(file)) {
+        QImageReader reader(&file);
+        picture = isSvg(reader) ? readSvg(path, SvgFit::Cover, box) : reader.read();
+    }
     // A null picture stays one, without the message that Qt would print.
     if (!picture.isNull())
         picture = picture.scaled(box, Qt::KeepAspectRatio, Qt::FastTransformation);

@@ -7,7 +7,6 @@
 #include <boardconf.h>
 #include <slateview.h>
 
-#include <QFile>
 #include <QImageReader>
 
 #include <new>
@@ -22,9 +21,8 @@ namespace {
 // telephones have 108 million.
 constexpr qint64 mostPixels = 120'000'000;
 
-QImage readPixels(QFile &file, QSize screen)
+QImage readPixels(QImageReader &reader, QSize screen)
 {
-    QImageReader reader(&file);
     const QSize size = reader.size();
     if (qint64(size.width()) * size.height() > mostPixels)
         return {};
@@ -42,7 +40,8 @@ QImage decoded(const QString &path)
         return {};
 
     const QSize screen(ScreenWidth(), ScreenHeight());
-    QImage picture = isSvg(file) ? readSvg(path, SvgFit::Within, screen) : readPixels(file, screen);
+    QImageReader reader(&file);
+    QImage picture = isSvg(reader) ? readSvg(path, SvgFit::Within, screen) : readPixels(reader, screen);
     picture = std::move(picture).convertToFormat(device_display_colormask() == 0 ? QImage::Format_Grayscale8
                                                                                  : QImage::Format_RGB888);
     if (SvGetScreenModeInversion())

@@ -1,6 +1,5 @@
 #include "svg_reader.h"
 
-#include <QFile>
 #include <QFont>
 #include <QGuiApplication>
 #include <QImageReader>
@@ -37,9 +36,9 @@ QImage received(const QByteArray &bytes)
 
 } // namespace
 
-bool isSvg(QFile &file)
+bool isSvg(const QImageReader &reader)
 {
-    return QImageReader(&file).format().startsWith("svg");
+    return reader.format().startsWith("svg");
 }
 
 QImage readSvg(const QString &path, SvgFit fit, QSize box)

@@ -6,13 +6,13 @@
 #include <QSize>
 #include <QString>
 
-class QFile;
+class QImageReader;
 
 namespace lindenreed::picture_stand {
 
-/// Whether the content of an open file, or failing that its name, is that of an SVG; the file stays where it
-/// is.
-bool isSvg(QFile &file);
+/// Whether the content of what is about to be read, or failing that its name, is that of an SVG; its device
+/// stays where it is.
+bool isSvg(const QImageReader &reader);
 
 enum class SvgFit {
     Within, ///< drawn at the box's size where it is larger, else at its own

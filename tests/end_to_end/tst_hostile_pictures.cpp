@@ -2,6 +2,7 @@
 
 #include "hostile_bombs.h"
 #include "hostile_mutations.h"
+#include "process_memory.h"
 #include "show_device.h"
 #include "stored_database.h"
 
@@ -72,7 +73,7 @@ private slots:
     void thumbnails();
 
 private:
-    qint64 memory(const QByteArray &name) const;
+    qint64 mostMemory() const { return processMemory("VmHWM", m_device->program().processId()); }
 
     QTemporaryDir m_said;
     QByteArrayList m_names;
@@ -153,18 +154,6 @@ void tst_HostilePictures::cleanup()
     m_device.reset();
 }
 
-qint64 tst_HostilePictures::memory(const QByteArray &name) const
-{
-    QFile file(u"/proc/%1/status"_s.arg(m_device->program().processId()));
-    if (!file.open(QIODevice::ReadOnly))
-        return -1;
-    for (const QByteArray &line : file.readAll().split('\n')) {
-        if (line.startsWith(name + ':'))
-            return line.simplified().split(' ').at(1).toLongLong();
-    }
-    return -1;
-}
-
 void tst_HostilePictures::fullScreen()
 {
     QVERIFY(m_device->press(u"#play_button"_s));
@@ -184,7 +173,7 @@ void tst_HostilePictures::fullScreen()
         }
     }
     QTRY_COMPARE(m_device->screenshot(), good);
-    qInfo("slowest: %lld ms, %s; memory at most %lld KiB", slowest, slowestName.constData(), memory("VmHWM"));
+    qInfo("slowest: %lld ms, %s; memory at most %lld KiB", slowest, slowestName.constData(), mostMemory());
 }
 
 void tst_HostilePictures::thumbnails()
@@ -198,7 +187,7 @@ void tst_HostilePictures::thumbnails()
         return isComplete();
     };
     QTRY_VERIFY_WITH_TIMEOUT(isCompleteFurtherOn(), 1'200'000);
-    qInfo("memory at most %lld KiB", memory("VmHWM"));
+    qInfo("memory at most %lld KiB", mostMemory());
 }
 
 int main(int argc, char **argv)

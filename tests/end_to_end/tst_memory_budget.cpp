@@ -2,6 +2,7 @@
 // and the kernel gives no more.
 
 #include "jpeg_files.h"
+#include "process_memory.h"
 #include "stored_show.h"
 
 #include <QDir>
@@ -46,7 +47,10 @@ private:
     bool storePictures(int count);
     bool isAlight() const;
     void readLines();
-    qint64 status(const QByteArray &name) const;
+    qint64 memoryOf(const QByteArray &name) const
+    {
+        return processMemory(name, m_device->program().processId());
+    }
 
     std::unique_ptr<ShowDevice> m_device;
     qint64 m_limit = 0;
@@ -78,17 +82,6 @@ bool tst_MemoryBudget::isAlight() const
 {
     const QImage screen = m_device->screenshot();
     return qGray(screen.pixel(screen.width() / 2, screen.height() / 2)) > 100;
-}
-
-/// In KiB.
-qint64 tst_MemoryBudget::status(const QByteArray &name) const
-{
-    QFile file(u"/proc/%1/status"_s.arg(m_device->program().processId()));
-    if (!file.open(QIODevice::ReadOnly))
-        return -1;
-    const QByteArray text = file.readAll();
-    const qsizetype at = text.indexOf(name + ':');
-    return at < 0 ? -1 : text.sliced(at + name.size() + 1).simplified().split(' ').constFirst().toLongLong();
 }
 
 /// Follows what the program tells of its pictures.
@@ -146,9 +139,9 @@ void tst_MemoryBudget::isKept()
     QVERIFY2(m_mostUsed <= budget + (QThread::idealThreadCount() + 1) * pictureBytes,
              qPrintable(QString::number(m_mostUsed)));
     std::printf("%lld MiB: budget %lld, used %lld, at most %lld KiB; resident at most %lld, data %lld KiB\n",
-                memory / mebibyte, budget / 1024, m_used / 1024, m_mostUsed / 1024, status("VmHWM"),
-                status("VmData"));
-    QVERIFY(status("VmHWM") * 1024 < memory);
+                memory / mebibyte, budget / 1024, m_used / 1024, m_mostUsed / 1024, memoryOf("VmHWM"),
+                memoryOf("VmData"));
+    QVERIFY(memoryOf("VmHWM") * 1024 < memory);
     QCOMPARE(m_unexpected, QByteArrayList());
     QVERIFY(m_device->does(u"quit"_s));
     QVERIFY(m_device->program().state() == QProcess::NotRunning || m_device->program().waitForFinished());

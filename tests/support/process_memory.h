@@ -1,4 +1,4 @@
-// How far the process has grown.
+// How much memory a process has, and how far this one has grown.
 
 #pragma once
 
@@ -6,7 +6,21 @@
 #include <QFile>
 #include <QString>
 
-/// Watches the process's memory from its construction on.
+/// A line of the process's status, as "VmRSS", in KiB; -1 where there is none. This process by default.
+inline qint64 processMemory(const QByteArray &name, qint64 process = 0)
+{
+    QFile file(process == 0 ? QStringLiteral("/proc/self/status")
+                            : QStringLiteral("/proc/%1/status").arg(process));
+    if (!file.open(QIODevice::ReadOnly))
+        return -1;
+    for (const QByteArray &line : file.readAll().split('\n')) {
+        if (line.startsWith(name + ':'))
+            return line.simplified().split(' ').at(1).toLongLong();
+    }
+    return -1;
+}
+
+/// Watches this process's memory from its construction on.
 class GrowthWatch
 {
 public:
@@ -17,26 +31,17 @@ public:
         QFile file(QStringLiteral("/proc/self/clear_refs"));
         if (file.open(QIODevice::WriteOnly))
             file.write("5");
-        m_before = memory("VmRSS");
-        m_reservedBefore = memory("VmSize");
+        m_before = processMemory("VmRSS");
+        m_reservedBefore = processMemory("VmSize");
     }
-    qint64 grown() const { return memory("VmHWM") - m_before; } ///< at most, in KiB
-    qint64 reserved() const { return memory("VmSize") - m_reservedBefore; } ///< now, used or not, in KiB
-    static qint64 resident() { return memory("VmRSS"); } ///< now, in KiB
+    qint64 grown() const { return processMemory("VmHWM") - m_before; } ///< at most, in KiB
+    qint64 reserved() const
+    {
+        return processMemory("VmSize") - m_reservedBefore;
+    } ///< now, used or not, in KiB
+    static qint64 resident() { return processMemory("VmRSS"); } ///< now, in KiB
 
 private:
-    static qint64 memory(const QByteArray &name)
-    {
-        QFile file(QStringLiteral("/proc/self/status"));
-        if (!file.open(QIODevice::ReadOnly))
-            return -1;
-        for (const QByteArray &line : file.readAll().split('\n')) {
-            if (line.startsWith(name + ':'))
-                return line.simplified().split(' ').at(1).toLongLong();
-        }
-        return -1;
-    }
-
     qint64 m_before = 0;
     qint64 m_reservedBefore = 0;
 };
