@@ -7,6 +7,7 @@
 #include "device_reader.h"
 
 #include <facts.h>
+#include <memory_setup.h>
 #include <resource_image_provider.h>
 
 #include <QCoreApplication>
@@ -18,6 +19,7 @@ using namespace lindenreed;
 
 int main(int argc, char *argv[])
 {
+    picture_stand::setUpMemory();
     const QCoreApplication application(argc, argv);
     const QStringList arguments = QCoreApplication::arguments();
     if (arguments.size() != 3 && arguments.size() != 5) {

@@ -33,7 +33,7 @@ public:
 
     void take(const QString &name, QString &value)
     {
-        const QJsonValue found = m_object.take(name);
+        const QJsonValue found = takeAny(name);
         if (found.isString() && !found.toString().isEmpty())
             value = found.toString();
         else
@@ -42,8 +42,7 @@ public:
 
     void take(const QString &name, int &value, int least, int most)
     {
-        const QJsonValue found = m_object.take(name);
-        const double number = found.toDouble(std::nan(""));
+        const double number = takeAny(name).toDouble(std::nan(""));
         if (number >= least && number <= most && number == std::floor(number))
             value = int(number);
         else
@@ -52,7 +51,7 @@ public:
 
     void take(const QString &name, double &value, double least, double most)
     {
-        const double number = m_object.take(name).toDouble(std::nan(""));
+        const double number = takeAny(name).toDouble(std::nan(""));
         if (number >= least && number <= most)
             value = number;
         else
@@ -61,14 +60,19 @@ public:
 
     void take(const QString &name, bool &value)
     {
-        const QJsonValue found = m_object.take(name);
+        const QJsonValue found = takeAny(name);
         if (found.isBool())
             value = found.toBool();
         else
             complain(u"\"%1\" must be true or false"_s.arg(name));
     }
 
-    QJsonValue takeAny(const QString &name) { return m_object.take(name); }
+    QJsonValue takeAny(const QString &name)
+    {
+        if (!m_object.contains(name))
+            complain(u"\"%1\" is missing"_s.arg(name));
+        return m_object.take(name);
+    }
 
     void complain(const QString &complaint)
     {
@@ -212,7 +216,9 @@ std::optional<Profile> Profile::read(const QString &path, QString *error)
     members.take(u"status_height"_s, profile.statusHeight, 0, 10'000);
     members.take(u"frontlight"_s, profile.frontlight);
     members.take(u"colour_light"_s, profile.colourLight);
-    members.take(u"levels"_s, profile.levels, 16, 256);
+    profile.levels = members.takeAny(u"levels"_s).toInt();
+    if (profile.levels != 16 && profile.levels != 256)
+        members.complain(u"\"levels\" must be 16 or 256"_s);
     if (document.object().contains(u"backlight"_s)) {
         members.take(u"backlight"_s, profile.backlight);
         if (!isBacklightName(profile.backlight))
@@ -226,8 +232,6 @@ std::optional<Profile> Profile::read(const QString &path, QString *error)
         if (profile.levels != 16 || profile.colourMask != 0)
             members.complain(u"\"luminance\" is for grey panels of 16 levels"_s);
     }
-    if (profile.levels != 16 && profile.levels != 256)
-        members.complain(u"\"levels\" must be 16 or 256"_s);
     if (profile.statusHeight >= qMin(width, height))
         members.complain(u"\"status_height\" must be less than width and height"_s);
     profile.panelSize = QSize(width, height);

@@ -19,8 +19,9 @@ namespace lindenreed::device {
 class JpegDecoder;
 
 /// Reads as Qt's own reader does, with few differences: a smaller picture is reduced while it is decoded, so
-/// that the whole one is never held, and in a device with a grey panel every picture is grey: the file's
-/// luma. What is damaged is null or shows what there is, without a message. Any thread, one at a time.
+/// that the whole one of a file of one scan is never held, and in a device with a grey panel every picture is
+/// grey: the file's luma. What is damaged is null or shows what there is, without a message but Qt's own of a
+/// profile of colours. Any thread, one at a time.
 class JpegHandler final : public QImageIOHandler
 {
 public:

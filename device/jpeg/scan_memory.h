@@ -26,8 +26,9 @@ public:
     }
     static ScanMemory &ofMachine();
 
-    /// False for more than there is in all. Else waits until so much is free; what comes free is the main
-    /// thread's first, on whose picture the show hangs. A thread has it once at a time.
+    /// False for more than there is in all. Else waits until so much is free: the main thread, on whose
+    /// picture the show hangs, before all others; of these whoever fits goes first. A thread has it once at a
+    /// time.
     bool take(qint64 bytes);
     void giveBack(qint64 bytes);
     qint64 used() const;

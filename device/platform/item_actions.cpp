@@ -86,8 +86,9 @@ std::optional<ItemFailure> actOnItem(const PlatformScreen &screen, const StatusP
             < std::pair(right->rectangle.top(), right->rectangle.left());
     });
     if (std::size_t(choice.number) > matches.size()) {
-        return ItemFailure{u"no-such-item"_s,
-                           u"There are only %1 items called \"%2\"."_s.arg(matches.size()).arg(label)};
+        const QString there
+            = matches.size() == 1 ? u"is only one item"_s : u"are only %1 items"_s.arg(matches.size());
+        return ItemFailure{u"no-such-item"_s, u"There %1 called \"%2\"."_s.arg(there, label)};
     }
     const TreeNode &node = *matches.at(std::size_t(choice.number - 1));
     if (!node.enabled)

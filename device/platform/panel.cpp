@@ -113,10 +113,14 @@ void Panel::copy(const QImage &picture, const QPoint &origin, const QRect &area,
         forEachRowOfTiles(area.size(), rowsStayRows, [&](int left, int y, int width) {
             const uchar *from = picture.constScanLine(source.y() + y) + source.x() + left;
             std::uint8_t *to = corner + y * steps.down + left * steps.right;
-            if (steps.right == 1) {
-                std::memcpy(to, from, std::size_t(width));
+            if (rowsStayRows) { // or stand on their heads
+                std::uint8_t *const first = steps.right > 0 ? to : to - (width - 1);
+                if (steps.right > 0)
+                    std::memcpy(first, from, std::size_t(width));
+                else
+                    std::reverse_copy(from, from + width, first);
                 if (!unchanging)
-                    pixels::lookUp(to, std::size_t(width), table);
+                    pixels::lookUp(first, std::size_t(width), table);
                 return;
             }
             for (int x = 0; x < width; ++x, to += steps.right)

@@ -139,6 +139,8 @@ QString batteryText(int percent)
 QImage drawStatusPanel(const QSize &size, int dpi, QImage::Format format, const StatusValues &values)
 {
     QImage picture(size, format);
+    if (picture.isNull()) // a panel without a status bar
+        return picture;
     picture.fill(Qt::white);
     QPainter painter(&picture);
     painter.setRenderHint(QPainter::Antialiasing);

@@ -34,6 +34,7 @@ private slots:
     void levelsTakeNoGhost_data();
     void levelsTakeNoGhost();
     void patternsKeepTheirLight();
+    void linesOnALevelLoseLittle();
     void numbersStay();
     void gridStays();
     void withoutPixels();
@@ -269,6 +270,29 @@ void tst_Dither::patternsKeepTheirLight()
     }
 }
 
+void tst_Dither::linesOnALevelLoseLittle()
+{
+    // Between them errors end.
+    for (const auto &[line, ground] : {std::pair(100U, 0U), std::pair(240U, 0U), std::pair(15U, 255U)}) {
+        for (const unsigned period : {5U, 6U, 20U}) {
+            Grey grey(240, 240);
+            double before = 0;
+            grey.fill([&](std::size_t x, std::size_t) {
+                const unsigned value = x % period == 2 ? line : ground;
+                before += luminance(value);
+                return value;
+            });
+            grey.diffuse();
+            double after = 0;
+            for (const std::uint8_t pixel : grey.bytes)
+                after += luminance(pixel);
+            const double pixels = double(grey.bytes.size());
+            const double off = lightness(after / pixels) - lightness(before / pixels);
+            QVERIFY2(std::abs(off) < 0.5, qPrintable(QString::number(off)));
+        }
+    }
+}
+
 // What the slow twin takes over from the product.
 void tst_Dither::numbersStay()
 {
@@ -281,6 +305,8 @@ void tst_Dither::numbersStay()
     for (const auto &[fraction, bias] : biases)
         QCOMPARE(startBias(fraction), bias);
     QCOMPARE(int(noiseStep), 40503);
+    QCOMPARE(noiseLimit, 432);
+    QCOMPARE(solidRun, 3);
     QCOMPARE(toRight, 7);
     QCOMPARE(toDownLeft, 3);
     QCOMPARE(toDown, 5);

@@ -103,6 +103,7 @@ void tst_DitherTwin::largerSizes_data()
     QTest::newRow("one wider than a long band is steep") << 64 << 70;
     QTest::newRow("one block inside") << 80 << 70;
     QTest::newRow("odd sizes") << 211 << 157;
+    QTest::newRow("wider than 16-bit positions") << 33'001 << 3;
     QTest::newRow("panel of six inches") << 758 << 1024;
 }
 

@@ -52,6 +52,7 @@ private slots:
     void nameIsThatOfTheFile();
     void manualHasAnExample();
     void manualHasLuminances();
+    void manualHasGammas();
 
 private:
     QString write(const QByteArray &content, const QString &name)
@@ -159,6 +160,32 @@ void tst_ProfileFiles::manualHasLuminances()
     }
     for (std::size_t level = 0; level < 16; ++level) // of one panel, once with four decimals
         QVERIFY2(qAbs(read.at(0)[level] - read.at(1)[level]) < 0.00006, qPrintable(QString::number(level)));
+}
+
+void tst_ProfileFiles::manualHasGammas()
+{
+    // The check gives back half the light of both, as the level at the patch that hides it does.
+    const auto lightness = [](double luminance) {
+        return luminance > 216.0 / 24389 ? 116 * std::cbrt(luminance) - 16 : luminance * 24389 / 27;
+    };
+    const QString text = manualFrom(u"## Levels of a panel\n"_s);
+    static const QRegularExpression row(u"\\| gamma, with ([0-9.]+) and ([0-9.]+) \\|([^\n]+)\\|\n"_s);
+    int rows = 0;
+    for (auto each = row.globalMatch(text); each.hasNext(); ++rows) {
+        const QRegularExpressionMatch found = each.next();
+        const double black = found.captured(1).toDouble();
+        const double white = found.captured(2).toDouble();
+        const QStringList gammas = found.captured(3).split(u'|');
+        QCOMPARE(gammas.size(), 9);
+        for (int i = 0; i < 9; ++i) {
+            const double share
+                = (lightness((black + white) / 2) - lightness(black)) / (lightness(white) - lightness(black));
+            const double gamma = std::log(share) / std::log((9 + i / 2.0) / 15);
+            QVERIFY2(qAbs(gammas.at(i).trimmed().toDouble() - gamma) < 0.0051,
+                     qPrintable(u"%1 %2"_s.arg(i).arg(gamma)));
+        }
+    }
+    QCOMPARE(rows, 2);
 }
 
 QTEST_GUILESS_MAIN(tst_ProfileFiles)

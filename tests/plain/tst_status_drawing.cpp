@@ -52,6 +52,7 @@ class tst_StatusDrawing : public QObject
     Q_OBJECT
 
 private slots:
+    void noRoom();
     void nothingToTell();
     void clockAtTheLeft();
     void rightEdge();
@@ -59,6 +60,12 @@ private slots:
     void batteryFillsInFifths();
     void percentText();
 };
+
+void tst_StatusDrawing::noRoom()
+{
+    QTest::failOnWarning(QRegularExpression(QStringLiteral(".")));
+    QVERIFY(drawStatusPanel(QSize(758, 0), dpi, QImage::Format_Grayscale8, {}).isNull());
+}
 
 void tst_StatusDrawing::nothingToTell()
 {

@@ -201,9 +201,15 @@ void tst_PanelChart::rampIsForThePanel()
     const int even = meanOfTheRamp();
     lindenreed::device::setLevelLuminances(lindenreed::pixels::luminancesByGamma(0.009, 0.65, 1.42));
     QVERIFY(m_remote.ask(u"chart"_s).value(u"ok"_s).toBool());
-    lindenreed::device::setLevelLuminances({});
     QVERIFY2(meanOfTheRamp() > even + 17,
              qPrintable(QString::number(meanOfTheRamp()))); // lighter by over a level
+
+    const QImage before = panel_view::upright();
+    Device::instance()->screen.setInverted(true);
+    QVERIFY(panel_view::waitUntilStill());
+    QVERIFY(m_remote.ask(u"chart"_s).value(u"ok"_s).toBool());
+    lindenreed::device::setLevelLuminances({});
+    QCOMPARE(panel_view::upright(), before);
 }
 
 void tst_PanelChart::staysOverPartialDrawing()
