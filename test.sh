@@ -6,10 +6,16 @@ set -euo pipefail
 cd "$(dirname "$0")"
 
 usage() {
-    echo "usage: ./test.sh [--quick] [--long]" >&2
-    echo "  --quick: the release build alone, with all tests" >&2
-    echo "  --long: random tests go on for longer, with other seeds each day" >&2
-    exit 2
+    cat <<'END'
+usage: ./test.sh [--quick] [--long]
+
+Installs what is missing, builds, and runs every check and test: the release build with the style checks, what shares
+state between threads under ThreadSanitizer, and all tests under AddressSanitizer.
+
+  --quick   the release build alone, with all tests
+  --long    random tests go on for longer, with other seeds each day
+  --help    this text; nothing is installed or built
+END
 }
 
 quick=false
@@ -18,7 +24,14 @@ for argument; do
     case $argument in
     --quick) quick=true ;;
     --long) long=(--build-config Long) ;;
-    *) usage ;;
+    --help | -h)
+        usage
+        exit
+        ;;
+    *)
+        printf 'test.sh: "%s" is no option; "./test.sh --help" lists them\n' "$argument" >&2
+        exit 2
+        ;;
     esac
 done
 

@@ -1,0 +1,198 @@
+// What run.sh and test.sh say of their options, before they install or build anything.
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QFile>
+#include <QProcess>
+#include <QRegularExpression>
+#include <QTemporaryDir>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+struct Answer
+{
+    int status = -1;
+    QString output;
+    QString error;
+};
+
+Answer run(const QString &program, const QStringList &arguments)
+{
+    QProcess process;
+    process.start(program, arguments);
+    process.waitForFinished();
+    return {process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1,
+            QString::fromUtf8(process.readAllStandardOutput()),
+            QString::fromUtf8(process.readAllStandardError())};
+}
+
+/// Options that stand at the beginning of a line, sorted.
+QStringList optionsIn(const QString &help)
+{
+    QStringList found;
+    static const QRegularExpression expression(u"^  (--[a-z]+) "_s, QRegularExpression::MultilineOption);
+    for (auto match = expression.globalMatch(help); match.hasNext();)
+        found.append(match.next().captured(1));
+    found.sort();
+    return found;
+}
+
+} // namespace
+
+class tst_Scripts : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init();
+    void help_data();
+    void help();
+    void mistakes_data();
+    void mistakes();
+    void rightOptions_data();
+    void rightOptions();
+    void optionsOfTheLauncher();
+    void namesOfProfilesAndLanguages();
+
+private:
+    QString script(const QString &name) const { return m_folder->filePath(name); }
+
+    // Nothing of the project is beside the scripts but a first step that fails: who comes so far would
+    // install.
+    std::unique_ptr<QTemporaryDir> m_folder;
+    static constexpr int firstStep = 42;
+};
+
+void tst_Scripts::init()
+{
+    m_folder = std::make_unique<QTemporaryDir>();
+    for (const QString &name : {u"run.sh"_s, u"test.sh"_s})
+        QVERIFY(QFile::copy(QStringLiteral(SOURCE_FOLDER "/") + name, script(name)));
+    QVERIFY(QDir(m_folder->path()).mkdir(u"tools"_s));
+    QFile step(m_folder->filePath(u"tools/install-dependencies"_s));
+    QVERIFY(step.open(QIODevice::WriteOnly));
+    step.write("#!/bin/sh\nexit " + QByteArray::number(firstStep) + "\n");
+    QVERIFY(step.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner));
+}
+
+void tst_Scripts::help_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QStringList>("arguments");
+
+    QTest::newRow("run") << u"run.sh"_s << QStringList{u"--help"_s};
+    QTest::newRow("run, short") << u"run.sh"_s << QStringList{u"-h"_s};
+    QTest::newRow("run, after other options")
+        << u"run.sh"_s << QStringList{u"--photos"_s, u"/nowhere"_s, u"--help"_s};
+    QTest::newRow("test") << u"test.sh"_s << QStringList{u"--help"_s};
+    QTest::newRow("test, short") << u"test.sh"_s << QStringList{u"-h"_s};
+    QTest::newRow("test, after other options") << u"test.sh"_s << QStringList{u"--quick"_s, u"--help"_s};
+}
+
+void tst_Scripts::help()
+{
+    QFETCH(QString, name);
+    QFETCH(QStringList, arguments);
+
+    const Answer answer = run(script(name), arguments);
+    QCOMPARE(answer.error, QString());
+    QCOMPARE(answer.status, 0);
+    QVERIFY2(answer.output.startsWith(u"usage: ./"_s + name + u' '), qPrintable(answer.output));
+    QVERIFY(optionsIn(answer.output).contains(u"--help"_s));
+    QCOMPARE(QDir(m_folder->path()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot),
+             (QStringList{u"run.sh"_s, u"test.sh"_s, u"tools"_s}));
+}
+
+void tst_Scripts::mistakes_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QStringList>("arguments");
+    QTest::addColumn<QString>("complaint");
+
+    QTest::newRow("run, unknown option")
+        << u"run.sh"_s << QStringList{u"--fotos"_s, u"lake"_s}
+        << u"run.sh: \"--fotos\" is no option; \"./run.sh --help\" lists them\n"_s;
+    QTest::newRow("run, no option") << u"run.sh"_s << QStringList{u"lake"_s}
+                                    << u"run.sh: \"lake\" is no option; \"./run.sh --help\" lists them\n"_s;
+    QTest::newRow("run, empty") << u"run.sh"_s << QStringList{QString()}
+                                << u"run.sh: \"\" is no option; \"./run.sh --help\" lists them\n"_s;
+    QTest::newRow("run, no value") << u"run.sh"_s << QStringList{u"--temporary"_s, u"--photos"_s}
+                                   << u"run.sh: --photos needs a value; \"./run.sh --help\" tells more\n"_s;
+    QTest::newRow("run, no value before the program")
+        << u"run.sh"_s << QStringList{u"--root"_s, u"--"_s, u"/bin/true"_s}
+        << u"run.sh: --root needs a value; \"./run.sh --help\" tells more\n"_s;
+    QTest::newRow("test, unknown option")
+        << u"test.sh"_s << QStringList{u"--quick"_s, u"--log"_s}
+        << u"test.sh: \"--log\" is no option; \"./test.sh --help\" lists them\n"_s;
+}
+
+void tst_Scripts::mistakes()
+{
+    QFETCH(QString, name);
+    QFETCH(QStringList, arguments);
+    QFETCH(QString, complaint);
+
+    const Answer answer = run(script(name), arguments);
+    QCOMPARE(answer.error, complaint);
+    QCOMPARE(answer.output, QString());
+    QCOMPARE(answer.status, 2);
+}
+
+void tst_Scripts::rightOptions_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QStringList>("arguments");
+
+    QTest::newRow("run, none") << u"run.sh"_s << QStringList{};
+    QTest::newRow("run, values")
+        << u"run.sh"_s
+        << u"--photos . --profile=keys-6 --language de --root r --orientation=1 --meminfo m"_s.split(u' ');
+    QTest::newRow("run, switches") << u"run.sh"_s
+                                   << u"--temporary --samples --headless --direct --version"_s.split(u' ');
+    QTest::newRow("run, value like an option") << u"run.sh"_s << QStringList{u"--root"_s, u"--help"_s};
+    QTest::newRow("run, options of a program") << u"run.sh"_s << u"-- /bin/true --help --more"_s.split(u' ');
+    QTest::newRow("test, none") << u"test.sh"_s << QStringList{};
+    QTest::newRow("test, both") << u"test.sh"_s << QStringList{u"--quick"_s, u"--long"_s};
+}
+
+void tst_Scripts::rightOptions()
+{
+    QFETCH(QString, name);
+    QFETCH(QStringList, arguments);
+
+    const Answer answer = run(script(name), arguments);
+    QCOMPARE(answer.error, QString());
+    QCOMPARE(answer.status, firstStep);
+}
+
+void tst_Scripts::optionsOfTheLauncher()
+{
+    const QString launcher = QCoreApplication::applicationDirPath() + u"/../../bin/slate-run"_s;
+    const QStringList options = optionsIn(run(launcher, {u"--help"_s}).output);
+    QVERIFY(options.contains(u"--photos"_s));
+    QCOMPARE(optionsIn(run(script(u"run.sh"_s), {u"--help"_s}).output), options);
+}
+
+void tst_Scripts::namesOfProfilesAndLanguages()
+{
+    const QString help = run(script(u"run.sh"_s), {u"--help"_s}).output;
+    for (const auto &[folder, option] :
+         {std::pair{u"profiles"_s, u"--profile"_s}, std::pair{u"languages"_s, u"--language"_s}}) {
+        const QRegularExpression line(option + u" .*kept between starts: (.*)$"_s,
+                                      QRegularExpression::MultilineOption);
+        QStringList told = line.match(help).captured(1).split(u", "_s);
+        told.sort();
+        QStringList there;
+        for (const QFileInfo &file :
+             QDir(QStringLiteral(SOURCE_FOLDER "/device/data/") + folder).entryInfoList(QDir::Files))
+            there.append(file.completeBaseName());
+        there.sort();
+        QCOMPARE(told, there);
+    }
+}
+
+QTEST_GUILESS_MAIN(tst_Scripts)
+#include "tst_scripts.moc"
