@@ -56,9 +56,13 @@ private slots:
     void rightOptions();
     void optionsOfTheLauncher();
     void namesOfProfilesAndLanguages();
+    void withoutDisplay_data();
+    void withoutDisplay();
 
 private:
     QString script(const QString &name) const { return m_folder->filePath(name); }
+    static QString bin() { return QCoreApplication::applicationDirPath() + u"/../../bin"_s; }
+    static QString launcher() { return bin() + u"/slate-run"_s; }
 
     // Nothing of the project is beside the scripts but a first step that fails: who comes so far would
     // install.
@@ -170,8 +174,7 @@ void tst_Scripts::rightOptions()
 
 void tst_Scripts::optionsOfTheLauncher()
 {
-    const QString launcher = QCoreApplication::applicationDirPath() + u"/../../bin/slate-run"_s;
-    const QStringList options = optionsIn(run(launcher, {u"--help"_s}).output);
+    const QStringList options = optionsIn(run(launcher(), {u"--help"_s}).output);
     QVERIFY(options.contains(u"--photos"_s));
     QCOMPARE(optionsIn(run(script(u"run.sh"_s), {u"--help"_s}).output), options);
 }
@@ -192,6 +195,26 @@ void tst_Scripts::namesOfProfilesAndLanguages()
         there.sort();
         QCOMPARE(told, there);
     }
+}
+
+void tst_Scripts::withoutDisplay_data()
+{
+    QTest::addColumn<QString>("option");
+
+    QTest::newRow("help") << u"--help"_s;
+    QTest::newRow("version") << u"--version"_s;
+}
+
+void tst_Scripts::withoutDisplay()
+{
+    QFETCH(QString, option);
+
+    // Where run.sh finds no display it hands its options to this.
+    const Answer answer = run(QStringLiteral(SOURCE_FOLDER "/tools/show"), {bin(), script(u"out"_s), option});
+    QCOMPARE(answer.error, QString());
+    QCOMPARE(answer.status, 0);
+    QCOMPARE(answer.output, run(launcher(), {option}).output);
+    QVERIFY(!QFile::exists(script(u"out"_s)));
 }
 
 QTEST_GUILESS_MAIN(tst_Scripts)
