@@ -27,6 +27,11 @@ function(slate_library target)
         LIBRARY DESTINATION ${SLATE_LIB_DIR} COMPONENT runtime)
 endfunction()
 
+# slate_public_library(TARGET): one that applications link, or that those need; in the package for CMake.
+function(slate_public_library target)
+    install(TARGETS ${target} EXPORT picture_stand LIBRARY DESTINATION ${SLATE_LIB_DIR} COMPONENT runtime)
+endfunction()
+
 # slate_data(TARGET FOLDER FILES...): data files below share/picture_stand/FOLDER, copied when they change.
 # Relative names are taken from the current source folder, generated files are named absolutely.
 function(slate_data target folder)

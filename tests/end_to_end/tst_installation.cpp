@@ -21,6 +21,7 @@ class tst_Installation : public QObject
 private slots:
     void startsWhereItIsInstalled();
     void headersForDevelopment();
+    void applicationOfOnesOwn();
 };
 
 namespace {
@@ -108,7 +109,8 @@ void tst_Installation::headersForDevelopment()
                         u"development"_s});
     const LauncherEnd installed = LauncherPlace::end(installation);
     QVERIFY2(installed.status == 0, installed.errors.constData());
-    QCOMPARE(QDir(prefix).entryList(QDir::AllEntries | QDir::NoDotAndDotDot), QStringList{u"include"_s});
+    QCOMPARE(QDir(prefix).entryList(QDir::AllEntries | QDir::NoDotAndDotDot, QDir::Name),
+             (QStringList{u"include"_s, u"lib"_s}));
 
     const QString headers = prefix + u"/include/picture_stand"_s;
     QCOMPARE(QDir(headers).entryList(QDir::AllEntries | QDir::NoDotAndDotDot, QDir::Name),
@@ -134,6 +136,50 @@ void tst_Installation::headersForDevelopment()
             QVERIFY2(compiled.status == 0, compiled.errors.constData());
         }
     }
+}
+
+void tst_Installation::applicationOfOnesOwn()
+{
+    QTemporaryDir folder;
+    QVERIFY(folder.isValid());
+    LauncherPlace place(folder.path());
+    const QString prefix = place.path(u"usr"_s);
+    const QString build = place.path(u"build"_s);
+    const QStringList steps[]
+        = {{u"--install"_s, QStringLiteral(BUILD_FOLDER), u"--prefix"_s, prefix},
+           {u"-S"_s, QStringLiteral(SOURCE_FOLDER "/docs/example"), u"-B"_s, build,
+            u"-DCMAKE_PREFIX_PATH="_s + prefix, QStringLiteral("-DCMAKE_CXX_COMPILER=" COMPILER),
+            QStringLiteral("-DCMAKE_CXX_FLAGS=" COMPILER_FLAGS)},
+           {u"--build"_s, build}};
+    for (const QStringList &step : steps) {
+        QProcess cmake;
+        cmake.start(QStringLiteral(CMAKE_PROGRAM), step);
+        const LauncherEnd end = LauncherPlace::end(cmake);
+        QVERIFY2(end.status == 0, (end.output + end.errors).constData());
+    }
+
+    const QString root = place.path(u"device"_s);
+    QVERIFY(QDir().mkdir(root));
+    qputenv("XDG_RUNTIME_DIR", QFile::encodeName(place.runtimeFolder()));
+    QString error;
+    const auto runFolder = lindenreed::remote::runFolderOf(root, &error);
+    QVERIFY2(runFolder, qUtf8Printable(error));
+    QProcess launcher;
+    launcher.setProcessEnvironment(place.environment());
+    launcher.start(
+        prefix + u"/bin/picture-stand"_s,
+        {u"--root"_s, root, u"--temporary"_s, u"--headless"_s, u"--"_s, build + u"/hello_panel"_s});
+    QTRY_VERIFY_WITH_TIMEOUT(
+        QFileInfo::exists(*runFolder + u"/control"_s) || launcher.state() == QProcess::NotRunning, 30'000);
+    QVERIFY2(launcher.state() == QProcess::Running, launcher.readAllStandardError().constData());
+    auto client = ControlClient::connectTo(*runFolder, &error);
+    QVERIFY2(client, qUtf8Printable(error));
+    QVERIFY(client->ask(u"idle"_s).value("ok"_L1).toBool());
+    const QImage panel = client->screenshot(&error);
+    QCOMPARE(qGray(panel.pixel(379, 46)), 0); // below the status bar
+    QCOMPARE(qGray(panel.pixel(379, 1023)), 255);
+    client->ask(u"quit"_s);
+    QCOMPARE(LauncherPlace::end(launcher).status, 0);
 }
 
 QTEST_GUILESS_MAIN(tst_Installation)
