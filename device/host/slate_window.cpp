@@ -79,7 +79,8 @@ int main(int argc, char **argv)
     QGuiApplication application(argc, argv);
     qInstallMessageHandler(nullptr);
     QGuiApplication::setApplicationDisplayName(u"Picture frame"_s);
-    QGuiApplication::setDesktopFileName(u"com.lindenreed.picture_stand"_s); // of which a desktop takes the icon
+    QGuiApplication::setDesktopFileName(
+        u"com.lindenreed.picture_stand"_s); // of which a desktop takes the icon
     QGuiApplication::setQuitOnLastWindowClosed(false); // the window goes when the device does
     makeDeviceViewAccessible();
 
