@@ -1,6 +1,7 @@
 #include "program.h"
 
 #include "app.h"
+#include "error_output.h"
 #include "language_setup.h"
 #include "memory_setup.h"
 
@@ -17,6 +18,7 @@ namespace lindenreed::picture_stand {
 
 int runProgram(int argc, char **argv)
 {
+    setUpErrorOutput();
     setUpMemory();
     setenv("QT_QPA_PLATFORM", "lindenreed2", 1);
     setUpLanguage();
