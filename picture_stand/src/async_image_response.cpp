@@ -91,7 +91,8 @@ void AsyncImageResponse::run()
             } catch (const std::bad_alloc &) { // of what decoders keep beside the pixels
                 image = {};
             }
-            cache.insert(key, image);
+            if (!image.isNull() || !lacksHandles()) // else it is tried again
+                cache.insert(key, image);
         }
     }
     const std::lock_guard lock(m_end);

@@ -1,5 +1,6 @@
 #include "picture_cache.h"
 
+#include "regular_file.h"
 #include "visible_path.h"
 
 #include <QScopeGuard>
@@ -86,6 +87,8 @@ bool PictureCache::addToCache(const QString &path)
     // Decoding is the slow part and takes no lock. Another thread may be decoding the same file; the first
     // one wins.
     const QImage picture = m_read(path);
+    if (picture.isNull() && lacksHandles())
+        return false; // it is tried again
 
     const std::lock_guard lock(cacheMutex);
     if (cache.contains(path))

@@ -42,7 +42,8 @@ public:
     /// prefetch() decodes at once.
     PictureCache(long long limit, Read read, int decoders = 1);
 
-    /// Decodes the picture unless it is here. True if this call put it in.
+    /// Decodes the picture unless it is here. True if this call put it in. One for which there were no
+    /// handles does not come in.
     bool addToCache(const QString &path);
     /// True if the picture was here.
     bool removeFromCache(const QString &path);

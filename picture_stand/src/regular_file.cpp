@@ -1,6 +1,10 @@
 #include "regular_file.h"
 
+#include <algorithm>
+#include <array>
+
 #include <fcntl.h>
+#include <sys/eventfd.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -27,6 +31,20 @@ bool openRegularFile(QFile &file)
         return true;
     close(descriptor);
     return false;
+}
+
+bool lacksHandles()
+{
+    // As many as starting the process that draws an SVG takes, with room for another thread's.
+    std::array<int, 16> handles;
+    for (int &handle : handles)
+        handle = eventfd(0, EFD_CLOEXEC);
+    const bool lacks = std::ranges::find(handles, -1) != handles.end();
+    for (const int handle : handles) {
+        if (handle >= 0)
+            close(handle);
+    }
+    return lacks;
 }
 
 } // namespace lindenreed::picture_stand

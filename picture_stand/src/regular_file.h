@@ -17,6 +17,10 @@ bool isRegularFile(const QString &path);
 /// looks at it is not waited for either. Any thread.
 bool openRegularFile(QFile &file);
 
+/// Whether a picture that could not be read may be one for which the process, or the machine, had no handle
+/// left: as if it had never been tried. Any thread.
+bool lacksHandles();
+
 /// A picture for Qt's decoders. Some are found by the name, which a QFile that is opened by a descriptor
 /// forgets. What cannot be read any more ends the file: told of an error in its middle, the decoder of TIFF
 /// files writes where it must not.
