@@ -51,11 +51,12 @@ JpegDecoder::JpegDecoder(QIODevice &device, ScanMemory &memory)
 {
     static_assert(std::is_standard_layout_v<Errors>);
     m_info.err = jpeg_std_error(&m_errors.manager);
-    m_errors.manager.error_exit
-        = [](j_common_ptr info) { std::longjmp(reinterpret_cast<Errors *>(info->err)->giveUp, 1); };
+    m_errors.manager.error_exit = [](j_common_ptr info) {
+        std::longjmp(static_cast<Errors *>(static_cast<void *>(info->err))->giveUp, 1);
+    };
     m_errors.manager.output_message = [](j_common_ptr) {};
     m_progress.progress_monitor = [](j_common_ptr info) {
-        if (scansTooMuch(*reinterpret_cast<j_decompress_ptr>(info)))
+        if (scansTooMuch(*static_cast<j_decompress_ptr>(static_cast<void *>(info))))
             info->err->error_exit(info);
     };
 }

@@ -52,7 +52,7 @@ void convertCmyk(const uchar *cmyk, int width, QImage::Format format, uchar *row
         if (format == QImage::Format_Grayscale8)
             row[x] = uchar((red * 19595 + green * 38470 + blue * 7471 + 32768) >> 16); // luma, as JPEG has it
         else
-            reinterpret_cast<QRgb *>(row)[x] = qRgb(red, green, blue);
+            static_cast<QRgb *>(static_cast<void *>(row))[x] = qRgb(red, green, blue);
     }
 }
 

@@ -130,8 +130,8 @@ void Panel::copy(const QImage &picture, const QPoint &origin, const QRect &area,
     }
 
     forEachRowOfTiles(area.size(), rowsStayRows, [&](int left, int y, int width) {
-        const auto *from
-            = reinterpret_cast<const QRgb *>(picture.constScanLine(source.y() + y)) + source.x() + left;
+        const void *row = picture.constScanLine(source.y() + y);
+        const auto *from = static_cast<const QRgb *>(row) + source.x() + left;
         std::uint8_t *to = corner + y * steps.down + left * steps.right;
         if (tones == Tones::Two) {
             for (int x = 0; x < width; ++x, to += steps.right)

@@ -115,7 +115,7 @@ struct PanelWriter::Mapping
     dev_t device = 0; ///< with inode: which file is ours
     ino_t inode = 0;
 
-    PanelHeader &header() { return *reinterpret_cast<PanelHeader *>(memory); }
+    PanelHeader &header() { return *static_cast<PanelHeader *>(static_cast<void *>(memory)); }
 };
 
 std::unique_ptr<PanelWriter> PanelWriter::create(const PanelShape &shape, const QString &path, QString *error)
@@ -280,9 +280,7 @@ std::optional<PanelSnapshot> readPanel(const QString &path, QString *error)
     const std::unique_ptr<void, decltype(unmap)> mapping(memory, unmap);
     const auto *bytes = static_cast<const std::uint8_t *>(memory);
     // The mapping is read only and so is every use of the reference; atomic_ref takes no const before C++26.
-    auto *sequenceAddress = reinterpret_cast<std::uint32_t *>(static_cast<std::uint8_t *>(memory)
-                                                              + offsetof(PanelHeader, sequence));
-    const std::atomic_ref sequence(*sequenceAddress);
+    const std::atomic_ref sequence(static_cast<PanelHeader *>(memory)->sequence);
 
     const bool colour = shape.format == 2;
     const std::size_t rowBytes = std::size_t(shape.width) * (colour ? 3 : 1);

@@ -96,7 +96,7 @@ int EXIFInfo::parseFrom(std::istream &stream)
         const std::uint8_t *GetBuffer(unsigned n) override
         {
             m_buffer.resize(n);
-            m_stream.read(reinterpret_cast<char *>(m_buffer.data()), n);
+            m_stream.read(reinterpret_cast<char *>(m_buffer.data()), std::streamsize(n));
             return m_stream ? m_buffer.data() : nullptr;
         }
 
@@ -105,7 +105,7 @@ int EXIFInfo::parseFrom(std::istream &stream)
             // A seek throws away what the stream has read ahead. A file of nothing but tiny segments would
             // have it read a thousand times over.
             if (m_stream.rdbuf()->in_avail() >= std::streamsize(n))
-                return bool(m_stream.ignore(n));
+                return bool(m_stream.ignore(std::streamsize(n)));
             return bool(m_stream.seekg(n, std::ios::cur));
         }
 

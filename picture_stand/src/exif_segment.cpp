@@ -56,7 +56,7 @@ std::vector<std::uint16_t> Segment::shorts(const Entry &entry) const
     if (position + size > m_length)
         return {};
     std::vector<std::uint16_t> numbers(entry.count);
-    for (std::uint64_t i = 0; i < numbers.size(); ++i)
+    for (std::size_t i = 0; i < numbers.size(); ++i)
         numbers[i] = number16(position + i * 2);
     return numbers;
 }
