@@ -100,12 +100,14 @@ using Bytes = hn::Full128<std::uint8_t>;
 using Numbers = hn::Full128<std::int16_t>;
 using Sums = hn::Full128<std::int32_t>;
 
-/// Sums of two products each, of neighbours. Which of its two parts has them differs between processors.
+/// Sums of two products each, of neighbours. How they lie in its two parts differs between processors, so
+/// that what the sums begin with is added at the end.
 class PairSums
 {
 public:
     explicit PairSums(std::int32_t begin)
-        : m_sums(hn::Set(Sums(), begin))
+        : m_begin(hn::Set(Sums(), begin))
+        , m_sums(hn::Zero(Sums()))
         , m_further(hn::Zero(Sums()))
     {
     }
@@ -113,9 +115,13 @@ public:
     {
         m_sums = hn::ReorderWidenMulAccumulate(Sums(), numbers, weights, m_sums, m_further);
     }
-    HWY_INLINE hn::Vec<Sums> sums() const { return hn::RearrangeToOddPlusEven(m_sums, m_further); }
+    HWY_INLINE hn::Vec<Sums> sums() const
+    {
+        return hn::Add(hn::RearrangeToOddPlusEven(m_sums, m_further), m_begin);
+    }
 
 private:
+    hn::Vec<Sums> m_begin;
     hn::Vec<Sums> m_sums;
     hn::Vec<Sums> m_further;
 };
