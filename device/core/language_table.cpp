@@ -66,7 +66,8 @@ public:
     std::optional<QByteArrayView> block()
     {
         const auto size = number();
-        return size ? bytes(qsizetype(*size)) : std::nullopt;
+        // On a 32-bit machine a large size would become a negative one.
+        return size && qint64(*size) <= left() ? bytes(qsizetype(*size)) : std::nullopt;
     }
 
 private:
