@@ -120,7 +120,7 @@ public:
         return index >= 0 && index < m_parts.size() ? QAccessible::accessibleInterface(m_parts.at(index))
                                                     : nullptr;
     }
-    int childCount() const override { return int(keys().size() + deviceButtons.size()); }
+    int childCount() const override { return int(keys().size()) + int(deviceButtons.size()); }
     int indexOfChild(const QAccessibleInterface *child) const override
     {
         return int(m_parts.indexOf(QAccessible::uniqueId(const_cast<QAccessibleInterface *>(child))));

@@ -153,7 +153,7 @@ QImage shownPanel(const QImage &upright, QSize size, bool lightOn, int brightnes
     const auto lit
         = [](int value, int light, int weight) { return value + (light - value) * weight / 2'550'000; };
     for (int y = 0; y < shown.height(); ++y) {
-        auto *pixels = reinterpret_cast<QRgb *>(shown.scanLine(y));
+        auto *pixels = static_cast<QRgb *>(static_cast<void *>(shown.scanLine(y)));
         for (int x = 0; x < shown.width(); ++x) {
             const QRgb pixel = pixels[x];
             const int weight = share * qGray(pixel);

@@ -8,6 +8,7 @@
 #include <QTest>
 
 #include <cmath>
+#include <initializer_list>
 #include <numeric>
 #include <random>
 
@@ -133,7 +134,7 @@ void tst_RowReducer::flatStaysFlat()
 {
     for (const int length : {100, 101, 399, 2250}) {
         for (const int target : {1, 3, 57, 99, 100}) {
-            for (const std::uint8_t value : {0, 1, 128, 254, 255}) {
+            for (const std::uint8_t value : std::initializer_list<std::uint8_t>{0, 1, 128, 254, 255}) {
                 const Bytes result
                     = reduced(Bytes(std::size_t(length), value), {length, 1}, {target, 1}, 1, 100);
                 for (std::size_t x = 0; x < std::size_t(target); ++x)

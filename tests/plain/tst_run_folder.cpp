@@ -207,7 +207,7 @@ void tst_RunFolder::otherFolders()
     QFile file(m_folder->filePath(u"file"_s));
     QVERIFY(file.open(QIODevice::WriteOnly));
     setMode(file.fileName(), 0700);
-    for (const mode_t mode : {0755, 0740, 01700, 0500}) {
+    for (const mode_t mode : {0755U, 0740U, 01700U, 0500U}) {
         const QString name = u"mode%1"_s.arg(mode, 4, 8, QChar(u'0'));
         QVERIFY(QDir(m_folder->path()).mkdir(name));
         setMode(m_folder->filePath(name), mode);

@@ -189,7 +189,8 @@ inline std::string withNumber(std::string segment, ByteOrder order, std::uint32_
                               std::uint32_t number, unsigned size)
 {
     const std::string bytes = numberBytes(order, number, size);
-    std::copy(bytes.begin(), bytes.end(), segment.begin() + ExifBuilder::headerLength + offset);
+    std::copy(bytes.begin(), bytes.end(),
+              segment.begin() + std::ptrdiff_t(ExifBuilder::headerLength + offset));
     return segment;
 }
 

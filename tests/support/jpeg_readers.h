@@ -71,8 +71,8 @@ inline double peakSignalToNoise(QImage first, QImage second)
     second.convertTo(QImage::Format_RGB32);
     double sum = 0;
     for (int y = 0; y < first.height(); ++y) {
-        const auto *const a = reinterpret_cast<const QRgb *>(first.constScanLine(y));
-        const auto *const b = reinterpret_cast<const QRgb *>(second.constScanLine(y));
+        const auto *const a = static_cast<const QRgb *>(static_cast<const void *>(first.constScanLine(y)));
+        const auto *const b = static_cast<const QRgb *>(static_cast<const void *>(second.constScanLine(y)));
         for (int x = 0; x < first.width(); ++x) {
             sum += std::pow(qRed(a[x]) - qRed(b[x]), 2) + std::pow(qGreen(a[x]) - qGreen(b[x]), 2)
                 + std::pow(qBlue(a[x]) - qBlue(b[x]), 2);

@@ -73,7 +73,7 @@ inline ReductionError reductionError(QImage picture, QImage whole)
     picture.convertTo(QImage::Format_RGB32);
     whole.convertTo(QImage::Format_RGB32);
     const auto channel = [](const QImage &image, int shift) {
-        const auto *const pixels = reinterpret_cast<const QRgb *>(image.constBits());
+        const auto *const pixels = static_cast<const QRgb *>(static_cast<const void *>(image.constBits()));
         std::vector<std::uint8_t> values(std::size_t(image.width()) * std::size_t(image.height()));
         for (std::size_t i = 0; i < values.size(); ++i)
             values[i] = std::uint8_t(pixels[i] >> shift);
