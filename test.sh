@@ -8,15 +8,19 @@ cd "$(dirname "$0")"
 usage() {
     cat <<'END'
 usage: ./test.sh [--quick] [--long]
+       ./test.sh --on armhf | debian13
 
 Installs what is missing, builds, and runs every check and test: the release build with the style checks, what shares
 state between threads under ThreadSanitizer, and all tests under AddressSanitizer.
 
   --quick   the release build alone, with all tests
   --long    random tests go on for longer, with other seeds each day
+  --on      instead: builds and tests for 32-bit ARM, emulated, or on Debian 13 with its Qt (docs/portability.md)
   --help    this text; nothing is installed or built
 END
 }
+
+[ "${1:-}" != --on ] || [ $# -ne 2 ] || exec tools/test-on "$2"
 
 quick=false
 long=()

@@ -3,6 +3,14 @@
 add_library(slate_warnings INTERFACE)
 target_compile_options(slate_warnings INTERFACE
     -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual -Wcast-align -Wformat=2)
+if(CMAKE_SYSTEM_PROCESSOR MATCHES "^arm" AND CMAKE_SIZEOF_VOID_P EQUAL 4)
+    # Sizes and signs that a larger machine hides.
+    target_compile_options(slate_warnings INTERFACE -Wconversion -Wsign-conversion)
+    if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+        # Highway's headers name half floats; for all, so that they can share precompiled headers.
+        add_compile_options(-mfp16-format=ieee)
+    endif()
+endif()
 if(SLATE_WARNINGS_AS_ERRORS)
     target_compile_options(slate_warnings INTERFACE -Werror)
 endif()

@@ -1,6 +1,11 @@
 # Qt's core headers, parsed once for every target: reading them is most of what compiling one of our files costs. Each
 # file still includes what it uses; clang-tidy reads them without this.
 
+# Programs are compiled as libraries are, so that both can share them; on x86-64 Qt sees to that.
+if(NOT CMAKE_SYSTEM_PROCESSOR STREQUAL "x86_64")
+    set(CMAKE_CXX_COMPILE_OPTIONS_PIE -fPIC)
+endif()
+
 add_library(slate_core_headers OBJECT ${CMAKE_CURRENT_LIST_DIR}/precompiled.cpp)
 set_target_properties(slate_core_headers PROPERTIES AUTOMOC OFF)
 target_link_libraries(slate_core_headers PRIVATE Qt6::Core slate_warnings)
