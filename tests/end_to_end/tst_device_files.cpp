@@ -91,7 +91,7 @@ void tst_DeviceFiles::refused_data()
     const QString profile = u"profiles/grey-6.json"_s;
     QTest::newRow("empty profile") << profile << QByteArray() << QByteArray("is no JSON object");
     QTest::newRow("profile without a member")
-        << profile << QByteArray(R"({"name":"grey-6"})") << QByteArray("\"width\" must be a whole number");
+        << profile << QByteArray(R"({"name":"grey-6"})") << QByteArray("\"width\" is missing");
     QTest::newRow("profile that is too long")
         << profile << "{\"name\":\"" + QByteArray(70'000, 'x') + "\"}" << QByteArray("is no JSON object");
     const QString theme = u"theme/theme.cfg"_s;
