@@ -76,23 +76,24 @@ PictureCache::PictureCache(long long limit, Read read, int decoders)
 {
 }
 
-bool PictureCache::addToCache(const QString &path)
+/// The picture, and whether this call put it in.
+std::pair<QImage, bool> PictureCache::added(const QString &path)
 {
     {
         const std::lock_guard lock(cacheMutex);
-        if (cache.contains(path))
-            return false;
+        if (const auto entry = cache.constFind(path); entry != cache.constEnd())
+            return {*entry, false};
     }
 
     // Decoding is the slow part and takes no lock. Another thread may be decoding the same file; the first
     // one wins.
     const QImage picture = m_read(path);
     if (picture.isNull() && lacksHandles())
-        return false; // it is tried again
+        return {QImage(), false}; // it is tried again
 
     const std::lock_guard lock(cacheMutex);
-    if (cache.contains(path))
-        return false;
+    if (const auto entry = cache.constFind(path); entry != cache.constEnd())
+        return {*entry, false};
     m_bytes += picture.sizeInBytes();
     ram_used = saturated(m_bytes);
     std::fprintf(stderr, "add image %s size(%lld) ram(%lld/%lld) \r\n", visiblePath(path).constData(),
@@ -100,7 +101,7 @@ bool PictureCache::addToCache(const QString &path)
                  static_cast<long long>(ram_limit));
     cache.insert(path, picture);
     m_published.replace(cache); // shares the entries; the next change copies the map, not the pixels
-    return true;
+    return {picture, true};
 }
 
 bool PictureCache::removeFromCache(const QString &path)

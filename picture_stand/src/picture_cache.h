@@ -13,6 +13,7 @@
 #include <functional>
 #include <optional>
 #include <semaphore>
+#include <utility>
 
 namespace lindenreed::picture_stand {
 
@@ -28,9 +29,9 @@ int prefetchDecoders(long long totalMemory, int processors);
 /**
  * Pictures by path, as the panel wants them but neither toned nor dithered.
  *
- * The budget is a soft one: only prefetch() removes pictures, add() never does. A null picture stands for a
- * file that cannot be shown. Shared by its provider and the jobs that the provider started, which may outlive
- * it. Any thread.
+ * The budget is a soft one: only prefetch() removes pictures, picture() and addToCache() never do. A null
+ * picture stands for a file that cannot be shown. Shared by its provider and the jobs that the provider
+ * started, which may outlive it. Any thread.
  */
 class PictureCache
 {
@@ -42,13 +43,14 @@ public:
     /// prefetch() decodes at once.
     PictureCache(long long limit, Read read, int decoders = 1);
 
-    /// Decodes the picture unless it is here. True if this call put it in. One for which there were no
-    /// handles does not come in.
-    bool addToCache(const QString &path);
+    /// The picture, decoded unless it is here. One for which there were no handles does not come in.
+    QImage picture(const QString &path) { return added(path).first; }
+    /// The same; true if this call put it in.
+    bool addToCache(const QString &path) { return added(path).second; }
     /// True if the picture was here.
     bool removeFromCache(const QString &path);
 
-    /// The picture, null where there is none. Takes no lock.
+    /// What is here, else null. Takes no lock.
     QImage find(const QString &path) const;
     bool contains(const QString &path) const;
     qsizetype count() const;
@@ -63,6 +65,7 @@ public:
     void abandon() { m_abandoned = true; }
 
 private:
+    std::pair<QImage, bool> added(const QString &path);
     void loadAhead(const QString &path);
     bool isOverBudget() const { return m_bytes > ram_limit; }
 

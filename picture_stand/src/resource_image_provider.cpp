@@ -58,8 +58,7 @@ QImage ResourceImageProvider::requestImage(const QString &id, QSize *size, const
     if (id.isEmpty())
         return {};
 
-    m_cache->addToCache(id);
-    QImage picture = m_cache->find(id);
+    QImage picture = m_cache->picture(id);
 
     // Also enlarges: every picture leaves this step touching the box. A null picture stays one, without the
     // message that Qt would print.

@@ -5,6 +5,7 @@
 #include "small_pictures.h"
 #include "stderr_capture.h"
 
+#include <QDeadlineTimer>
 #include <QImage>
 #include <QTemporaryDir>
 #include <QTest>
@@ -40,6 +41,7 @@ private slots:
     void firstDecodingWins();
     void overlappingJobs();
     void lookupsWhileWriting();
+    void askedForWhileGivenUp();
     void jobOutlivesItsProvider();
     void emptyListStartsNothing();
 };
@@ -250,6 +252,29 @@ void tst_PictureCache::lookupsWhileWriting()
     QVERIFY(found > 0);
     QVERIFY(!damaged);
     QCOMPARE(cache.used(), int(cache.count()) * pictureSize);
+}
+
+void tst_PictureCache::askedForWhileGivenUp()
+{
+    // Whoever asks gets the picture, however soon a job gives it up again.
+    PictureCache cache(1000, smallPicture);
+    const StderrCapture log; // keeps the lines off the screen
+    std::atomic<int> givenUp = 0;
+    std::atomic<bool> done = false;
+    int missing = 0;
+    {
+        std::jthread job([&] {
+            while (!done) {
+                givenUp += cache.removeFromCache(QStringLiteral("a"));
+                std::this_thread::yield();
+            }
+        });
+        const QDeadlineTimer enough(500); // the moment between the two steps comes a few times
+        while (!enough.hasExpired() || givenUp == 0)
+            missing += cache.picture(QStringLiteral("a")).isNull();
+        done = true;
+    }
+    QCOMPARE(missing, 0);
 }
 
 void tst_PictureCache::jobOutlivesItsProvider()
