@@ -27,6 +27,8 @@ QImage makeCover(const QString &path, QSize box)
     if (PictureFile file(path); openRegularFile(file) && hasBearableTexts(file)) {
         QImageReader reader(&file);
         picture = isSvg(reader) ? readSvg(path, SvgFit::Cover, box) : reader.read();
+        if (file.hasGone())
+            picture = {};
     }
     // A null picture stays one, without the message that Qt would print.
     if (!picture.isNull())
@@ -81,7 +83,8 @@ void AsyncImageResponse::run()
     if (m_usable) {
         CoverCache &cache = CoverCache::instance();
         const QString key = coverKey(path, width, height);
-        if (std::optional<QImage> found = cache.find(key)) {
+        std::optional<QImage> found = cache.find(key);
+        if (found && !(cache.isAway(key) && isRegularFile(path))) {
             cache.touch(key);
             image = *std::move(found);
         } else {
@@ -91,8 +94,9 @@ void AsyncImageResponse::run()
             } catch (const std::bad_alloc &) { // of what decoders keep beside the pixels
                 image = {};
             }
-            if (!image.isNull() || !lacksHandles()) // else it is tried again
-                cache.insert(key, image);
+            const bool isAway = image.isNull() && !isRegularFile(path);
+            if (!image.isNull() || isAway || !lacksHandles()) // else it is tried again
+                cache.insert(key, image, isAway);
         }
     }
     const std::lock_guard lock(m_end);

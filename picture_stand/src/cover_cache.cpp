@@ -50,11 +50,21 @@ void CoverCache::touch(const QString &key)
     touchLocked(key);
 }
 
-void CoverCache::insert(const QString &key, const QImage &picture)
+void CoverCache::insert(const QString &key, const QImage &picture, bool isAway)
 {
     const QMutexLocker lock(&cover_mutex);
     touchLocked(key);
     cover_cache.insert(key, picture);
+    if (isAway)
+        m_away.insert(key);
+    else
+        m_away.remove(key);
+}
+
+bool CoverCache::isAway(const QString &key) const
+{
+    const QMutexLocker lock(&cover_mutex);
+    return m_away.contains(key);
 }
 
 void CoverCache::touchLocked(const QString &key)
@@ -69,6 +79,7 @@ void CoverCache::touchLocked(const QString &key)
         const QString oldest = leastRecentlyUsed(cover_ticks);
         cover_cache.remove(oldest);
         cover_ticks.remove(oldest);
+        m_away.remove(oldest);
     }
     cover_ticks.insert(key, cover_tick);
 }

@@ -5,6 +5,7 @@
 #include <QImage>
 #include <QMap>
 #include <QMutex>
+#include <QSet>
 #include <QString>
 
 #include <optional>
@@ -21,7 +22,8 @@ QString leastRecentlyUsed(const QMap<QString, unsigned int> &ticks);
 /**
  * The 50 thumbnails that were used last.
  *
- * A null picture stands for a file that cannot be shown; it is not tried again while it is here. Any thread.
+ * A null picture stands for a file that cannot be shown; it is not tried again while it is here, but where
+ * there was no file. Any thread.
  */
 class CoverCache
 {
@@ -35,8 +37,11 @@ public:
     std::optional<QImage> find(const QString &key) const;
     /// Notes a use; a new key takes the place of the least recently used one where the cache is full.
     void touch(const QString &key);
-    /// Uses the key and keeps `picture` under it, in place of what is there.
-    void insert(const QString &key, const QImage &picture);
+    /// Uses the key and keeps `picture` under it, in place of what is there. `isAway`: it is null because
+    /// there was no file.
+    void insert(const QString &key, const QImage &picture, bool isAway = false);
+    /// True for what came in as away.
+    bool isAway(const QString &key) const;
 
 private:
     void touchLocked(const QString &key);
@@ -45,6 +50,7 @@ private:
     QMap<QString, QImage> cover_cache;
     QMap<QString, unsigned int> cover_ticks; ///< of the last use
     unsigned int cover_tick = 0; ///< uses so far; wraps
+    QSet<QString> m_away; ///< keys of pictures without a file
 };
 
 } // namespace lindenreed::picture_stand

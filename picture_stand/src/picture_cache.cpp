@@ -76,24 +76,41 @@ PictureCache::PictureCache(long long limit, Read read, int decoders)
 {
 }
 
-/// The picture, and whether this call put it in.
-std::pair<QImage, bool> PictureCache::added(const QString &path)
+/// Nothing where it is to be decoded.
+std::optional<QImage> PictureCache::kept(const QString &path) const
 {
     {
         const std::lock_guard lock(cacheMutex);
-        if (const auto entry = cache.constFind(path); entry != cache.constEnd())
-            return {*entry, false};
+        const auto entry = cache.constFind(path);
+        if (entry == cache.constEnd())
+            return std::nullopt;
+        if (!m_away.contains(path))
+            return *entry;
     }
+    return isRegularFile(path) ? std::nullopt : std::optional(QImage());
+}
+
+/// The picture, and whether this call put it in.
+std::pair<QImage, bool> PictureCache::added(const QString &path)
+{
+    if (const std::optional<QImage> picture = kept(path))
+        return {*picture, false};
 
     // Decoding is the slow part and takes no lock. Another thread may be decoding the same file; the first
     // one wins.
     const QImage picture = m_read(path);
-    if (picture.isNull() && lacksHandles())
+    const bool isAway = picture.isNull() && !isRegularFile(path);
+    if (picture.isNull() && !isAway && lacksHandles())
         return {QImage(), false}; // it is tried again
 
     const std::lock_guard lock(cacheMutex);
-    if (const auto entry = cache.constFind(path); entry != cache.constEnd())
+    if (const auto entry = cache.constFind(path);
+        entry != cache.constEnd() && (isAway || !m_away.contains(path)))
         return {*entry, false};
+    if (isAway)
+        m_away.insert(path);
+    else
+        m_away.remove(path);
     m_bytes += picture.sizeInBytes();
     ram_used = saturated(m_bytes);
     std::fprintf(stderr, "add image %s size(%lld) ram(%lld/%lld) \r\n", visiblePath(path).constData(),
@@ -116,6 +133,7 @@ bool PictureCache::removeFromCache(const QString &path)
     std::fprintf(stderr, "remove image %s size(%lld) ram(%lld/%lld) \r\n", visiblePath(path).constData(),
                  size, static_cast<long long>(ram_used), static_cast<long long>(ram_limit));
     cache.erase(entry);
+    m_away.remove(path);
     m_published.replace(cache);
     return true;
 }
@@ -137,7 +155,7 @@ qsizetype PictureCache::count() const
 
 void PictureCache::loadAhead(const QString &path)
 {
-    if (contains(path))
+    if (kept(path))
         return;
     m_decoders.acquire();
     const auto end = qScopeGuard([this] { m_decoders.release(); });

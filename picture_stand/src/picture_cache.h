@@ -6,6 +6,7 @@
 
 #include <QImage>
 #include <QMap>
+#include <QSet>
 #include <QString>
 #include <QStringList>
 
@@ -30,8 +31,9 @@ int prefetchDecoders(long long totalMemory, int processors);
  * Pictures by path, as the panel wants them but neither toned nor dithered.
  *
  * The budget is a soft one: only prefetch() removes pictures, picture() and addToCache() never do. A null
- * picture stands for a file that cannot be shown. Shared by its provider and the jobs that the provider
- * started, which may outlive it. Any thread.
+ * picture stands for a file that cannot be shown, and is tried again only where there was no file, on a card
+ * that was out say, and there is one now. Shared by its provider and the jobs that the provider started,
+ * which may outlive it. Any thread.
  */
 class PictureCache
 {
@@ -66,6 +68,7 @@ public:
 
 private:
     std::pair<QImage, bool> added(const QString &path);
+    std::optional<QImage> kept(const QString &path) const;
     void loadAhead(const QString &path);
     bool isOverBudget() const { return m_bytes > ram_limit; }
 
@@ -73,6 +76,7 @@ private:
     const int ram_limit;
     std::atomic<int> ram_used = 0; ///< m_bytes as far as it goes into 31 bits
     QMap<QString, QImage> cache; ///< behind the mutex
+    QSet<QString> m_away; ///< of its null pictures those without a file; behind the mutex
     Published<QMap<QString, QImage>> m_published; ///< the same, for lookups
 
     // A used figure that stops at 2^31 - 1 would never be above a limit of 2^31 - 1: the comparison needs the

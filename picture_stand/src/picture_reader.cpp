@@ -42,6 +42,8 @@ QImage decoded(const QString &path)
     const QSize screen(ScreenWidth(), ScreenHeight());
     QImageReader reader(&file);
     QImage picture = isSvg(reader) ? readSvg(path, SvgFit::Within, screen) : readPixels(reader, screen);
+    if (file.hasGone())
+        return {};
     picture = std::move(picture).convertToFormat(device_display_colormask() == 0 ? QImage::Format_Grayscale8
                                                                                  : QImage::Format_RGB888);
     if (SvGetScreenModeInversion())

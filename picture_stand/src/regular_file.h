@@ -34,15 +34,20 @@ public:
     }
 
     QString fileName() const override { return m_path; }
+    /// Whether it was pulled out while it was read: what was made of it is not all that there is.
+    bool hasGone() const { return m_hasFailed && !isRegularFile(m_path); }
 
 protected:
     qint64 readData(char *data, qint64 size) override
     {
-        return std::max<qint64>(QFile::readData(data, size), 0);
+        const qint64 read = QFile::readData(data, size);
+        m_hasFailed |= read < 0;
+        return std::max<qint64>(read, 0);
     }
 
 private:
     QString m_path;
+    bool m_hasFailed = false;
 };
 
 } // namespace lindenreed::picture_stand

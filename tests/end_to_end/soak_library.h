@@ -29,7 +29,8 @@ struct SoakPicture
 {
     QString path;
     std::optional<SoakMark> mark; ///< nothing: black
-    bool mayBeBlack = false; ///< cut off, or on a medium that comes and goes
+    bool mayBeBlack = false; ///< cut off
+    bool onCard = false; ///< which comes and goes
 };
 
 class SoakLibrary
@@ -64,7 +65,7 @@ public:
     bool mayBeBlack(const QString &path) const
     {
         const auto found = std::ranges::find(m_pictures, path, &SoakPicture::path);
-        return found != m_pictures.cend() && (!found->mark || found->mayBeBlack);
+        return found != m_pictures.cend() && (!found->mark || found->mayBeBlack || found->onCard);
     }
 
 private:
@@ -240,7 +241,7 @@ private:
                                  .arg(onCard ? card : folder)
                                  .arg(position, 4, 10, QLatin1Char('0'))
                                  .arg(QLatin1String(content.suffix));
-        m_pictures.push_back({path, content.mark, content.mayBeBlack || onCard});
+        m_pictures.push_back({path, content.mark, content.mayBeBlack, onCard});
         QString &first = content.first.at(onCard ? 1 : 0);
         if (!first.isEmpty())
             return ::link(QFile::encodeName(first).constData(), QFile::encodeName(path).constData()) == 0;

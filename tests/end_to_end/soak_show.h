@@ -65,9 +65,14 @@ public:
 
     bool plugs(const char *medium)
     {
-        bool &in = qstrcmp(medium, "card") == 0 ? m_cardIn : m_usbIn;
+        const bool isCard = qstrcmp(medium, "card") == 0;
+        bool &in = isCard ? m_cardIn : m_usbIn;
+        if (!m_device.does(QString::fromLatin1(medium), {{QStringLiteral("in"), !in}}) || !catchUp())
+            return false;
         in = !in;
-        return m_device.does(QString::fromLatin1(medium), {{QStringLiteral("in"), in}}) && isShown();
+        if (isCard) // what is on show by now may have been asked for while it was out
+            m_cardOutUntil = m_changes;
+        return isShown();
     }
 
     bool goesAway()
@@ -250,7 +255,9 @@ private:
             const QImage panel = m_device.screenshot();
             const SoakMark mark = markOf(panel);
             seen = QStringLiteral("%1 %2 %3 %4").arg(mark[0]).arg(mark[1]).arg(mark[2]).arg(mark[3]);
-            return fits(mark, expected());
+            const SoakPicture &picture = expected();
+            const bool wasOut = picture.onCard && (!m_cardIn || m_changes <= m_cardOutUntil);
+            return fits(mark, picture, picture.mayBeBlack || wasOut);
         });
         if (!shown)
             m_trouble = QStringLiteral("Not shown: %1 at %2, but %3")
@@ -260,7 +267,7 @@ private:
         return shown && m_trouble.isEmpty();
     }
 
-    static bool fits(const SoakMark &seen, const SoakPicture &picture)
+    static bool fits(const SoakMark &seen, const SoakPicture &picture, bool mayBeBlack)
     {
         constexpr int tolerance = 10;
         const auto like = [&](const SoakMark &mark) {
@@ -271,7 +278,7 @@ private:
             return true;
         };
         const bool black = like({0, 0, 0, 0});
-        return picture.mark ? like(*picture.mark) || (picture.mayBeBlack && black) : black;
+        return picture.mark ? like(*picture.mark) || (mayBeBlack && black) : black;
     }
 
     static SoakMark markOf(const QImage &panel)
@@ -299,6 +306,7 @@ private:
     int m_unfired = 0;
     double m_latestMs = 0;
     bool m_cardIn = true;
+    int m_cardOutUntil = 0; ///< the last of m_changes that may have met no card
     bool m_usbIn = false;
     bool m_fills = true;
     QString m_trouble;

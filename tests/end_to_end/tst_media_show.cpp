@@ -2,14 +2,42 @@
 
 #include "growth_limit.h"
 #include "show_device.h"
+#include "stored_show.h"
 
 #include <QDir>
+#include <QImage>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 using namespace Qt::StringLiterals;
 
 namespace {
 
 constexpr qint64 mostGrowthKb = growthLimit(1024);
+
+/// A FIFO, held open for whoever reads from it.
+class HeldReader
+{
+public:
+    explicit HeldReader(const char *fifo)
+        : m_writer(::open(fifo, O_WRONLY | O_NONBLOCK | O_CLOEXEC))
+    {
+    }
+    ~HeldReader()
+    {
+        if (m_writer >= 0)
+            ::close(m_writer); // the end of what he reads
+    }
+    HeldReader(const HeldReader &) = delete;
+    HeldReader &operator=(const HeldReader &) = delete;
+
+    bool isThere() const { return m_writer >= 0; }
+
+private:
+    int m_writer;
+};
 
 } // namespace
 
@@ -23,8 +51,10 @@ private slots:
     void twoHundredTimes();
     void folderVanishes();
     void endsDuringALook();
+    void picturesOfACardComeBack();
 
 private:
+    bool isGrey(int grey) const;
     QList<qsizetype> leftovers() const;
     qint64 residentKb() const;
     bool isIn(const QString &medium)
@@ -137,6 +167,75 @@ void tst_MediaShow::endsDuringALook()
         QCOMPARE(m_device->program().exitCode(), 0);
         QCOMPARE(m_device->unexpectedErrors(), QByteArrayList());
     }
+}
+
+/// In the middle of the panel, give or take what dithering does.
+bool tst_MediaShow::isGrey(int grey) const
+{
+    const QImage panel = m_device->screenshot();
+    constexpr int side = 32;
+    int sum = 0;
+    for (int y = 0; y < side; ++y) {
+        for (int x = 0; x < side; ++x)
+            sum += qGray(panel.pixel(panel.width() / 2 + x, panel.height() / 2 + y));
+    }
+    return std::abs(sum / (side * side) - grey) < 10;
+}
+
+void tst_MediaShow::picturesOfACardComeBack()
+{
+    m_device.reset();
+    const QString folder = u"/mnt/ext1/Photo"_s;
+    constexpr const char *fifo = "/mnt/ext1/Photo/fifo";
+    QCOMPARE(::mkfifo(fifo, 0600), 0);
+    // Holds those who read ahead, until the card is out.
+    QFile holding(folder + u"/holding.svg"_s);
+    QVERIFY(holding.open(QIODevice::WriteOnly)
+            && holding.write("<svg xmlns=\"http://www.w3.org/2000/svg\" "
+                             "xmlns:xlink=\"http://www.w3.org/1999/xlink\" width=\"9\" height=\"9\">"
+                             "<image width=\"9\" height=\"9\" xlink:href=\"/mnt/ext1/Photo/fifo\"/></svg>")
+                > 0);
+    holding.close();
+    QVERIFY(QDir().rename(u"/mnt/.unplugged/sd"_s, u"/mnt/ext2"_s));
+    const QList<int> greys{255, 170, 255, 170};
+    QStringList paths{folder + u"/first.png"_s, holding.fileName()};
+    for (int i = 1; i < greys.size(); ++i)
+        paths.append(u"/mnt/ext2/%1.png"_s.arg(i));
+    for (int i = 0; i < greys.size(); ++i) {
+        QImage picture(60, 60, QImage::Format_Grayscale8);
+        picture.fill(greys.at(i));
+        QVERIFY(picture.save(paths.at(i == 0 ? 0 : i + 1)));
+    }
+    QVERIFY(stored_show::store(paths, {{u"shuffle"_s, u"0"_s}, {u"is_first_run"_s, u"0"_s}}));
+
+    m_device = std::make_unique<ShowDevice>();
+    QVERIFY(m_device->start());
+    QVERIFY(m_device->play());
+    QVERIFY(isGrey(255));
+    std::optional<HeldReader> held;
+    QTRY_VERIFY(held.emplace(fifo).isThere());
+    QVERIFY(plug(u"card"_s, false));
+    QByteArray told;
+    const auto isReadAhead = [&] {
+        held.emplace(fifo); // lets go of one, and waits for the next
+        told += m_device->errors();
+        return told.contains("add image /mnt/ext2/3.png size(0)")
+            && told.contains("add image /mnt/ext2/1.png size(0)");
+    };
+    QTRY_VERIFY_WITH_TIMEOUT(isReadAhead(), 20'000);
+    held.reset();
+    QVERIFY(m_device->fire(u"nextImageEvent"_s));
+    QVERIFY(m_device->fire(u"nextImageEvent"_s));
+    QVERIFY(isGrey(0));
+
+    QVERIFY(plug(u"card"_s, true));
+    for (const int behind : {2, 3}) {
+        QVERIFY(m_device->fire(u"nextImageEvent"_s));
+        QTRY_VERIFY(isGrey(greys.at(behind)));
+    }
+    for (int i = 0; i < 3; ++i) // once around
+        QVERIFY(m_device->fire(u"nextImageEvent"_s));
+    QTRY_VERIFY(isGrey(greys.at(1)));
 }
 
 QTEST_GUILESS_MAIN(tst_MediaShow)

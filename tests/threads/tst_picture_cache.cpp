@@ -35,6 +35,7 @@ private slots:
     void secondAddDoesNothing();
     void keysAreExact();
     void unreadablePictureIsKept();
+    void fileThatComesBackIsRead();
     void removingWhatIsNotThere();
     void addingNeverRemoves();
     void figuresSaturate();
@@ -120,6 +121,41 @@ void tst_PictureCache::unreadablePictureIsKept()
     QVERIFY(cache.contains(QStringLiteral("bad")));
     QVERIFY(!cache.addToCache(QStringLiteral("bad")));
     QCOMPARE(reads, 1);
+}
+
+void tst_PictureCache::fileThatComesBackIsRead()
+{
+    // On a card that is out for a while, say.
+    const QTemporaryDir folder;
+    const QStringList paths{folder.filePath(QStringLiteral("a.png")),
+                            folder.filePath(QStringLiteral("b.png")),
+                            folder.filePath(QStringLiteral("c.png"))};
+    int reads = 0;
+    PictureCache cache(1000, [&reads](const QString &path) {
+        ++reads;
+        return QImage(path);
+    });
+    const StderrCapture log;
+    cache.prefetch(paths, 0);
+    cache.prefetch(paths, 0); // not there still
+    QVERIFY(cache.picture(paths.at(0)).isNull());
+    QCOMPARE(reads, 2);
+    QCOMPARE(log.text().count(" size(0) ram(0/1000) \r\n"), 2);
+
+    for (const QString &path : paths)
+        QVERIFY(smallPicture({}).save(path));
+    QCOMPARE(cache.picture(paths.at(0)).size(), QSize(8, 8));
+    cache.prefetch(paths, 0);
+    QCOMPARE(cache.find(paths.at(1)).size(), QSize(8, 8));
+    QCOMPARE(reads, 4);
+    QCOMPARE(cache.count(), 2);
+    QCOMPARE(cache.used(), 2 * pictureSize);
+
+    QVERIFY(QFile::remove(paths.at(0)));
+    QVERIFY(!cache.picture(paths.at(0)).isNull());
+    QVERIFY(cache.removeFromCache(paths.at(0)));
+    QCOMPARE(reads, 4);
+    QCOMPARE(cache.used(), pictureSize);
 }
 
 void tst_PictureCache::removingWhatIsNotThere()

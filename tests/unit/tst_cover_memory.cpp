@@ -23,6 +23,7 @@ private slots:
     void missIsAUse();
     void inversionIsOfTheHandOver();
     void remembersWhatCannotBeShown();
+    void whatIsNotThereMayCome();
 
 private:
     std::unique_ptr<PictureFixture> m_test;
@@ -116,12 +117,29 @@ void tst_CoverMemory::inversionIsOfTheHandOver()
 void tst_CoverMemory::remembersWhatCannotBeShown()
 {
     const QString path = m_test->folder.filePath(u"late.png"_s);
+    QFile file(path);
+    QVERIFY(file.open(QIODevice::WriteOnly) && file.write("no picture") > 0);
+    file.close();
     QVERIFY(cover(path, {32, 32}).isNull());
     QVERIFY(gradient({8, 8}).save(path));
     QVERIFY(cover(path, {32, 32}).isNull());
     for (int i = 1; i <= 50; ++i) // until its place is taken
         cover(path, {i, 1});
     QVERIFY(!cover(path, {32, 32}).isNull());
+}
+
+void tst_CoverMemory::whatIsNotThereMayCome()
+{
+    const QString path = m_test->folder.filePath(u"away.png"_s);
+    QVERIFY(cover(path, {32, 32}).isNull());
+    QVERIFY(cached(path, {32, 32})->isNull()); // takes a place like any other
+    m_test->device.forgetCalls();
+    QVERIFY(cover(path, {32, 32}).isNull());
+    QVERIFY(m_test->device.calls({"adjustAreaDefault"}).isEmpty()); // nothing is tried meanwhile
+    QVERIFY(gradient({8, 8}).save(path));
+    QCOMPARE(cover(path, {32, 32}).size(), QSize(32, 32));
+    QVERIFY(QFile::remove(path));
+    QCOMPARE(cover(path, {32, 32}).size(), QSize(32, 32));
 }
 
 PANEL_TEST_MAIN(tst_CoverMemory)

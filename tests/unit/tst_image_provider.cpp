@@ -41,6 +41,7 @@ private slots:
     void unreadablePicture();
     void unreadablePictureOnColourPanel();
     void whatIsNoPictureStaysSo();
+    void whatIsNotThereMayCome();
     void parameters_data();
     void parameters();
     void parametersAreReadOnce();
@@ -209,12 +210,24 @@ void tst_ImageProvider::unreadablePictureOnColourPanel()
 
 void tst_ImageProvider::whatIsNoPictureStaysSo()
 {
+    QFile file(m_test->folder.filePath(QStringLiteral("late.png")));
+    QVERIFY(file.open(QIODevice::WriteOnly) && file.write("no picture") > 0);
+    file.close();
+    ResourceImageProvider provider;
+    QSize size;
+    QVERIFY(provider.requestImage(file.fileName(), &size, {}).isNull());
+    QVERIFY(gradient({8, 8}).save(file.fileName()));
+    QVERIFY(provider.requestImage(file.fileName(), &size, {}).isNull());
+}
+
+void tst_ImageProvider::whatIsNotThereMayCome()
+{
     const QString path = m_test->folder.filePath(QStringLiteral("late.png"));
     ResourceImageProvider provider;
     QSize size;
     QVERIFY(provider.requestImage(path, &size, {}).isNull());
     QVERIFY(gradient({8, 8}).save(path));
-    QVERIFY(provider.requestImage(path, &size, {}).isNull());
+    QCOMPARE(provider.requestImage(path, &size, {}).size(), QSize(8, 8));
 }
 
 void tst_ImageProvider::parameters_data()

@@ -7,6 +7,7 @@
 
 #include "created_date.h"
 #include "picture_reader.h"
+#include "resource_image_provider.h"
 
 #include <QDir>
 
@@ -92,6 +93,7 @@ private slots:
     void whileItIsRead();
     void readsThatFail_data() { addReaders(); }
     void readsThatFail();
+    void pulledOutAndPutBack();
     void onTheWayToTheScreen_data();
     void onTheWayToTheScreen();
 
@@ -165,6 +167,47 @@ void tst_PictureChanges::readsThatFail()
                                       [&](FileCall &call) { call.error = count++ == number ? error : 0; });
                 reader(QFile::decodeName(path));
                 m_changes += count > number ? 1 : 0;
+            }
+        }
+    }
+}
+
+/// A card, at each call for a picture on it: reading fails from then on. When it is back, so is the picture.
+void tst_PictureChanges::pulledOutAndPutBack()
+{
+    constexpr QSize box(120, 90);
+    lindenreed::picture_stand::ResourceImageProvider provider;
+    const auto shown = [&](const QByteArray &path) {
+        QSize size;
+        return provider.requestImage(QFile::decodeName(path), &size, box);
+    };
+    const auto thumbnail = [&](const QByteArray &path) { return cover(QFile::decodeName(path), box); };
+    const auto nameOf = [this](const QString &name) { return QFile::encodeName(m_folder->filePath(name)); };
+    int file = 0;
+    for (const char *format : {"JPEG", "PNG", "BMP", "TIFF"}) {
+        const QByteArray whole = encoded(noise(pictureSize), format);
+        QVERIFY(write(nameOf(u"whole"_s + QLatin1String(format)), whole));
+        for (const auto &look : {std::function<QImage(const QByteArray &)>(shown), {thumbnail}}) {
+            const QImage expected = look(nameOf(u"whole"_s + QLatin1String(format)));
+            QVERIFY(!expected.isNull());
+            int count = 0;
+            for (int number = 0; number <= count; ++number) {
+                const QByteArray path = nameOf(u"card %1"_s.arg(++file));
+                QVERIFY(write(path, whole));
+                count = 0;
+                {
+                    const FileCalls calls(path, [&](FileCall &call) {
+                        if (count++ == number)
+                            std::rename(path.constData(), (path + ".out").constData());
+                        if (count > number)
+                            call.error = EIO;
+                    });
+                    look(path);
+                }
+                m_changes += count > number ? 1 : 0;
+                std::rename((path + ".out").constData(), path.constData());
+                QVERIFY2(look(path) == expected,
+                         QByteArray(format) + " at call " + QByteArray::number(number));
             }
         }
     }
