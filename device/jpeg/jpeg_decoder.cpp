@@ -73,10 +73,7 @@ bool JpegDecoder::readHeader()
         jpeg_create_decompress(&m_info);
         m_info.src = m_source.manager();
         m_info.progress = &m_progress;
-        constexpr unsigned wholeSegment = 0xffff;
-        jpeg_save_markers(&m_info, JPEG_COM, wholeSegment);
-        jpeg_save_markers(&m_info, JPEG_APP0 + 1, wholeSegment);
-        jpeg_save_markers(&m_info, JPEG_APP0 + 2, wholeSegment);
+        m_segments.keepFrom(m_info);
         jpeg_read_header(&m_info, TRUE);
         jpeg_calc_output_dimensions(&m_info);
     });

@@ -2,6 +2,7 @@
 
 #pragma once
 
+#include "jpeg_segments.h"
 #include "jpeg_source.h"
 #include "scan_memory.h"
 
@@ -22,7 +23,8 @@ public:
     JpegDecoder(const JpegDecoder &) = delete;
     JpegDecoder &operator=(const JpegDecoder &) = delete;
 
-    /// Once, and first. Keeps comments, EXIF data and colour profiles, of which info() has the list.
+    /// Once, and first. Keeps comments, EXIF data and colour profiles, as far as JpegSegments does, of which
+    /// info() has the list.
     bool readHeader();
     const jpeg_decompress_struct &info() const { return m_info; }
     QSize size() const { return {int(m_info.image_width), int(m_info.image_height)}; }
@@ -44,6 +46,7 @@ private:
     bool succeeds(Step step);
 
     JpegSource m_source;
+    JpegSegments m_segments;
     ScanMemory &m_memory;
     qint64 m_taken = 0; ///< of it
     Errors m_errors;

@@ -88,7 +88,7 @@ void tst_HostilePictures::initTestCase()
     QCOMPARE(::mkfifo((folder.toUtf8() + "/pipe").constData(), 0600), 0);
     hostile::Pictures pictures = hostile::damagedPictures(isLong ? 21 : 1);
     const hostile::Pictures bombs = hostile::svgBombs(folder.toUtf8()) + hostile::pngBombs()
-        + hostile::tiffBombs() + hostile::otherBombs();
+        + hostile::jpegBombs(hostile::written("jpeg")) + hostile::tiffBombs() + hostile::otherBombs();
     // Seconds each; some are only slow where several wait for one another.
     const QByteArrayList slow{"svg file that blocks.svg",       "svg many pictures.svg", "svg dashes.svg",
                               "svg many elements.svg",          "png texts of 7 GB.png", "svg deep.svg",

@@ -184,6 +184,20 @@ inline Pictures tiffBombs()
     };
 }
 
+/// A small JPEG with a megabyte and more beside its picture.
+inline Pictures jpegBombs(const QByteArray &whole)
+{
+    const auto with = [&](const QByteArray &segments) {
+        return QByteArray(whole).insert(2, segments); // behind the mark of the beginning
+    };
+    return {
+        {"jpeg empty comments.jpg", with(repeated(QByteArray("\xff\xfe\0\2", 4), 1 << 18))},
+        {"jpeg empty profiles.jpg", with(repeated(QByteArray("\xff\xe2\0\2", 4), 1 << 18))},
+        {"jpeg EXIF data of 32 MB.jpg", with(repeated("\xff\xe1\xff\xff" + QByteArray(65'533, 'x'), 500))},
+        {"jpeg empty tables.jpg", with(repeated(QByteArray("\xff\xc4\0\2", 4), 1 << 18))},
+    };
+}
+
 inline Pictures otherBombs()
 {
     const QByteArray frame = QByteArray::fromHex("21f904000000000000"
