@@ -26,7 +26,7 @@ QImage makeCover(const QString &path, QSize box)
     QImage picture;
     if (PictureFile file(path); openRegularFile(file) && hasBearableTexts(file)) {
         QImageReader reader(&file);
-        picture = isSvg(reader) ? readSvg(path, SvgFit::Cover, box) : reader.read();
+        picture = isSvg(reader) ? readSvg(file, SvgFit::Cover, box) : reader.read();
         if (file.hasGone())
             picture = {};
     }

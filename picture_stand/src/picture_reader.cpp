@@ -41,7 +41,7 @@ QImage decoded(const QString &path)
 
     const QSize screen(ScreenWidth(), ScreenHeight());
     QImageReader reader(&file);
-    QImage picture = isSvg(reader) ? readSvg(path, SvgFit::Within, screen) : readPixels(reader, screen);
+    QImage picture = isSvg(reader) ? readSvg(file, SvgFit::Within, screen) : readPixels(reader, screen);
     if (file.hasGone())
         return {};
     picture = std::move(picture).convertToFormat(device_display_colormask() == 0 ? QImage::Format_Grayscale8

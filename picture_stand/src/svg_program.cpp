@@ -1,6 +1,8 @@
-// Draws one SVG for the frame: picture_stand_svg FILE within|cover WIDTH HEIGHT FAMILY. Writes width, height
-// and pixels to standard output, or nothing. Its end is nobody's loss.
+// Draws one SVG for the frame: picture_stand_svg BYTES within|cover WIDTH HEIGHT FAMILY. Reads so many bytes
+// of text from standard input, and writes width, height and pixels to standard output, or nothing. Its end is
+// nobody's loss.
 
+#include <QBuffer>
 #include <QFont>
 #include <QGuiApplication>
 #include <QImageReader>
@@ -32,9 +34,10 @@ void limit()
 #endif
 }
 
-QImage draw(const QString &path, bool cover, QSize box)
+QImage draw(QByteArray &text, bool cover, QSize box)
 {
-    QImageReader reader(path);
+    QBuffer buffer(&text);
+    QImageReader reader(&buffer, "svg");
     const QSize size = reader.size();
     if (!cover && (size.width() > box.width() || size.height() > box.height()))
         reader.setScaledSize(size.scaled(box, Qt::KeepAspectRatio).expandedTo(QSize(1, 1)));
@@ -55,8 +58,11 @@ int main(int argc, char **argv)
     if (words.size() != 6)
         return 2;
     QGuiApplication::setFont(QFont(words.at(5), -1, -1, false));
-    const QImage picture = draw(words.at(1), words.at(2) == QLatin1String("cover"),
-                                QSize(words.at(3).toInt(), words.at(4).toInt()));
+    QByteArray text(words.at(1).toInt(), Qt::Uninitialized);
+    if (std::fread(text.data(), 1, std::size_t(text.size()), stdin) != std::size_t(text.size()))
+        return 1;
+    const QImage picture
+        = draw(text, words.at(2) == QLatin1String("cover"), QSize(words.at(3).toInt(), words.at(4).toInt()));
     if (picture.isNull())
         return 1;
     const qint32 size[2] = {picture.width(), picture.height()};

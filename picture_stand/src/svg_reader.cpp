@@ -1,5 +1,6 @@
 #include "svg_reader.h"
 
+#include <QFile>
 #include <QFont>
 #include <QGuiApplication>
 #include <QImageReader>
@@ -15,6 +16,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
+constexpr qint64 mostText = 32 * 1024 * 1024; ///< a picture within it takes the process six times as much
 constexpr int patience = 15'000; ///< in ms; the process itself ends after ten seconds
 
 /// As svg_program.cpp writes it; null for anything else.
@@ -41,19 +43,27 @@ bool isSvg(const QImageReader &reader)
     return reader.format().startsWith("svg");
 }
 
-QImage readSvg(const QString &path, SvgFit fit, QSize box)
+QImage readSvg(QFile &file, SvgFit fit, QSize box)
 {
+    if (file.size() > mostText)
+        return {};
+    const QByteArray text = file.read(file.size());
+
     // The main thread waits for its own picture alone: the show's next step hangs on it.
     static std::mutex oneAtATime;
     std::unique_lock lock(oneAtATime, std::defer_lock);
     if (QThread::currentThread() != QCoreApplication::instance()->thread())
         lock.lock();
     QProcess process;
-    process.setStandardInputFile(QProcess::nullDevice());
     process.setStandardErrorFile(QProcess::nullDevice()); // what is wrong with a picture is not told
     process.start(QCoreApplication::applicationDirPath() + u"/picture_stand_svg"_s,
-                  {path, fit == SvgFit::Cover ? u"cover"_s : u"within"_s, QString::number(box.width()),
-                   QString::number(box.height()), QGuiApplication::font().family()});
+                  {QString::number(text.size()), fit == SvgFit::Cover ? u"cover"_s : u"within"_s,
+                   QString::number(box.width()), QString::number(box.height()),
+                   QGuiApplication::font().family()});
+    if (!process.waitForStarted())
+        return {};
+    process.write(text);
+    process.closeWriteChannel();
     if (!process.waitForFinished(patience)) {
         process.kill();
         process.waitForFinished();

@@ -4,8 +4,8 @@
 
 #include <QImage>
 #include <QSize>
-#include <QString>
 
+class QFile;
 class QImageReader;
 
 namespace lindenreed::picture_stand {
@@ -21,10 +21,13 @@ enum class SvgFit {
 
 /**
  * Draws an SVG in a process of its own, which has 192 MiB and ten seconds: a few lines of text can ask for
- * more than any device has, name files that never end, or include themselves. Null where that is not enough.
+ * more than any device has, name files that never end, or include themselves. Null where that is not enough,
+ * and for files of more than 32 MiB.
  *
- * Any thread; those of pools wait for one another, so that no more than two are drawn at once.
+ * `file` is open, and is read here: what comes under its name meanwhile is not drawn, and who waits for it
+ * keeps nobody else waiting. Any thread; those of pools wait for one another, so that no more than two are
+ * drawn at once.
  */
-QImage readSvg(const QString &path, SvgFit fit, QSize box);
+QImage readSvg(QFile &file, SvgFit fit, QSize box);
 
 } // namespace lindenreed::picture_stand

@@ -5,22 +5,35 @@
 #include "panel_remote.h"
 #include "picture_show_test.h"
 
+#include "picture_reader.h"
+#include "png_texts.h"
+#include "regular_file.h"
+#include "svg_reader.h"
+
+#include <QImageReader>
+
 #include <chrono>
 #include <condition_variable>
+#include <future>
 #include <mutex>
 #include <thread>
+#include <utility>
 
 using namespace std::chrono_literals;
+using namespace lindenreed::picture_stand;
 
 namespace {
 
-/// A medium on which calls for one file wait until it lets go.
+/// A medium on which calls for one file wait until it lets go, from the first or from a later read on.
 class StallingMedium
 {
 public:
-    explicit StallingMedium(const QString &path)
-        : m_calls(QFile::encodeName(path), [this](FileCall &) {
+    explicit StallingMedium(const QString &path, int readsBefore = 0)
+        : m_calls(QFile::encodeName(path), [this, readsBefore](FileCall &call) {
             std::unique_lock lock(m_mutex);
+            m_reads += call.kind == FileCall::Read ? 1 : 0;
+            if (readsBefore > 0 && m_reads <= readsBefore)
+                return;
             ++m_waiting;
             m_changed.notify_all();
             m_changed.wait(lock, [this] { return m_goesOn; });
@@ -45,6 +58,7 @@ public:
 private:
     std::mutex m_mutex;
     std::condition_variable m_changed;
+    int m_reads = 0;
     int m_waiting = 0;
     bool m_goesOn = false;
     FileCalls m_calls;
@@ -61,6 +75,7 @@ private slots:
     void init() { begin(); }
     void cleanup() { end(); }
     void theShowGoesOn();
+    void otherDrawingsGoOn();
 };
 
 void tst_StalledPictures::theShowGoesOn()
@@ -109,6 +124,41 @@ void tst_StalledPictures::theShowGoesOn()
                         QThreadPool::globalInstance()->waitForDone();
                     }),
              0);
+}
+
+/// An SVG that stalls behind its beginning, by which it was known for one.
+void tst_StalledPictures::otherDrawingsGoOn()
+{
+    const QByteArray text
+        = "<svg xmlns=\"http://www.w3.org/2000/svg\" width=\"9\" height=\"9\"><rect width=\"5\"/></svg>";
+    const QString small = m_folder->filePath(u"small.svg"_s);
+    const QString large = m_folder->filePath(u"large.svg"_s);
+    QVERIFY(write(QFile::encodeName(small), text));
+    QVERIFY(write(QFile::encodeName(large), text + QByteArray(1'000'000, ' ')));
+    const auto sizeOf = [](const QString &path) {
+        return std::async(std::launch::async, [path] { return readImage(path).size(); });
+    };
+    int reads = 0;
+    int firstReads = 0;
+    {
+        const FileCalls calls(QFile::encodeName(large),
+                              [&](FileCall &call) { reads += call.kind == FileCall::Read ? 1 : 0; });
+        PictureFile file(large);
+        QVERIFY(openRegularFile(file) && hasBearableTexts(file) && isSvg(QImageReader(&file)));
+        firstReads = std::exchange(reads, 0);
+        QCOMPARE(sizeOf(large).get(), QSize(9, 9));
+    }
+    QVERIFY(reads > firstReads); // not the process that draws reads the rest
+
+    StallingMedium medium(large, reads - 1);
+    std::future<QSize> stalled = sizeOf(large);
+    QVERIFY(medium.waitForReaders(1));
+    std::future<QSize> other = sizeOf(small);
+    const bool goesOn = other.wait_for(30s) == std::future_status::ready;
+    medium.goOn();
+    QVERIFY(goesOn);
+    QCOMPARE(other.get(), QSize(9, 9));
+    QCOMPARE(stalled.get(), QSize(9, 9));
 }
 
 PANEL_TEST_MAIN(tst_StalledPictures)

@@ -3,11 +3,14 @@
 #include "hostile_bombs.h"
 #include "panel_application.h"
 #include "picture_fixture.h"
+#include "regular_file.h"
 #include "svg_reader.h"
 
 #include <QImageReader>
 
 #include <memory>
+
+#include <sys/stat.h>
 
 using namespace Qt::StringLiterals;
 using namespace lindenreed::picture_stand;
@@ -23,6 +26,10 @@ private slots:
     void recognised();
     void sameAsWithin_data();
     void sameAsWithin();
+    void packed();
+    void anotherByItsName_data();
+    void anotherByItsName();
+    void longText();
     void endsApart_data();
     void endsApart();
 
@@ -33,6 +40,12 @@ private:
         if (!file.open(QIODevice::WriteOnly) || file.write(contents) != contents.size())
             return {};
         return file.fileName();
+    }
+
+    static QImage drawn(const QString &path, SvgFit fit, QSize box)
+    {
+        PictureFile file(path);
+        return openRegularFile(file) ? readSvg(file, fit, box) : QImage();
     }
 
     std::unique_ptr<PictureFixture> m_test;
@@ -88,9 +101,56 @@ void tst_SvgReader::sameAsWithin()
         reader.setScaledSize(reader.size().scaled(box, Qt::KeepAspectRatio));
     const QImage within = reader.read();
     QVERIFY(!within.isNull());
-    QCOMPARE(readSvg(path, SvgFit::Within, box), within);
-    QCOMPARE(readSvg(path, SvgFit::Cover, box),
+    QCOMPARE(drawn(path, SvgFit::Within, box), within);
+    QCOMPARE(drawn(path, SvgFit::Cover, box),
              QImage(path).scaled(box, Qt::KeepAspectRatio, Qt::FastTransformation));
+}
+
+void tst_SvgReader::packed()
+{
+    // <svg xmlns="http://www.w3.org/2000/svg" width="9" height="5"><rect width="4" height="5"/></svg>
+    const QString path
+        = put(u"a.svg"_s,
+              QByteArray::fromHex("1f8b0800000000000203b3292e4b57a8c8cdc92bb655ca282929b0d2d72f"
+                                  "2f2fd72b37d6cb2f4ad737323030d007aa505228cf4c29c9b055b25452c8"
+                                  "48cd4ccf28b1553255b2b3294a4d2e814999204be9dbd980f4d901003fa9"
+                                  "8bf85f000000"));
+    const QImage within(path);
+    QCOMPARE(within.size(), QSize(9, 5));
+    QCOMPARE(drawn(path, SvgFit::Within, {300, 200}).convertToFormat(within.format()), within);
+}
+
+void tst_SvgReader::anotherByItsName_data()
+{
+    QTest::addColumn<bool>("fifo");
+
+    QTest::newRow("a FIFO") << true; // opening it would wait for ever
+    QTest::newRow("nothing") << false;
+}
+
+void tst_SvgReader::anotherByItsName()
+{
+    QFETCH(bool, fifo);
+
+    const QString path = put(u"a.svg"_s, hostile::svg("<rect width=\"50\" height=\"33\"/>"));
+    const QImage expected = drawn(path, SvgFit::Within, {300, 200});
+    QVERIFY(!expected.isNull());
+    PictureFile file(path);
+    QVERIFY(openRegularFile(file) && isSvg(QImageReader(&file)));
+    QVERIFY(QFile::remove(path));
+    if (fifo)
+        QCOMPARE(::mkfifo(path.toLocal8Bit().constData(), 0600), 0);
+    QCOMPARE(readSvg(file, SvgFit::Within, {300, 200}), expected);
+}
+
+void tst_SvgReader::longText()
+{
+    constexpr qsizetype most = 32 * 1024 * 1024;
+    const QByteArray text = hostile::svg("<rect width=\"50\" height=\"33\"/>");
+    for (const qsizetype size : {most, most + 1}) {
+        const QString path = put(u"a.svg"_s, text + QByteArray(size - text.size(), ' '));
+        QCOMPARE(drawn(path, SvgFit::Within, {300, 200}).isNull(), size > most);
+    }
 }
 
 void tst_SvgReader::endsApart_data()
@@ -116,10 +176,10 @@ void tst_SvgReader::endsApart()
     QFile file(QDir::tempPath() + u"/self.svg"_s);
     QVERIFY(file.open(QIODevice::WriteOnly) && file.write(contents) == contents.size());
     file.close();
-    QVERIFY(readSvg(file.fileName(), SvgFit::Within, {300, 200}).isNull());
-    QVERIFY(readSvg(file.fileName(), SvgFit::Cover, {300, 200}).isNull());
+    QVERIFY(drawn(file.fileName(), SvgFit::Within, {300, 200}).isNull());
+    QVERIFY(drawn(file.fileName(), SvgFit::Cover, {300, 200}).isNull());
     file.remove();
-    QVERIFY(readSvg(file.fileName(), SvgFit::Within, {300, 200}).isNull());
+    QVERIFY(drawn(file.fileName(), SvgFit::Within, {300, 200}).isNull());
 }
 
 PANEL_TEST_MAIN(tst_SvgReader)
