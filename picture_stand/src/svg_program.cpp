@@ -18,18 +18,16 @@
 
 namespace {
 
-// The largest picture that Qt decodes has 128 MiB.
-constexpr rlim_t mostBytes = 192 * 1024 * 1024;
 constexpr unsigned mostSeconds = 10;
 
-void limit()
+void limit([[maybe_unused]] rlim_t bytes)
 {
     ::prctl(PR_SET_PDEATHSIG, SIGKILL);
     ::alarm(mostSeconds);
     const rlimit none{0, 0};
     ::setrlimit(RLIMIT_CORE, &none);
 #ifndef __SANITIZE_ADDRESS__ // which reserves more than there is
-    const rlimit memory{mostBytes, mostBytes};
+    const rlimit memory{bytes, bytes};
     ::setrlimit(RLIMIT_DATA, &memory);
 #endif
 }
@@ -51,18 +49,18 @@ QImage draw(QByteArray &text, bool cover, QSize box)
 
 int main(int argc, char **argv)
 {
-    limit();
+    limit(argc > 1 ? std::strtoul(argv[1], nullptr, 10) : 0);
     ::setenv("QT_QPA_PLATFORM", "offscreen", 1);
     const QGuiApplication application(argc, argv);
     const QStringList words = QGuiApplication::arguments();
-    if (words.size() != 6)
+    if (words.size() != 7)
         return 2;
-    QGuiApplication::setFont(QFont(words.at(5), -1, -1, false));
-    QByteArray text(words.at(1).toInt(), Qt::Uninitialized);
+    QGuiApplication::setFont(QFont(words.at(6), -1, -1, false));
+    QByteArray text(words.at(2).toInt(), Qt::Uninitialized);
     if (std::fread(text.data(), 1, std::size_t(text.size()), stdin) != std::size_t(text.size()))
         return 1;
     const QImage picture
-        = draw(text, words.at(2) == QLatin1String("cover"), QSize(words.at(3).toInt(), words.at(4).toInt()));
+        = draw(text, words.at(3) == QLatin1String("cover"), QSize(words.at(4).toInt(), words.at(5).toInt()));
     if (picture.isNull())
         return 1;
     const qint32 size[2] = {picture.width(), picture.height()};

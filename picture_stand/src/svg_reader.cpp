@@ -1,5 +1,7 @@
 #include "svg_reader.h"
 
+#include "picture_cache.h"
+
 #include <QFile>
 #include <QFont>
 #include <QGuiApplication>
@@ -7,6 +9,7 @@
 #include <QProcess>
 #include <QThread>
 
+#include <algorithm>
 #include <cstring>
 #include <mutex>
 
@@ -16,7 +19,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr qint64 mostText = 32 * 1024 * 1024; ///< a picture within it takes the process six times as much
+constexpr int timesText = 6; ///< what a picture within the text takes, from its letters to its pixels
 constexpr int patience = 15'000; ///< in ms; the process itself ends after ten seconds
 
 /// As svg_program.cpp writes it; null for anything else.
@@ -43,9 +46,16 @@ bool isSvg(const QImageReader &reader)
     return reader.format().startsWith("svg");
 }
 
+qint64 svgMemory(qint64 machine)
+{
+    constexpr qint64 most = 192 * 1024 * 1024;
+    return machine > 0 ? std::min(machine / 3, most) : most;
+}
+
 QImage readSvg(QFile &file, SvgFit fit, QSize box)
 {
-    if (file.size() > mostText)
+    static const qint64 memory = svgMemory(readTotalMemory("/proc/meminfo").value_or(0));
+    if (file.size() > memory / timesText)
         return {};
     const QByteArray text = file.read(file.size());
 
@@ -57,9 +67,9 @@ QImage readSvg(QFile &file, SvgFit fit, QSize box)
     QProcess process;
     process.setStandardErrorFile(QProcess::nullDevice()); // what is wrong with a picture is not told
     process.start(QCoreApplication::applicationDirPath() + u"/picture_stand_svg"_s,
-                  {QString::number(text.size()), fit == SvgFit::Cover ? u"cover"_s : u"within"_s,
-                   QString::number(box.width()), QString::number(box.height()),
-                   QGuiApplication::font().family()});
+                  {QString::number(memory), QString::number(text.size()),
+                   fit == SvgFit::Cover ? u"cover"_s : u"within"_s, QString::number(box.width()),
+                   QString::number(box.height()), QGuiApplication::font().family()});
     if (!process.waitForStarted())
         return {};
     process.write(text);

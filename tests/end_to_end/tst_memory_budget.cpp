@@ -5,6 +5,7 @@
 #include "process_memory.h"
 #include "stored_show.h"
 
+#include <QBuffer>
 #include <QDir>
 #include <QImage>
 #include <QTest>
@@ -42,6 +43,7 @@ class tst_MemoryBudget : public QObject
 private slots:
     void isKept();
     void progressivePictures();
+    void drawings();
 
 private:
     bool storePictures(int count);
@@ -173,6 +175,48 @@ void tst_MemoryBudget::progressivePictures()
     }
     for (const QByteArray &line : m_device->unexpectedErrors()) { // of the black one, and of thumbnails
         QVERIFY2(line.contains("Failed to get image") || line.contains("Rejecting image"), line.constData());
+    }
+    QVERIFY(m_device->does(u"quit"_s));
+    QVERIFY(m_device->program().state() == QProcess::NotRunning || m_device->program().waitForFinished());
+    QCOMPARE(m_device->program().exitCode(), 0);
+}
+
+void tst_MemoryBudget::drawings()
+{
+    // Of white pictures, all but the last too small to be seen. One drawing goes into a third of the machine,
+    // at most 192 MiB, and the other does not.
+    constexpr QSize size(3000, 2048);
+    constexpr qint64 each = qint64(size.width()) * size.height() * 4;
+    constexpr qint64 rest = 48 * mebibyte; // what every drawing takes, and one of the panel's size
+    QImage white(size, QImage::Format_RGB32);
+    white.fill(Qt::white);
+    QByteArray bytes;
+    QBuffer buffer(&bytes);
+    QVERIFY(buffer.open(QIODevice::WriteOnly) && white.save(&buffer, "png"));
+    const auto image = [&](const QByteArray &side) {
+        return "<image width=\"" + side + "\" height=\"" + side + "\" xlink:href=\"data:image/png;base64,"
+            + bytes.toBase64() + "\"/>";
+    };
+    const QString folder = u"/mnt/ext1/Drawings/"_s;
+    QVERIFY(QDir().mkpath(folder));
+    const qint64 memory = std::min(totalMemory() / 3, 192 * mebibyte);
+    for (const auto &[name, count] :
+         {std::pair(u"a.svg"_s, (memory - rest) / each), std::pair(u"b.svg"_s, memory / each + 1)}) {
+        QFile file(folder + name);
+        QVERIFY(file.open(QIODevice::WriteOnly)
+                && file.write("<svg xmlns=\"http://www.w3.org/2000/svg\" "
+                              "xmlns:xlink=\"http://www.w3.org/1999/xlink\" width=\"1000\" height=\"1000\">"
+                              + image("1").repeated(count - 1) + image("1000") + "</svg>")
+                    > 0);
+    }
+    QVERIFY(stored_show::store({folder + u"a.svg"_s, folder + u"b.svg"_s},
+                               {{u"change_picture_time"_s, u"3600"_s}, {u"shuffle"_s, u"0"_s}}));
+    m_device = std::make_unique<ShowDevice>();
+    QVERIFY(m_device->start());
+    QVERIFY(m_device->play());
+    for (const bool alight : {true, false, true}) {
+        QCOMPARE(isAlight(), alight);
+        QVERIFY(m_device->fire(u"nextImageEvent"_s));
     }
     QVERIFY(m_device->does(u"quit"_s));
     QVERIFY(m_device->program().state() == QProcess::NotRunning || m_device->program().waitForFinished());

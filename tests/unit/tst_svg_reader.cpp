@@ -2,6 +2,7 @@
 
 #include "hostile_bombs.h"
 #include "panel_application.h"
+#include "picture_cache.h"
 #include "picture_fixture.h"
 #include "regular_file.h"
 #include "svg_reader.h"
@@ -30,6 +31,8 @@ private slots:
     void anotherByItsName_data();
     void anotherByItsName();
     void longText();
+    void memoryOfTheMachine_data();
+    void memoryOfTheMachine();
     void endsApart_data();
     void endsApart();
 
@@ -145,12 +148,31 @@ void tst_SvgReader::anotherByItsName()
 
 void tst_SvgReader::longText()
 {
-    constexpr qsizetype most = 32 * 1024 * 1024;
+    const qsizetype most = svgMemory(readTotalMemory("/proc/meminfo").value_or(0)) / 6;
     const QByteArray text = hostile::svg("<rect width=\"50\" height=\"33\"/>");
     for (const qsizetype size : {most, most + 1}) {
         const QString path = put(u"a.svg"_s, text + QByteArray(size - text.size(), ' '));
         QCOMPARE(drawn(path, SvgFit::Within, {300, 200}).isNull(), size > most);
     }
+}
+
+void tst_SvgReader::memoryOfTheMachine_data()
+{
+    QTest::addColumn<qint64>("machine");
+    QTest::addColumn<qint64>("memory");
+
+    constexpr qint64 mebibyte = 1024 * 1024;
+    QTest::newRow("small") << 252 * mebibyte << 84 * mebibyte;
+    QTest::newRow("enough") << 576 * mebibyte << 192 * mebibyte;
+    QTest::newRow("large") << 64 * 1024 * mebibyte << 192 * mebibyte;
+    QTest::newRow("unknown") << qint64(0) << 192 * mebibyte;
+}
+
+void tst_SvgReader::memoryOfTheMachine()
+{
+    QFETCH(qint64, machine);
+
+    QTEST(svgMemory(machine), "memory");
 }
 
 void tst_SvgReader::endsApart_data()
