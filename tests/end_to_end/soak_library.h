@@ -93,10 +93,16 @@ private:
     {
         const int x = size.width() / 4;
         const int y = size.height() / 4;
-        painter.fillRect(x, y, x, y, qRgb(mark[0], mark[0], mark[0]));
-        painter.fillRect(2 * x, y, x, y, qRgb(mark[1], mark[1], mark[1]));
-        painter.fillRect(2 * x, 2 * y, x, y, qRgb(mark[2], mark[2], mark[2]));
-        painter.fillRect(x, 2 * y, x, y, qRgb(mark[3], mark[3], mark[3]));
+        // Exactly around the middle: in a small picture that fills the screen a pixel is as wide as a quarter
+        // of what is looked at.
+        const QPoint middle(size.width() / 2, size.height() / 2);
+        const auto fill = [&](int left, int top, int grey) {
+            painter.fillRect(middle.x() + left, middle.y() + top, x, y, qRgb(grey, grey, grey));
+        };
+        fill(-x, -y, mark[0]);
+        fill(0, -y, mark[1]);
+        fill(0, 0, mark[2]);
+        fill(-x, 0, mark[3]);
     }
 
     static QImage drawn(const QSize &size, const SoakMark &mark)
