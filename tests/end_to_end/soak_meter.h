@@ -68,18 +68,6 @@ public:
         return {of(&Sample::residentKb), int(of(&Sample::handles)), int(of(&Sample::threads))};
     }
 
-    /// The most of each.
-    Sample most(std::size_t first, std::size_t end) const
-    {
-        Sample most = {};
-        for (std::size_t i = first; i < end; ++i) {
-            most.residentKb = std::max(most.residentKb, m_samples[i].residentKb);
-            most.handles = std::max(most.handles, m_samples[i].handles);
-            most.threads = std::max(most.threads, m_samples[i].threads);
-        }
-        return most;
-    }
-
 private:
     int entries(const char *folder) const
     {
