@@ -61,7 +61,6 @@ ControlConnection::ControlConnection(ControlServer *server, std::unique_ptr<QLoc
     : m_server(server)
     , m_socket(std::move(socket))
 {
-    m_socket->setParent(nullptr);
     // Bounds what a client can pile up while its request is under way; the rest waits in the client.
     m_socket->setReadBufferSize(longestRequestLine);
     m_turn.setSingleShot(true);

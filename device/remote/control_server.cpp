@@ -1,18 +1,11 @@
 #include "control_server.h"
 
 #include "control_connection.h"
+#include "listening_socket.h"
 
-#include <QFile>
-#include <QLocalServer>
 #include <QLocalSocket>
-#include <QTimer>
-
-#include <cerrno>
-#include <cstring>
 
 #include <sys/socket.h>
-#include <sys/stat.h>
-#include <sys/un.h>
 #include <unistd.h>
 
 namespace lindenreed::remote {
@@ -22,29 +15,11 @@ using namespace std::chrono_literals;
 
 namespace {
 
-/// Whether a process answers on this socket.
-bool hasListener(const QByteArray &path)
-{
-    sockaddr_un address = {};
-    address.sun_family = AF_UNIX;
-    if (std::size_t(path.size()) >= sizeof(address.sun_path))
-        return false;
-    std::memcpy(address.sun_path, path.constData(), std::size_t(path.size()));
-    const int probe = ::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0);
-    if (probe < 0)
-        return true; // cannot tell, so leave it alone
-    const bool refused = ::connect(probe, reinterpret_cast<const sockaddr *>(&address), sizeof(address)) != 0
-        && errno == ECONNREFUSED;
-    ::close(probe);
-    return !refused;
-}
-
-bool isOwnUser(const QLocalSocket &socket)
+bool isOwnUser(int socket)
 {
     ucred peer = {};
     socklen_t length = sizeof(peer);
-    return ::getsockopt(int(socket.socketDescriptor()), SOL_SOCKET, SO_PEERCRED, &peer, &length) == 0
-        && peer.uid == ::geteuid();
+    return ::getsockopt(socket, SOL_SOCKET, SO_PEERCRED, &peer, &length) == 0 && peer.uid == ::geteuid();
 }
 
 } // namespace
@@ -78,15 +53,17 @@ bool Reply::clientGone() const
 
 ControlServer::ControlServer(QObject *parent)
     : QObject(parent)
-    , m_server(std::make_unique<QLocalServer>())
+    , m_listening(std::make_unique<ListeningSocket>([this](int socket) { accept(socket); }))
 {
-    m_server->setSocketOptions(QLocalServer::UserAccessOption);
-    connect(m_server.get(), &QLocalServer::newConnection, this, &ControlServer::accept);
+    m_hangUp.setSingleShot(true);
+    m_hangUp.setInterval(1s);
+    m_hangUp.callOnTimeout([this] { hangUp(0); });
 }
 
 ControlServer::~ControlServer()
 {
-    m_server->close();
+    m_listening.reset();
+    hangUp(0);
 }
 
 void ControlServer::add(const QString &command, const QStringList &members, Handler handler)
@@ -104,24 +81,7 @@ void ControlServer::announce(const QJsonObject &event)
 
 bool ControlServer::listen(const QString &path, QString *error)
 {
-    const auto refuse = [&](const QString &sentence) {
-        if (error)
-            *error = sentence;
-        return false;
-    };
-
-    const QByteArray name = QFile::encodeName(path);
-    struct stat status = {};
-    if (::lstat(name.constData(), &status) == 0) {
-        if (!S_ISSOCK(status.st_mode))
-            return refuse(u"%1 is in the way of the control socket."_s.arg(path));
-        if (hasListener(name))
-            return refuse(u"Another process listens on %1."_s.arg(path));
-        ::unlink(name.constData());
-    }
-    if (!m_server->listen(path))
-        return refuse(u"The control socket %1 cannot be made: %2."_s.arg(path, m_server->errorString()));
-    return true;
+    return m_listening->listen(path, error);
 }
 
 qsizetype ControlServer::clients() const
@@ -129,32 +89,43 @@ qsizetype ControlServer::clients() const
     return m_connections.size();
 }
 
-void ControlServer::accept()
+void ControlServer::accept(int socket)
 {
-    while (m_server->hasPendingConnections()) {
-        std::unique_ptr<QLocalSocket> socket(m_server->nextPendingConnection());
-        if (!isOwnUser(*socket))
-            continue;
-        if (m_connections.size() >= mostConnections) {
-            refuseBusy(std::move(socket));
-            continue;
-        }
-        m_connections.append(std::make_shared<ControlConnection>(this, std::move(socket)));
-        m_connections.constLast()->begin();
+    if (!isOwnUser(socket)) {
+        ::close(socket);
+        return;
     }
+    if (m_connections.size() >= mostConnections) {
+        refuseBusy(socket);
+        return;
+    }
+    auto connection = std::make_unique<QLocalSocket>();
+    if (!connection->setSocketDescriptor(socket)) {
+        ::close(socket);
+        return;
+    }
+    m_connections.append(std::make_shared<ControlConnection>(this, std::move(connection)));
+    m_connections.constLast()->begin();
 }
 
-void ControlServer::refuseBusy(std::unique_ptr<QLocalSocket> socket)
+void ControlServer::refuseBusy(int socket)
 {
-    socket->write("{\"error\":\"busy\",\"id\":null,\"message\":\"The device has 64 clients already.\","
-                  "\"ok\":false}\n");
-    socket->flush();
+    constexpr char line[] = "{\"error\":\"busy\",\"id\":null,"
+                            "\"message\":\"The device has 64 clients already.\",\"ok\":false}\n";
+    ::send(socket, line, sizeof(line) - 1, MSG_NOSIGNAL);
     // Nothing more is said. The socket goes a little later: a client that is just writing its request would
     // find it broken and never read the answer.
-    ::shutdown(int(socket->socketDescriptor()), SHUT_WR);
-    QTimer::singleShot(1s, socket.get(), &QObject::deleteLater);
-    socket->setParent(m_server.get());
-    socket.release();
+    ::shutdown(socket, SHUT_WR);
+    m_refused.append(socket);
+    constexpr qsizetype mostRefused = 8; // of many that come at once the first have had the time
+    hangUp(mostRefused);
+    m_hangUp.start();
+}
+
+void ControlServer::hangUp(qsizetype left)
+{
+    while (m_refused.size() > left)
+        ::close(m_refused.takeFirst());
 }
 
 void ControlServer::remove(ControlConnection *connection)

@@ -6,16 +6,15 @@
 #include <QJsonObject>
 #include <QObject>
 #include <QStringList>
+#include <QTimer>
 
 #include <functional>
 #include <memory>
 
-class QLocalServer;
-class QLocalSocket;
-
 namespace lindenreed::remote {
 
 class ControlConnection;
+class ListeningSocket;
 
 /// How a command answers. Copyable; call exactly one of the two, exactly once, now or later, on the server's
 /// thread. Harmless after the client, or the server, has left.
@@ -37,7 +36,8 @@ private:
 /// thread, which runs an event loop.
 ///
 /// One request per connection at a time; the next line is read after the answer has been handed to the
-/// system. At most 64 connections, request lines of at most 64 KiB, and clients of this user alone.
+/// system. At most 64 connections, request lines of at most 64 KiB, and clients of this user alone. Where
+/// there is no handle for a client, it waits until there is one.
 class ControlServer : public QObject
 {
     Q_OBJECT
@@ -64,11 +64,14 @@ public:
     qsizetype clients() const;
 
 private:
-    void accept();
-    void refuseBusy(std::unique_ptr<QLocalSocket> socket);
+    void accept(int socket);
+    void refuseBusy(int socket);
+    void hangUp(qsizetype left);
     void remove(ControlConnection *connection);
 
-    std::unique_ptr<QLocalServer> m_server;
+    std::unique_ptr<ListeningSocket> m_listening;
+    QList<int> m_refused; ///< sockets of clients that have been told so, oldest first
+    QTimer m_hangUp;
     QHash<QString, std::pair<QStringList, Handler>> m_commands;
     QList<std::shared_ptr<ControlConnection>> m_connections;
     QList<std::shared_ptr<ControlConnection>>

@@ -7,6 +7,7 @@
 #include <QDir>
 
 #include <algorithm>
+#include <list>
 #include <vector>
 
 using namespace Qt::StringLiterals;
@@ -21,6 +22,7 @@ private slots:
     void cleanup();
     void cleanupTestCase();
     void mostClients();
+    void floodOfClients();
     void silentClients();
     void badRequests_data();
     void badRequests();
@@ -106,6 +108,25 @@ void tst_ControlFaults::mostClients()
     const auto isLetIn
         = [] { return RawClient(socketPath).ask(R"({"id":1,"do":"state"})").value("ok"_L1).toBool(); };
     QVERIFY(QTest::qWaitFor(isLetIn));
+}
+
+void tst_ControlFaults::floodOfClients()
+{
+    const qint64 before = residentPages();
+    std::list<RawClient> clients;
+    for (int i = 0; i < 1000; ++i) {
+        // The test has not as many handles itself. The first ones keep the device full.
+        if (clients.size() == 200)
+            clients.erase(std::next(clients.begin(), 100));
+        clients.emplace_back(socketPath);
+        QVERIFY(clients.back().isConnected());
+    }
+    QCOMPARE(clients.back().next().value("error"_L1).toString(), u"busy"_s); // so it has dealt with all
+    const qsizetype now = descriptors();
+    QVERIFY2(now <= m_descriptors + 64 + 8, QByteArray::number(now).constData());
+    const qint64 grown = (residentPages() - before) * 4;
+    QVERIFY2(grown < mostGrowthKb, qPrintable(QString::number(grown)));
+    QVERIFY(m_device->does(u"timers"_s)); // who was there before is answered meanwhile
 }
 
 void tst_ControlFaults::silentClients()

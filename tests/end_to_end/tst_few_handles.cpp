@@ -2,6 +2,7 @@
 // handles again.
 
 #include "faulty_device.h"
+#include "raw_client.h"
 #include "stored_show.h"
 
 #include <QDir>
@@ -64,6 +65,7 @@ private slots:
     void show_data();
     void show();
     void screens();
+    void newClients();
     void openingsAtTheStart_data();
     void openingsAtTheStart();
 
@@ -179,6 +181,23 @@ void tst_FewHandles::screens()
     const QImage usual = firstThumbnail();
     QVERIFY(without != usual);
     QCOMPARE(with, usual);
+}
+
+/// Who comes meanwhile waits, and is answered when there are handles again.
+void tst_FewHandles::newClients()
+{
+    QVERIFY(m_device->start());
+    const qint64 process = m_device->program().processId();
+    QVERIFY(leaveHandles(process, 0));
+    const QString path = u"/devroot/run/control"_s;
+    RawClient early(path);
+    QVERIFY(early.isConnected() && early.send(QByteArray("{\"id\":1,\"do\":\"timers\"}\n")));
+    QVERIFY(m_device->does(u"timers"_s) && m_device->idle());
+    QVERIFY(early.receive().isEmpty());
+    QVERIFY(giveHandlesBack(process));
+    QCOMPARE(early.next().value("ok"_L1), true);
+    QCOMPARE(RawClient(path).ask(R"({"id":1,"do":"timers"})").value("ok"_L1), true);
+    QVERIFY(m_device->ends());
 }
 
 void tst_FewHandles::openingsAtTheStart_data()

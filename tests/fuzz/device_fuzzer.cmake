@@ -18,6 +18,7 @@ set(sources
     ${root}/device/platform/device_record.cpp
     ${root}/device/remote/control_connection.cpp
     ${root}/device/remote/control_server.cpp
+    ${root}/device/remote/listening_socket.cpp
     ${root}/device/remote/request_line.cpp
     ${root}/picture_stand/src/locale_alias.cpp)
 foreach(name control_connection control_server)

@@ -7,6 +7,7 @@
 #include <list>
 
 #include <poll.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 
@@ -29,6 +30,7 @@ private slots:
     void aRequestThatIsCompleteIsDone();
     void requestsBehindAGoneClientAreDropped();
     void mostConnections();
+    void clientsWaitForHandles();
     void replyAfterTheClientLeft();
     void secondReplyIsPassedOver();
     void serverGoesWithPendingReplies();
@@ -158,6 +160,32 @@ void tst_ControlConnections::mostConnections()
     QTRY_COMPARE(m_echo->server->clients(), 63);
     RawClient another(m_echo->path());
     QCOMPARE(another.ask(R"({"id":1,"do":"echo"})").value("ok"_L1), true);
+}
+
+void tst_ControlConnections::clientsWaitForHandles()
+{
+    RawClient known(m_echo->path());
+    QCOMPARE(known.ask(R"({"id":1,"do":"echo"})").value("ok"_L1), true);
+    std::list<RawClient> early;
+    for (int i = 0; i < 3; ++i)
+        early.emplace_back(m_echo->path());
+
+    rlimit usual = {};
+    QVERIFY(::getrlimit(RLIMIT_NOFILE, &usual) == 0);
+    const rlimit none{3, usual.rlim_max}; // what is open stays
+    QVERIFY(::setrlimit(RLIMIT_NOFILE, &none) == 0);
+    for (RawClient &client : early)
+        QVERIFY(client.send(QByteArray("{\"id\":1,\"do\":\"echo\"}\n")));
+    for (int i = 0; i < 20; ++i)
+        QCOMPARE(known.ask(R"({"id":1,"do":"echo"})").value("ok"_L1), true);
+    const qsizetype clients = m_echo->server->clients();
+    QVERIFY(::setrlimit(RLIMIT_NOFILE, &usual) == 0);
+    QCOMPARE(clients, 1);
+
+    for (RawClient &client : early)
+        QCOMPARE(client.next().value("ok"_L1), true);
+    RawClient late(m_echo->path());
+    QCOMPARE(late.ask(R"({"id":1,"do":"echo"})").value("ok"_L1), true);
 }
 
 void tst_ControlConnections::replyAfterTheClientLeft()
