@@ -7,6 +7,9 @@
 
 namespace lindenreed::device {
 
+// Many times what a device writes; what stands behind it is not read.
+static constexpr qint64 mostBytes = 4 * 1024 * 1024;
+
 Configuration Configuration::read(const QByteArray &path)
 {
     Configuration configuration;
@@ -18,7 +21,9 @@ Configuration Configuration::read(const QByteArray &path)
     if (!file.open(QIODevice::ReadOnly))
         return configuration;
 
-    const QByteArray content = file.readAll();
+    QByteArray content = file.read(mostBytes);
+    if (content.size() == mostBytes)
+        content.truncate(content.lastIndexOf('\n') + 1); // half a value is another one
     qsizetype begin = 0;
     while (begin < content.size()) {
         qsizetype end = content.indexOf('\n', begin);
@@ -27,10 +32,10 @@ Configuration Configuration::read(const QByteArray &path)
             end = content.size();
         if (end > begin && content.at(end - 1) == '\r')
             --end;
-        const qsizetype equals = content.indexOf('=', begin);
-        if (equals > begin && equals < end)
-            configuration.m_values.insert(content.mid(begin, equals - begin),
-                                          content.mid(equals + 1, end - equals - 1));
+        const QByteArrayView line = QByteArrayView(content).sliced(begin, end - begin);
+        if (const qsizetype equals = line.indexOf('='); equals > 0)
+            configuration.m_values.insert(line.first(equals).toByteArray(),
+                                          line.sliced(equals + 1).toByteArray());
         begin = next;
     }
     return configuration;

@@ -14,8 +14,8 @@ namespace lindenreed::device {
 /// exists.
 ///
 /// The last line of a key wins, CR LF is accepted, keys and values are taken as they stand between line
-/// start, first
-/// "=" and line end; anything else on a line is passed over. A file that cannot be read is like an empty one.
+/// start, first "=" and line end; anything else on a line is passed over, and so is what stands behind the
+/// first 4 MiB. A file that cannot be read is like an empty one.
 class Configuration
 {
 public:

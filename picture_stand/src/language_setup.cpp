@@ -7,8 +7,8 @@
 #include <shared_tools/cfg_wrapper.h>
 
 #include <cstdlib>
-#include <fstream>
 #include <optional>
+#include <sstream>
 #include <string>
 
 namespace lindenreed::picture_stand {
@@ -19,9 +19,14 @@ void setUpLanguage()
         = utilities::readFromConfig<std::string>(globalConfigPath, "language", std::string("en"));
 
     constexpr char aliasPath[] = "/devroot/share/locale/locale.alias";
-    if (!isRegularFile(QString::fromLatin1(aliasPath)))
+    QFile file(QString::fromLatin1(aliasPath));
+    if (!openRegularFile(file))
         return;
-    std::ifstream aliases(aliasPath);
+    constexpr qint64 mostBytes = 4 * 1024 * 1024; // what stands behind it is not read
+    QByteArray table = file.read(mostBytes);
+    if (table.size() == mostBytes)
+        table.truncate(table.lastIndexOf('\n') + 1); // half a locale is another one
+    std::istringstream aliases(table.toStdString());
     const std::optional<std::string> locale = localeAlias(aliases, language);
     if (!locale)
         return;

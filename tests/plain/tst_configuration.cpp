@@ -6,6 +6,7 @@
 #include <QTest>
 
 #include <sys/stat.h>
+#include <unistd.h>
 
 using namespace lindenreed::device;
 
@@ -21,6 +22,9 @@ private slots:
     void integer_data();
     void integer();
     void longLine();
+    void linesWithoutEqualsSign();
+    void sparseFile();
+    void valueThatIsCutOff();
     void readOnceOnly();
 
 private:
@@ -142,6 +146,34 @@ void tst_Configuration::longLine()
     const Configuration configuration = Configuration::read(write(megabyte + "\na=" + megabyte + "\nb=1\n"));
     QCOMPARE(configuration.text("a"), std::optional(megabyte));
     QCOMPARE(configuration.integer("b"), std::optional(1));
+}
+
+void tst_Configuration::linesWithoutEqualsSign()
+{
+    // Each is looked through once; all of the rest for each of them would take an hour.
+    const Configuration configuration = Configuration::read(write(QByteArray(3 << 20, '\n') + "a=1\n"));
+    QCOMPARE(configuration.integer("a"), std::optional(1));
+    QCOMPARE(configuration.keys(), QByteArrayList{"a"});
+}
+
+void tst_Configuration::sparseFile()
+{
+    const QByteArray path = write("a=1\nb=");
+    constexpr qint64 moreThanMemory = 1LL << 42;
+    if (::truncate(path.constData(), moreThanMemory) != 0)
+        QSKIP("this file system does not hold such files");
+    const Configuration configuration = Configuration::read(path);
+    QCOMPARE(configuration.integer("a"), std::optional(1));
+    QCOMPARE(configuration.keys(), QByteArrayList{"a"});
+}
+
+void tst_Configuration::valueThatIsCutOff()
+{
+    constexpr qsizetype most = 4 << 20;
+    const QByteArray before = QByteArray(most - 5, '\n') + "a=1\n";
+    QCOMPARE(Configuration::read(write(before + "b=17")).keys(), QByteArrayList{"a"});
+    const QByteArray filled = QByteArray(most - 8, '\n') + "a=1\nb=17"; // up to the last byte
+    QCOMPARE(Configuration::read(write(filled + "00\n")).keys(), QByteArrayList{"a"});
 }
 
 void tst_Configuration::readOnceOnly()

@@ -32,6 +32,10 @@ bool put(const QString &path, const QByteArray &contents)
     if (contents == "a pipe")
         return ::mkfifo(QFile::encodeName(path).constData(), 0600) == 0;
     QFile file(path);
+    if (contents == "sparse") {
+        constexpr qint64 moreThanMemory = 1LL << 42;
+        return file.open(QIODevice::WriteOnly) && file.write("de de_DE\n") > 0 && file.resize(moreThanMemory);
+    }
     return file.open(QIODevice::WriteOnly) && file.write(contents) == contents.size();
 }
 
@@ -81,6 +85,14 @@ void tst_LanguageSetup::language_data()
     QTest::newRow("a line of a megabyte, and bytes that are no text")
         << german << "\xff\xfe " + QByteArray(1 << 20, 'x') + "\nde de_DE\n"
         << QByteArray("de_DE");
+    QTest::newRow("a line that does not end in memory: found before")
+        << german << QByteArray("sparse") << QByteArray("de_DE");
+    QTest::newRow("a line that does not end in memory: not found")
+        << QByteArray("language=fr\n") << QByteArray("sparse") << QByteArray("inherited");
+    QTest::newRow("behind 4 MiB") << german << QByteArray(4 << 20, '\n') + "de de_DE\n"
+                                  << QByteArray("inherited");
+    QTest::newRow("cut off by that") << german << QByteArray((4 << 20) - 5, '\n') + "de de_DE\n"
+                                     << QByteArray("inherited");
 }
 
 void tst_LanguageSetup::language()
