@@ -1,10 +1,8 @@
 #include "regular_file.h"
 
-#include <algorithm>
-#include <array>
-
 #include <fcntl.h>
 #include <sys/eventfd.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -35,16 +33,21 @@ bool openRegularFile(QFile &file)
 
 bool lacksHandles()
 {
-    // As many as starting the process that draws an SVG takes, with room for another thread's.
-    std::array<int, 16> handles;
-    for (int &handle : handles)
-        handle = eventfd(0, EFD_CLOEXEC);
-    const bool lacks = std::ranges::find(handles, -1) != handles.end();
-    for (const int handle : handles) {
-        if (handle >= 0)
-            close(handle);
-    }
-    return lacks;
+    // As many as starting the process that draws an SVG takes, with room for another thread's. They are
+    // counted, not taken: another thread may need the last one at this moment.
+    constexpr int enough = 16;
+    rlimit limit = {};
+    getrlimit(RLIMIT_NOFILE, &limit);
+    int left = 0;
+    for (int number = 0; left < enough && rlim_t(number) < limit.rlim_cur; ++number)
+        left += fcntl(number, F_GETFD) < 0 ? 1 : 0;
+    if (left < enough)
+        return true;
+    // The machine's cannot be counted.
+    const int handle = eventfd(0, EFD_CLOEXEC);
+    if (handle >= 0)
+        close(handle);
+    return handle < 0;
 }
 
 } // namespace lindenreed::picture_stand
