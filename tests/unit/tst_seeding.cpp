@@ -266,6 +266,19 @@ void tst_Seeding::aFailedPlaylistLeavesItsPicturesToNobody()
     QCOMPARE(imageRows(), expectedImages(standardNames, -1));
     QCOMPARE(settingsRows(), seededSettings);
     QVERIFY(m_storage->store->getPlaylists().empty());
+
+    // The settings are there, so it stays so.
+    m_storage->stop();
+    QVERIFY(stored_database::execute({u"DROP TRIGGER refuse"_s}));
+    m_storage->start();
+    QCOMPARE(playlistRows(), QStringList());
+    QCOMPARE(imageRows(), expectedImages(standardNames, -1));
+
+    m_storage->stop();
+    QVERIFY(stored_database::execute({u"DELETE FROM settings"_s}));
+    m_storage->start();
+    QCOMPARE(playlistRows(), QStringList(u"1|@DefaultPlaylist"_s));
+    QCOMPARE(m_storage->store->getPlaylists().front().images.size(), 10);
 }
 
 void tst_Seeding::thePhotoFolderIsNotLookedAt()
