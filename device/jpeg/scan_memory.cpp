@@ -7,6 +7,8 @@
 
 #include <algorithm>
 
+#include <sys/sysinfo.h>
+
 namespace lindenreed::device {
 
 using namespace Qt::StringLiterals;
@@ -31,18 +33,21 @@ qint64 mostScanMemory(qint64 bytes)
 qint64 machineMemory(const QString &path)
 {
     QFile file(path);
-    if (!file.open(QIODevice::ReadOnly))
-        return 0;
     constexpr qint64 enough = 4096; // it is among the first lines
     const QByteArray name = "MemTotal:";
-    for (const QByteArray &line : file.read(enough).split('\n')) {
-        if (line.startsWith(name)) {
-            constexpr qint64 most = 1LL << 40; // no machine has as many, and the product fits
-            const QByteArray number = line.sliced(name.size()).simplified().split(' ').constFirst();
-            return std::clamp<qint64>(number.toLongLong(), 0, most) * 1024;
-        }
+    const QByteArray contents = file.open(QIODevice::ReadOnly) ? file.read(enough) : QByteArray();
+    for (const QByteArray &line : contents.split('\n')) {
+        if (!line.startsWith(name))
+            continue;
+        constexpr qint64 most = 1LL << 40; // no machine has as many, and the product fits
+        const QByteArray number = line.sliced(name.size()).simplified().split(' ').constFirst();
+        if (const qint64 kibibytes = number.toLongLong(); kibibytes > 0)
+            return std::min(kibibytes, most) * 1024;
     }
-    return 0;
+    // It takes no handle, of which none may be left.
+    struct sysinfo information = {};
+    ::sysinfo(&information);
+    return qint64(information.totalram) * information.mem_unit;
 }
 
 ScanMemory &ScanMemory::ofMachine()

@@ -13,7 +13,8 @@ namespace lindenreed::device {
 /// Of a machine of so many bytes: a third, at most 720 MB; 0: not known how many.
 qint64 mostScanMemory(qint64 bytes);
 
-/// The machine's memory in bytes, as a file like /proc/meminfo tells it; 0 where it does not.
+/// The machine's memory in bytes, as a file like /proc/meminfo tells it; what the kernel knows where it does
+/// not.
 qint64 machineMemory(const QString &path = QStringLiteral("/proc/meminfo"));
 
 /// Memory that several readers share. Any thread.

@@ -12,9 +12,23 @@
 #include <thread>
 #include <utility>
 
+#include <sys/resource.h>
+#include <sys/sysinfo.h>
+
 using lindenreed::device::machineMemory;
 using lindenreed::device::mostScanMemory;
 using lindenreed::device::ScanMemory;
+
+namespace {
+
+qint64 ofTheKernel()
+{
+    struct sysinfo information = {};
+    ::sysinfo(&information);
+    return qint64(information.totalram) * information.mem_unit;
+}
+
+} // namespace
 
 class tst_ScanMemory : public QObject
 {
@@ -48,11 +62,11 @@ void tst_ScanMemory::memoryOfTheMachine_data()
     QTest::newRow("an ordinary file")
         << QByteArray("MemTotal:     524288 kB\nMemFree: 5 kB\n") << (512LL << 20);
     QTest::newRow("in a later line") << QByteArray("MemFree: 5 kB\nMemTotal: 7 kB") << 7LL * 1024;
-    QTest::newRow("empty") << QByteArray() << 0LL;
-    QTest::newRow("no such line") << QByteArray("MemFree: 5 kB\n") << 0LL;
-    QTest::newRow("no number") << QByteArray("MemTotal: many\n") << 0LL;
-    QTest::newRow("nothing behind the name") << QByteArray("MemTotal:") << 0LL;
-    QTest::newRow("below zero") << QByteArray("MemTotal: -5 kB\n") << 0LL;
+    QTest::newRow("empty") << QByteArray() << ofTheKernel();
+    QTest::newRow("no such line") << QByteArray("MemFree: 5 kB\n") << ofTheKernel();
+    QTest::newRow("no number") << QByteArray("MemTotal: many\n") << ofTheKernel();
+    QTest::newRow("nothing behind the name") << QByteArray("MemTotal:") << ofTheKernel();
+    QTest::newRow("below zero") << QByteArray("MemTotal: -5 kB\n") << ofTheKernel();
     QTest::newRow("more than there can be") << QByteArray("MemTotal: 9223372036854775807 kB") << (1LL << 50);
 }
 
@@ -69,8 +83,16 @@ void tst_ScanMemory::memoryOfTheMachine()
 
 void tst_ScanMemory::memoryOfNoFile()
 {
-    QCOMPARE(machineMemory(QStringLiteral("/nowhere/meminfo")), 0LL);
-    QVERIFY(machineMemory() > 0); // of this one
+    QVERIFY(ofTheKernel() > 0);
+    QCOMPARE(machineMemory(QStringLiteral("/nowhere/meminfo")), ofTheKernel());
+
+    rlimit usual = {};
+    QVERIFY(::getrlimit(RLIMIT_NOFILE, &usual) == 0);
+    const rlimit none{3, usual.rlim_max}; // what is open stays
+    QVERIFY(::setrlimit(RLIMIT_NOFILE, &none) == 0);
+    const qint64 withoutHandles = machineMemory();
+    QVERIFY(::setrlimit(RLIMIT_NOFILE, &usual) == 0);
+    QCOMPARE(withoutHandles, ofTheKernel());
 }
 
 void tst_ScanMemory::moreThanThereIs()
