@@ -17,8 +17,10 @@ namespace {
         std::abort(); // it would find no faults
     [[maybe_unused]] static const auto *const calls = new FileCalls(folder, [plan](FileCall &call) {
         const int error = plan->error;
-        if ((error != EMFILE || call.kind == FileCall::Open) && plan->calls++ == plan->position)
+        if ((error != EMFILE || call.kind == FileCall::Open) && plan->calls++ == plan->position) {
             call.error = error;
+            plan->failed = true;
+        }
     });
 }
 

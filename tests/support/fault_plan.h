@@ -21,14 +21,18 @@ struct FaultPlan
     std::atomic<int> calls; ///< since it was armed
     std::atomic<int> position; ///< how many calls go well before
     std::atomic<int> error; ///< "no more handles" counts openings alone
+    std::atomic<bool> failed; ///< the call has come
 
+    /// The program may call meanwhile: nothing fails before all of the new plan is there.
     void arm(int newPosition, int newError)
     {
-        position = newPosition;
+        position = never;
+        failed = false;
         error = newError;
         calls = 0;
+        position = newPosition;
     }
-    bool hasFailed() const { return calls > position; }
+    bool hasFailed() const { return failed; }
 
     /// Made where it is not there; null where it cannot be mapped. Nobody unmaps it.
     static FaultPlan *at(const char *path)

@@ -46,6 +46,7 @@ void tst_PngTexts::texts_data()
     QTest::newRow("a text of 7 GB") << with(pngChunk("zTXt", packedText + megabyte).repeated(7000)) << false;
     QTest::newRow("behind the pixels")
         << with({}).chopped(12) + pngChunk("zTXt", packedText + megabyte).repeated(5) << false;
+    QTest::newRow("behind the end") << with({}) + pngChunk("zTXt", packedText + megabyte).repeated(5) << true;
     QTest::newRow("a packed text that is damaged")
         << with(pngChunk("zTXt", packedText + "\xff\xff\xff")) << true;
     QTest::newRow("texts without a key")
