@@ -158,9 +158,14 @@ void tst_FewHandles::screens()
     QVERIFY(m_device->walk(toThePictures));
     QVERIFY(m_device->act(u"touch This device"_s));
     QVERIFY(!m_device->names().contains(u"Photo"_s)); // a folder that cannot be listed is empty
-    QVERIFY(m_device->walk({u"touch Cancel"_s, u"press Back"_s, u"press Slideshow settings"_s,
-                            u"press Photo date"_s, u"press Font and position"_s, u"press Back"_s,
-                            u"press Back"_s, u"press Back"_s}));
+    QVERIFY(m_device->walk({u"touch Cancel"_s, u"press Back"_s}));
+    m_device->errors();
+    QVERIFY(m_device->walk({u"press Slideshow settings"_s, u"press Photo date"_s,
+                            u"press Font and position"_s, u"press Back"_s, u"press Back"_s,
+                            u"touch Change picture every"_s, u"touch 5 seconds"_s, u"press Back"_s}));
+    const QByteArray told = m_device->errors();
+    QVERIFY2(told.contains(": no icon \""), told.constData()); // which a crossed box stands for
+    QVERIFY2(told.contains(": Error performing setSetting request. ["), told.constData());
     const auto firstThumbnail = [this] {
         return m_device->act(u"touch Photos. 10"_s)
             ? m_device->screenshot().copy(m_device->place(u"01.jpg"_s))
@@ -181,6 +186,9 @@ void tst_FewHandles::screens()
     const QImage usual = firstThumbnail();
     QVERIFY(without != usual);
     QCOMPARE(with, usual);
+    QCOMPARE(stored_database::rows(
+                 u"SELECT value FROM settings WHERE playlist = -1 AND name = 'change_picture_time'"_s),
+             QStringList{u"30"_s});
 }
 
 /// Who comes meanwhile waits, and is answered when there are handles again.
