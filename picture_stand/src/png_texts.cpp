@@ -63,6 +63,8 @@ bool hasBearableChunks(QFile &file)
             return true;
         const qint64 size = qFromBigEndian<quint32>(head.constData());
         const QByteArrayView type = QByteArrayView(head).last(4);
+        if (type == "IEND") // Qt reads no further
+            return true;
         constexpr qint64 checksum = 4;
         const qint64 next = file.pos() + size + checksum;
         if (type == "tEXt" || type == "zTXt" || type == "iTXt") {
