@@ -55,6 +55,9 @@ QStringList sandboxArguments(const Sandbox &sandbox, bool network)
     QStringList arguments{u"--die-with-parent"_s, u"--cap-drop"_s, u"ALL"_s};
     if (!network)
         arguments << u"--unshare-net"_s;
+    if (QFile::exists(
+            u"/proc/self/ns/ipc"_s)) // a kernel without System V's shared memory has none to keep apart
+        arguments << u"--unshare-ipc"_s;
     // The null device and the like, and shared memory of its own: on the host's anybody may write.
     arguments << hostArguments() << u"--dev"_s << u"/dev"_s << processArguments();
     arguments << u"--bind"_s << sandbox.mnt << u"/mnt"_s;

@@ -12,6 +12,8 @@
 
 #include <memory>
 
+#include <sys/ipc.h>
+#include <sys/shm.h>
 #include <unistd.h>
 
 using namespace Qt::StringLiterals;
@@ -222,6 +224,19 @@ void tst_LauncherProgram::sharedMemoryIsItsOwn()
             QFileInfo(shared.fileName()).fileName()));
     QCOMPARE(end.output, QByteArray("done\n"));
     QCOMPARE(fileContent(shared.fileName()), QByteArray());
+
+    // The other kind is told by number.
+    const int segment = ::shmget(IPC_PRIVATE, 4096, IPC_CREAT | 0600);
+    if (segment >= 0) {
+        const QString listing = u"tail -n +2 /proc/sysvipc/shm"_s;
+        QProcess outside;
+        outside.start(u"/bin/sh"_s, {u"-c"_s, listing});
+        QVERIFY(outside.waitForFinished());
+        const LauncherEnd segments = m_place->runScript(listing);
+        ::shmctl(segment, IPC_RMID, nullptr);
+        QVERIFY(!outside.readAllStandardOutput().isEmpty());
+        QCOMPARE(segments.output, QByteArray());
+    }
 
     // No disk either.
     const LauncherEnd disks = m_place->runScript(u"find /dev -type b"_s);
