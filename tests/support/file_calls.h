@@ -21,7 +21,7 @@
 /// One call. What a hook sets decides what becomes of it.
 struct FileCall
 {
-    enum Kind { Look, Open, Read, Write, Sync, Truncate, Remove };
+    enum Kind { Look, Open, Lock, Read, Write, Sync, Truncate, Remove };
 
     Kind kind;
     const char *path; ///< of the file; the folder's where the file has gone
@@ -138,6 +138,22 @@ inline std::FILE *openStream(const char *name, const char *path, const char *mod
     return file;
 }
 
+inline int look(const char *name, int descriptor, void *status)
+{
+    if (FileCalls::ask(FileCall::Look, descriptor).fails)
+        return -1;
+    return real<int(int, void *)>(name)(descriptor, status);
+}
+
+/// Of what fcntl() does, locking alone is a call for the file.
+inline int control(const char *name, int descriptor, int command, void *argument)
+{
+    const bool isLock = command == F_SETLK || command == F_SETLKW || command == F_GETLK;
+    if (isLock && FileCalls::ask(FileCall::Lock, descriptor).fails)
+        return -1;
+    return real<int(int, int, ...)>(name)(descriptor, command, argument);
+}
+
 } // namespace file_calls
 
 // Under names of their own for the compiler: the headers turn some into others.
@@ -149,6 +165,10 @@ std::FILE *fileCallsFopen64(const char *path, const char *mode) __asm__("fopen64
 int fileCallsClose(int descriptor) __asm__("close");
 int fileCallsStat(const char *path, void *status) __asm__("stat");
 int fileCallsStat64(const char *path, void *status) __asm__("stat64");
+int fileCallsFstat(int descriptor, void *status) __asm__("fstat");
+int fileCallsFstat64(int descriptor, void *status) __asm__("fstat64");
+int fileCallsFcntl(int descriptor, int command, ...) __asm__("fcntl");
+int fileCallsFcntl64(int descriptor, int command, ...) __asm__("fcntl64");
 ssize_t fileCallsRead(int descriptor, void *bytes, std::size_t size) __asm__("read");
 ssize_t fileCallsPread64(int descriptor, void *bytes, std::size_t size, off64_t place) __asm__("pread64");
 std::size_t fileCallsFread(void *bytes, std::size_t size, std::size_t count,
@@ -206,6 +226,34 @@ int fileCallsStat64(const char *path, void *status)
 {
     static const auto real = file_calls::real<int(const char *, void *)>("stat64");
     return FileCalls::ask(FileCall::Look, path).fails ? -1 : real(path, status);
+}
+
+int fileCallsFstat(int descriptor, void *status)
+{
+    return file_calls::look("fstat", descriptor, status);
+}
+
+int fileCallsFstat64(int descriptor, void *status)
+{
+    return file_calls::look("fstat64", descriptor, status);
+}
+
+int fileCallsFcntl(int descriptor, int command, ...)
+{
+    va_list rest;
+    va_start(rest, command);
+    void *const argument = va_arg(rest, void *); // as wide as any there is
+    va_end(rest);
+    return file_calls::control("fcntl", descriptor, command, argument);
+}
+
+int fileCallsFcntl64(int descriptor, int command, ...)
+{
+    va_list rest;
+    va_start(rest, command);
+    void *const argument = va_arg(rest, void *);
+    va_end(rest);
+    return file_calls::control("fcntl64", descriptor, command, argument);
 }
 
 ssize_t fileCallsRead(int descriptor, void *bytes, std::size_t size)

@@ -18,12 +18,17 @@ using Step = std::function<void(DataStorage &)>;
 /// Every call after one that met a power cut fails as well, until the store is gone.
 constexpr int powerCut = -1;
 
-// Every one, but in a slow build.
+/// Every call in a long run, else some of each step.
+int stride()
+{
+    if (qEnvironmentVariableIsSet("SLATE_LONG"))
+        return 1;
 #ifdef __SANITIZE_ADDRESS__
-constexpr int stride = 5;
+    return 11;
 #else
-constexpr int stride = 1;
+    return 3;
 #endif
+}
 
 const QString longText(20'000, u'x');
 
@@ -224,7 +229,7 @@ void tst_DataStorageFaults::everyCallOfAStep()
     const QSet<QString> possible
         = QSet<QString>(before.cbegin(), before.cend()) | QSet<QString>(after.cbegin(), after.cend());
 
-    for (int number = 0;; number += stride) {
+    for (int number = 0;; number += stride()) {
         const auto place = QByteArray("call ") + QByteArray::number(number);
         stored_database::remove();
         writeBytes(database);
@@ -280,7 +285,7 @@ void tst_DataStorageFaults::everyCallOfTheFirstStart()
     m_test->stop();
     const QStringList whole = storedLines();
 
-    for (int number = 0;; number += stride) {
+    for (int number = 0;; number += stride()) {
         const auto place = QByteArray("call ") + QByteArray::number(number);
         stored_database::remove();
         m_test->output.forget();
