@@ -177,8 +177,12 @@ bool tst_FaultyDatabase::meet(const QString &step, const QString &lines)
         all.removeIf([&](const QString &line) { return mayChange.match(line).hasMatch(); });
         return all;
     };
-    if (!done || !m_device->isRunning() || rest(before) != rest(after) || !isSound()) {
-        qWarning("%s: %s", qPrintable(step), qPrintable(after.join(u'\n')));
+    const bool running = m_device->isRunning();
+    const bool sound = isSound();
+    if (!done || !running || rest(before) != rest(after) || !sound) {
+        qWarning("%s: %s, %s, %s; there was\n%s\nand there is\n%s", qPrintable(step),
+                 done ? "done" : "not done", running ? "running" : "ended", sound ? "sound" : "not sound",
+                 qPrintable(before.join(u'\n')), qPrintable(after.join(u'\n')));
         return false;
     }
     return true;
