@@ -3,6 +3,7 @@
 #include <QFile>
 #include <QFileInfo>
 
+#include <algorithm>
 #include <charconv>
 
 namespace lindenreed::device {
@@ -21,7 +22,7 @@ Configuration Configuration::read(const QByteArray &path)
     if (!file.open(QIODevice::ReadOnly))
         return configuration;
 
-    QByteArray content = file.read(mostBytes);
+    QByteArray content = file.read(std::min(file.size(), mostBytes));
     if (content.size() == mostBytes)
         content.truncate(content.lastIndexOf('\n') + 1); // half a value is another one
     qsizetype begin = 0;

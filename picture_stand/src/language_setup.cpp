@@ -6,6 +6,7 @@
 
 #include <shared_tools/cfg_wrapper.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <optional>
 #include <sstream>
@@ -23,7 +24,7 @@ void setUpLanguage()
     if (!openRegularFile(file))
         return;
     constexpr qint64 mostBytes = 4 * 1024 * 1024; // what stands behind it is not read
-    QByteArray table = file.read(mostBytes);
+    QByteArray table = file.read(std::min(file.size(), mostBytes));
     if (table.size() == mostBytes)
         table.truncate(table.lastIndexOf('\n') + 1); // half a locale is another one
     std::istringstream aliases(table.toStdString());
