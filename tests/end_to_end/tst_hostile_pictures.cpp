@@ -48,7 +48,7 @@ public:
         alignas(inotify_event) char buffer[64 * 1024];
         for (ssize_t size = 0; (size = ::read(m_watch, buffer, sizeof buffer)) > 0;) {
             for (const char *at = buffer; at < buffer + size;) {
-                const auto *const event = reinterpret_cast<const inotify_event *>(at);
+                const auto *const event = static_cast<const inotify_event *>(static_cast<const void *>(at));
                 if (event->len > 0)
                     m_names.insert(event->name);
                 at += sizeof(inotify_event) + event->len;

@@ -56,7 +56,8 @@ public:
         : m_file(path)
     {
         if (m_file.open(QIODevice::ReadOnly))
-            m_header = reinterpret_cast<const PanelHeader *>(m_file.map(0, sizeof(PanelHeader)));
+            m_header = static_cast<const PanelHeader *>(
+                static_cast<const void *>(m_file.map(0, sizeof(PanelHeader))));
     }
     const PanelHeader *header() const { return m_header; }
 

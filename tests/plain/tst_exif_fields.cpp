@@ -226,8 +226,8 @@ void tst_ExifFields::unknownTags()
 
     for (const ExifBuilder::Directory directory : {ExifBuilder::First, ExifBuilder::Exif, ExifBuilder::Gps}) {
         ExifBuilder builder(order);
-        for (const unsigned tag : {0x0000, 0x0008, 0x0100, 0x0201, 0x0202, 0x02BC, 0x9000, 0x927C, 0x9286,
-                                   0xA001, 0xA005, 0xC4A5, 0xFFFF})
+        for (const unsigned tag : {0x0000U, 0x0008U, 0x0100U, 0x0201U, 0x0202U, 0x02BCU, 0x9000U, 0x927CU,
+                                   0x9286U, 0xA001U, 0xA005U, 0xC4A5U, 0xFFFFU})
             builder.text(directory, tag, std::string("DJI\0", 4)).shorts(directory, tag, {1});
         builder.text(directory, 0x927C, std::string(500, 'x')); // the maker's own notes
         const ReadExif read = readSegment(builder.segment());

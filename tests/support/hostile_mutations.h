@@ -18,7 +18,7 @@ inline QImage scene(QSize size)
 {
     QImage picture(size, QImage::Format_RGB32);
     for (int y = 0; y < size.height(); ++y) {
-        auto *row = reinterpret_cast<QRgb *>(picture.scanLine(y));
+        auto *row = static_cast<QRgb *>(static_cast<void *>(picture.scanLine(y)));
         for (int x = 0; x < size.width(); ++x)
             row[x] = qRgb(x * 255 / size.width(), y * 255 / size.height(), (x * y) & 255);
     }

@@ -149,7 +149,7 @@ private:
     static QByteArray content(const QString &path)
     {
         QImage picture(60, 40, QImage::Format_Grayscale8);
-        picture.fill(static_cast<int>(qHash(path) % 200));
+        picture.fill(static_cast<uint>(qHash(path) % 200));
         QByteArray bytes;
         QBuffer buffer(&bytes);
         if (!picture.save(&buffer, QFileInfo(path).suffix().toLower().toLatin1().constData()))
