@@ -1,3 +1,4 @@
+#include "own_mounts.h"
 #include "storage_fixture.h"
 
 #include <QDir>
@@ -9,9 +10,7 @@
 #include <cstring>
 #include <memory>
 
-#include <sched.h>
 #include <sys/mount.h>
-#include <unistd.h>
 
 using namespace Qt::StringLiterals;
 
@@ -22,13 +21,6 @@ constexpr qint64 page = 4096; // what the file system hands out at a time
 
 QByteArray missing; ///< why there is no small file system; empty: there is one
 
-void write(const char *path, const QByteArray &text)
-{
-    QFile file(QString::fromLatin1(path));
-    if (!file.open(QIODevice::WriteOnly | QIODevice::Unbuffered) || file.write(text) != text.size())
-        missing = QByteArray(path) + ": " + std::strerror(errno);
-}
-
 void mountMemory(const QString &folder, const char *options)
 {
     QDir().mkpath(folder);
@@ -36,22 +28,12 @@ void mountMemory(const QString &folder, const char *options)
         missing = QFile::encodeName(folder) + ": " + std::strerror(errno);
 }
 
-/// Puts a small file system in the database's folder, for this process alone. Who may not mount gets the
-/// right in a user namespace of their own, which only a process of one thread can enter.
+/// Puts a small file system in the database's folder, for this process alone.
 void mountSmallFileSystem()
 {
-    const QByteArray user = QByteArray::number(::getuid());
-    const QByteArray group = QByteArray::number(::getgid());
-    if (::unshare(CLONE_NEWNS) != 0) {
-        if (::unshare(CLONE_NEWUSER | CLONE_NEWNS) != 0) {
-            missing = std::strerror(errno);
-            return;
-        }
-        write("/proc/self/setgroups", "deny");
-        write("/proc/self/uid_map", user + ' ' + user + " 1");
-        write("/proc/self/gid_map", group + ' ' + group + " 1");
-    }
-    ::mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr);
+    missing = enterOwnMounts();
+    if (!missing.isEmpty())
+        return;
     mountMemory(u"/mnt"_s, "size=1m");
     mountMemory(stored_database::folder, "size=128k");
 }
