@@ -303,11 +303,10 @@ void tst_RunFolder::fallbackIsPrivate()
 void tst_RunFolder::fallbackOfSomebodyElseIsRefused()
 {
     qunsetenv("XDG_RUNTIME_DIR");
-    if (::geteuid() != 0)
-        QSKIP("only root can become another user");
     QVERIFY(::mkdir(QFile::encodeName(OtherUser::folder()).constData(), 0700) == 0);
     OtherUser other;
-    QVERIFY(other.isOther());
+    if (!other.isOther())
+        QSKIP("only root can become another user");
     QString error;
     const std::optional<QString> base = runBase(&error);
     other.leave();
