@@ -24,6 +24,15 @@ int inside(int wanted, int size, int from, int length)
     return size >= length ? from : qBound(from, wanted, from + length - size);
 }
 
+void giveFocus(QWindow *window, Qt::FocusReason reason = Qt::OtherFocusReason)
+{
+#if QT_VERSION >= QT_VERSION_CHECK(6, 7, 0)
+    QWindowSystemInterface::handleFocusWindowChanged(window, reason);
+#else
+    QWindowSystemInterface::handleWindowActivated(window, reason);
+#endif
+}
+
 } // namespace
 
 PlatformWindow::PlatformWindow(QWindow *window)
@@ -114,7 +123,7 @@ void PlatformWindow::setVisible(bool visible)
             return;
         }
     }
-    QWindowSystemInterface::handleWindowActivated(nullptr);
+    giveFocus(nullptr);
 }
 
 void PlatformWindow::leavePanel()
@@ -147,7 +156,7 @@ bool PlatformWindow::isActive() const
 
 void PlatformWindow::requestActivateWindow()
 {
-    QWindowSystemInterface::handleWindowActivated(window(), Qt::ActiveWindowFocusReason);
+    giveFocus(window(), Qt::ActiveWindowFocusReason);
 }
 
 QRect PlatformWindow::screenRectangle() const
