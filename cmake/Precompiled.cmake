@@ -1,8 +1,8 @@
 # Qt's core headers, parsed once for every target: reading them is most of what compiling one of our files costs. Each
 # file still includes what it uses; clang-tidy reads them without this.
 
-# Programs are compiled as libraries are, so that both can share them; on x86-64 Qt sees to that.
-if(NOT CMAKE_SYSTEM_PROCESSOR STREQUAL "x86_64")
+# Programs are compiled as libraries are, so that both can share them; on x86-64 older versions of Qt see to that.
+if(NOT CMAKE_SYSTEM_PROCESSOR STREQUAL "x86_64" OR Qt6_VERSION VERSION_GREATER_EQUAL 6.8)
     set(CMAKE_CXX_COMPILE_OPTIONS_PIE -fPIC)
 endif()
 
