@@ -54,6 +54,7 @@ void goBeforeQtsPictureReaders()
 
 Integration::Integration()
     : m_fontDatabase(std::make_unique<QGenericUnixFontDatabase>())
+    , m_nativeInterface(std::make_unique<QPlatformNativeInterface>())
 {
 }
 

@@ -4,6 +4,7 @@
 
 #include <QImage>
 #include <qpa/qplatformintegration.h>
+#include <qpa/qplatformnativeinterface.h>
 
 #include <memory>
 
@@ -34,11 +35,14 @@ public:
     QAbstractEventDispatcher *createEventDispatcher() const override;
     QPlatformFontDatabase *fontDatabase() const override;
     QPlatformInputContext *inputContext() const override;
+    QPlatformNativeInterface *nativeInterface() const override { return m_nativeInterface.get(); }
 
 private:
     void startDevice();
 
     std::unique_ptr<QPlatformFontDatabase> m_fontDatabase;
+    /// Has nothing to give; but Qt 6.8 asks it how fonts are hinted without a look whether it is there.
+    std::unique_ptr<QPlatformNativeInterface> m_nativeInterface;
     std::unique_ptr<Panel> m_panel;
     std::unique_ptr<Composition> m_composition;
     std::unique_ptr<StatusPanel> m_statusPanel;
