@@ -76,7 +76,8 @@ QProcessEnvironment programEnvironment(const QProcessEnvironment &own)
     QProcessEnvironment environment;
     for (const QString &name :
          {u"HOME"_s, u"PATH"_s, u"TZ"_s, u"DBUS_SESSION_BUS_ADDRESS"_s, u"XDG_SESSION_ID"_s,
-          u"ASAN_OPTIONS"_s, u"LSAN_OPTIONS"_s, u"UBSAN_OPTIONS"_s, u"TSAN_OPTIONS"_s}) {
+          u"NOTIFY_SOCKET"_s, u"WATCHDOG_USEC"_s, u"ASAN_OPTIONS"_s, u"LSAN_OPTIONS"_s, u"UBSAN_OPTIONS"_s,
+          u"TSAN_OPTIONS"_s}) {
         if (own.contains(name))
             environment.insert(name, own.value(name));
     }

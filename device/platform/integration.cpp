@@ -11,6 +11,7 @@
 #include "platform_screen.h"
 #include "platform_window.h"
 #include "remote_control.h"
+#include "service_manager.h"
 #include "status_panel.h"
 #include "texts.h"
 
@@ -106,10 +107,13 @@ void Integration::initialize()
     if (const QString socket = runFile("control"_L1);
         !socket.isEmpty() && !m_remoteControl->listen(socket, &error))
         tell(error);
+    m_serviceManager = std::make_unique<ServiceManager>();
+    m_serviceManager->tellReady();
 }
 
 void Integration::destroy()
 {
+    m_serviceManager.reset();
     m_remoteControl.reset();
     m_inputContext.reset(); // with its window, which needs the screen
     if (m_screen)

@@ -15,6 +15,7 @@ class InputContext;
 class Panel;
 class PlatformScreen;
 class RemoteControl;
+class ServiceManager;
 class StatusPanel;
 
 /// Starts the device when Qt initialises the platform, and stops it when Qt destroys it. Main thread.
@@ -48,6 +49,7 @@ private:
     std::unique_ptr<StatusPanel> m_statusPanel;
     std::unique_ptr<InputContext> m_inputContext;
     std::unique_ptr<RemoteControl> m_remoteControl;
+    std::unique_ptr<ServiceManager> m_serviceManager;
     PlatformScreen *m_screen = nullptr; ///< Qt owns it
 };
 

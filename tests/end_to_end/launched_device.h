@@ -15,6 +15,23 @@
 
 #include <optional>
 
+/// The children of a process, however deep, that run a program of this name; 0: none.
+inline qint64 findDescendant(qint64 process, const QByteArray &name)
+{
+    const QList<QByteArray> children
+        = fileContent(QStringLiteral("/proc/%1/task/%1/children").arg(process)).split(' ');
+    for (const QByteArray &child : children) {
+        const qint64 id = child.trimmed().toLongLong();
+        if (id == 0)
+            continue;
+        if (fileContent(QStringLiteral("/proc/%1/comm").arg(id)).trimmed() == name.left(15))
+            return id;
+        if (const qint64 found = findDescendant(id, name))
+            return found;
+    }
+    return 0;
+}
+
 /// Main thread. What still runs at its end is killed.
 class LaunchedDevice
 {

@@ -97,6 +97,8 @@ void tst_LauncherProgram::environmentIsWhatIsNeeded()
         {u"TZ"_s, u"Europe/Warsaw"_s},
         {u"DBUS_SESSION_BUS_ADDRESS"_s, u"unix:path=/nowhere"_s},
         {u"XDG_SESSION_ID"_s, u"7"_s},
+        {u"NOTIFY_SOCKET"_s, u"/nowhere/notify"_s},
+        {u"WATCHDOG_USEC"_s, u"30000000"_s},
         {u"ASAN_OPTIONS"_s, u"detect_leaks=0"_s},
         {u"LSAN_OPTIONS"_s, u"print_suppressions=0"_s},
         {u"UBSAN_OPTIONS"_s, u"print_stacktrace=1"_s},

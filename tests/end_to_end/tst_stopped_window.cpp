@@ -15,22 +15,6 @@ namespace {
 constexpr int pictureChanges = 120;
 constexpr qint64 mostGrowthKb = growthLimit(6 * 1024); ///< an unread picture of every change would be 90 MB
 
-/// The children of a process, however deep, that run a program of this name; 0: none.
-qint64 findDescendant(qint64 process, const QByteArray &name)
-{
-    const QList<QByteArray> children = fileContent(u"/proc/%1/task/%1/children"_s.arg(process)).split(' ');
-    for (const QByteArray &child : children) {
-        const qint64 id = child.trimmed().toLongLong();
-        if (id == 0)
-            continue;
-        if (fileContent(u"/proc/%1/comm"_s.arg(id)).trimmed() == name.left(15))
-            return id;
-        if (const qint64 found = findDescendant(id, name))
-            return found;
-    }
-    return 0;
-}
-
 qint64 residentKb(qint64 process)
 {
     for (const QByteArray &line : fileContent(u"/proc/%1/status"_s.arg(process)).split('\n')) {
