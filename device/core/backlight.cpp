@@ -44,7 +44,7 @@ std::unique_ptr<Backlight> Backlight::open(const QString &folder, QString *error
     if (!now)
         return nullptr;
     std::unique_ptr<Backlight> light(new Backlight);
-    light->m_name = QFileInfo(folder).fileName();
+    light->m_folder = folder;
     light->m_most = *highest;
     light->m_level = int(std::lround(double(*now) * fullLevel / *highest));
     return light;
@@ -55,8 +55,28 @@ Backlight::~Backlight() = default;
 
 void Backlight::setLevel(int level)
 {
+    if (std::exchange(m_level, level) == level)
+        return;
+    uint value = uint(std::lround(double(m_most) * level / fullLevel));
+    if (level > 0)
+        value = std::max(value, 1U);
+    // A system service has no session that logind would give the light to.
+    if (!write(value))
+        ask(value);
+}
+
+bool Backlight::write(uint value) const
+{
+    QFile file(m_folder + u"/brightness"_s);
+    const QByteArray text = QByteArray::number(value);
+    return file.open(QIODevice::WriteOnly | QIODevice::ExistingOnly | QIODevice::Unbuffered)
+        && file.write(text) == text.size();
+}
+
+void Backlight::ask(uint value)
+{
     // Without an application no bus can be spoken to.
-    if (std::exchange(m_level, level) == level || !QCoreApplication::instance())
+    if (!QCoreApplication::instance())
         return;
     if (!m_bus) {
         const QString address = MessageBus::systemAddress();
@@ -70,13 +90,10 @@ void Backlight::setLevel(int level)
             forgetBus();
         });
     }
-    uint value = uint(std::lround(double(m_most) * level / fullLevel));
-    if (level > 0)
-        value = std::max(value, 1U);
     QDBusMessage request = QDBusMessage::createMethodCall(
         u"org.freedesktop.login1"_s, u"/org/freedesktop/login1/session/auto"_s,
         u"org.freedesktop.login1.Session"_s, u"SetBrightness"_s);
-    request << u"backlight"_s << m_name << value;
+    request << u"backlight"_s << QFileInfo(m_folder).fileName() << value;
     m_bus->call(request, [this](const QDBusMessage &reply) {
         if (reply.type() == QDBusMessage::ErrorMessage)
             complain(reply.errorMessage());
@@ -89,7 +106,8 @@ void Backlight::complain(const QString &reason)
 {
     if (!std::exchange(m_complained, true)) {
         log::line(2, __FILE__, __LINE__, __func__,
-                  "the backlight " + m_name.toStdString() + " cannot be set: " + reason.toStdString());
+                  "the backlight " + QFileInfo(m_folder).fileName().toStdString()
+                      + " cannot be set: " + reason.toStdString());
     }
 }
 

@@ -11,8 +11,8 @@ namespace lindenreed::device {
 
 class MessageBus;
 
-/// One folder of /sys/class/backlight. It is read directly and written through logind, which needs no rights
-/// of our own and does not make anybody wait. Main thread.
+/// One folder of /sys/class/backlight. It is read directly, and written so where that is allowed; else
+/// through logind, which gives the light to whoever is logged in and does not make anybody wait. Main thread.
 class Backlight : public QObject
 {
     Q_OBJECT
@@ -27,10 +27,12 @@ public:
 
 private:
     Backlight();
+    bool write(uint value) const;
+    void ask(uint value);
     void complain(const QString &reason);
     void forgetBus();
 
-    QString m_name;
+    QString m_folder;
     uint m_most = 0;
     int m_level = 0;
     bool m_complained = false;

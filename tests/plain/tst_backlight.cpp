@@ -1,5 +1,6 @@
 // A light of the machine: a folder as the kernel has it, and a logind that the test plays.
 
+#include "obeyed_permissions.h"
 #include "private_bus.h"
 #include "stderr_capture.h"
 
@@ -55,6 +56,7 @@ private slots:
     void startsAsItIs();
     void unusable_data();
     void unusable();
+    void writesWhatItMay();
     void passesLevelsOn_data();
     void passesLevelsOn();
     void onAndOff();
@@ -69,14 +71,18 @@ private slots:
 
 private:
     QString folder() const { return m_class->filePath(u"panel_light"_s); }
+    /// A file that is not ours to write, as the kernel's are.
     void write(const QString &name, const QByteArray &content) const
     {
         QFile file(folder() + u'/' + name);
-        if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size())
+        file.remove();
+        if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size()
+            || !file.setPermissions(QFile::ReadOwner))
             qFatal("The test's file cannot be written.");
     }
     static qsizetype complaints(const StderrCapture &errors) { return errors.text().count('\n'); }
 
+    const ObeyedPermissions m_permissions;
     std::unique_ptr<QTemporaryDir> m_class;
 };
 
@@ -154,6 +160,32 @@ void tst_Backlight::unusable()
     light.setBrightness(70); // in memory
     QCOMPARE(light.brightness(), 70);
     QCOMPARE(complaints(errors), 1);
+}
+
+void tst_Backlight::writesWhatItMay()
+{
+    const PrivateBus bus;
+    const LogindSession session(bus);
+    qputenv("DBUS_SYSTEM_BUS_ADDRESS", bus.address().toUtf8());
+    QFile file(folder() + u"/brightness"_s);
+    QVERIFY(file.setPermissions(QFile::ReadOwner | QFile::WriteOwner));
+    const auto content = [&file] { return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray(); };
+    const StderrCapture errors;
+    Light light(folder());
+    light.setBrightness(100);
+    QCOMPARE(content(), QByteArray("255"));
+    file.close();
+    light.setEnabled(false);
+    QCOMPARE(content(), QByteArray("0"));
+    file.close();
+    QVERIFY(file.setPermissions(QFile::ReadOwner)); // and when it may no longer, logind is asked
+    light.setEnabled(true);
+    QTRY_COMPARE(session.values, QList<uint>{255});
+    QCOMPARE(errors.text(), QByteArray());
+    QVERIFY(file.remove());
+    light.setBrightness(20);
+    QTRY_COMPARE(session.values, QList<uint>({255, 51}));
+    QVERIFY(!file.exists());
 }
 
 void tst_Backlight::passesLevelsOn_data()
