@@ -82,11 +82,14 @@ int main(int argc, char **argv)
     QGuiApplication::setDesktopFileName(
         u"com.lindenreed.picture_stand"_s); // of which a desktop takes the icon
     QGuiApplication::setQuitOnLastWindowClosed(false); // the window goes when the device does
-    makeDeviceViewAccessible();
+    if (!options->fullScreen) // the panel alone has neither keys nor buttons
+        makeDeviceViewAccessible();
 
     ButtonStates buttons;
     DeviceLink link(runFolder);
     DeviceView view(runFolder + u"/panel"_s, &buttons);
+    if (options->fullScreen)
+        view.showPanelAlone();
     QTimer lost;
     lost.setSingleShot(true);
     bool isClosing = false;
@@ -115,7 +118,8 @@ int main(int argc, char **argv)
     });
     QObject::connect(&lost, &QTimer::timeout, &view, [&] { view.setDeviceIsThere(false); });
 
-    QObject::connect(&view, &DeviceView::ready, &view, &QWindow::show);
+    QObject::connect(&view, &DeviceView::ready, &view,
+                     options->fullScreen ? &QWindow::showFullScreen : &QWindow::show);
     QObject::connect(&view, &DeviceView::asked, &link, &DeviceLink::send);
     QObject::connect(&buttons, &ButtonStates::asked, &link, &DeviceLink::send);
     QObject::connect(&view, &DeviceView::closing, &link, [&] {

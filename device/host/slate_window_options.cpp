@@ -9,8 +9,11 @@ using namespace Qt::StringLiterals;
 std::optional<WindowOptions> readWindowOptions(const QStringList &arguments, QString *error)
 {
     QCommandLineParser parser;
-    parser.addOptions(
-        {{u"run"_s, {}, u"DIR"_s}, {u"root"_s, {}, u"DIR"_s}, {u"version"_s, {}}, {{u"h"_s, u"help"_s}, {}}});
+    parser.addOptions({{u"run"_s, {}, u"DIR"_s},
+                       {u"root"_s, {}, u"DIR"_s},
+                       {u"full-screen"_s, {}},
+                       {u"version"_s, {}},
+                       {{u"h"_s, u"help"_s}, {}}});
     if (!parser.parse(QStringList{u"slate-window"_s} + arguments)) {
         *error = parser.errorText();
         return std::nullopt;
@@ -18,6 +21,7 @@ std::optional<WindowOptions> readWindowOptions(const QStringList &arguments, QSt
     WindowOptions options;
     options.help = parser.isSet(u"help"_s);
     options.version = parser.isSet(u"version"_s);
+    options.fullScreen = parser.isSet(u"full-screen"_s);
     options.runFolder = parser.value(u"run"_s);
     options.root = parser.value(u"root"_s);
     const qsizetype named = parser.values(u"run"_s).size() + parser.values(u"root"_s).size();
@@ -32,14 +36,15 @@ std::optional<WindowOptions> readWindowOptions(const QStringList &arguments, QSt
 
 QString windowHelpText()
 {
-    return uR"(Usage: slate-window --root DIR | --run DIR
+    return uR"(Usage: slate-window [--full-screen] --root DIR | --run DIR
 
 Shows a running device as a window; slate-run does so by itself where there is a display.
 
-  --root DIR  the device root of the device
-  --run DIR   its run folder, where control socket and panel are
-  --version   the version
-  --help      this text
+  --root DIR     the device root of the device
+  --run DIR      its run folder, where control socket and panel are
+  --full-screen  the panel alone, on the whole display, as on a board
+  --version      the version
+  --help         this text
 
 A click is a finger. The three signs below the panel are the device's keys: previous, menu, next.
 The strip beside the device has its other parts, each with a key of its own:

@@ -13,6 +13,7 @@ struct WindowOptions
 {
     bool help = false;
     bool version = false; ///< then nothing else counts
+    bool fullScreen = false;
     QString runFolder;
     QString root; ///< where the run folder is not named; exactly one of the two is
 };

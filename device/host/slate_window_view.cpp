@@ -86,6 +86,11 @@ DeviceView::DeviceView(const QString &panelPath, ButtonStates *buttons)
     connect(m_buttons, &ButtonStates::note, this, &DeviceView::showNote);
 }
 
+void DeviceView::showPanelAlone()
+{
+    m_panelAlone = true;
+}
+
 void DeviceView::readSoon()
 {
     if (!m_reading.isActive())
@@ -165,8 +170,9 @@ void DeviceView::read()
     const QImage upright = panel->upright();
     if (upright.size() != m_panelSize)
         fit(upright.size());
-    m_shown = shownPanel(upright, body().panel().size(), (panel->header.flags & 4) != 0,
-                         int(panel->header.brightness), int(panel->header.colour));
+    const bool lightOn = !m_panelAlone && (panel->header.flags & 4) != 0;
+    m_shown = shownPanel(upright, body().panel().size(), lightOn, int(panel->header.brightness),
+                         int(panel->header.colour));
     update();
     if (first)
         emit ready();
@@ -175,12 +181,16 @@ void DeviceView::read()
 void DeviceView::fit(QSize panel)
 {
     m_panelSize = panel;
+    m_start.reset();
+    if (m_panelAlone) {
+        fillScreen();
+        return;
+    }
     const double ratio = devicePixelRatio();
     const QSize room = screen() ? screen()->availableGeometry().size() * ratio : panel;
     const double divisor
         = m_wantedDivisor > 0 ? m_wantedDivisor : WindowLayout::divisorFor(panel, room, ratio);
     m_layout = WindowLayout(panel, divisor, ratio);
-    m_start.reset();
 
     const QSize size(int(std::ceil(m_layout.size().width() / ratio)),
                      int(std::ceil(m_layout.size().height() / ratio)));
@@ -188,6 +198,16 @@ void DeviceView::fit(QSize panel)
     setMaximumSize(size);
     resize(size);
     cutOut();
+}
+
+void DeviceView::fillScreen()
+{
+    const double ratio = devicePixelRatio();
+    const QRect whole = screen() ? screen()->geometry() : QRect({}, m_panelSize);
+    const QSizeF room = QSizeF(whole.size()) * ratio;
+    const double divisor = std::max(m_panelSize.width() / room.width(), m_panelSize.height() / room.height());
+    m_layout = WindowLayout(m_panelSize, divisor, ratio); // never below 1: pixels stay sharp
+    setGeometry(whole); // where nobody arranges the windows, full screen alone makes none larger
 }
 
 void DeviceView::cutOut()
@@ -200,8 +220,10 @@ void DeviceView::cutOut()
 
 QPoint DeviceView::bodyOrigin() const
 {
-    // Whoever arranges the windows may make ours larger than we asked.
     const QSize room = size() * devicePixelRatio();
+    if (m_panelAlone)
+        return QRect({}, room).center() - body().panel().center();
+    // Whoever arranges the windows may make ours larger than we asked.
     return {std::max(0, (room.width() - m_layout.size().width()) / 2),
             std::max(0, (room.height() - m_layout.size().height()) / 2)};
 }
@@ -224,17 +246,20 @@ void DeviceView::paintEvent(QPaintEvent *)
 {
     QPainter painter(this);
     painter.setCompositionMode(QPainter::CompositionMode_Source);
-    painter.fillRect(QRect(QPoint(0, 0), size()), Qt::transparent);
+    painter.fillRect(QRect(QPoint(0, 0), size()), m_panelAlone ? Qt::black : Qt::transparent);
     painter.setCompositionMode(QPainter::CompositionMode_SourceOver);
     if (m_shown.isNull())
         return;
     painter.scale(1 / devicePixelRatio(),
                   1 / devicePixelRatio()); // one panel pixel is one pixel of the display
     painter.translate(bodyOrigin());
-    body().paint(&painter, m_pressedKey);
+    if (!m_panelAlone)
+        body().paint(&painter, m_pressedKey);
     painter.drawImage(body().panel().topLeft(), m_shown);
     if (const QString lost = lostSentence(); !lost.isEmpty())
         paintLost(&painter, body().panel(), lost, devicePixelRatio());
+    if (m_panelAlone)
+        return;
     m_layout.strip().paint(&painter, *m_buttons, m_pressedButton);
     if (const QString sentence = tip(); !sentence.isEmpty())
         paintTip(&painter, m_layout, sentence, m_note.isEmpty() ? m_hovered : std::nullopt,
@@ -244,7 +269,7 @@ void DeviceView::paintEvent(QPaintEvent *)
 void DeviceView::resizeEvent(QResizeEvent *event)
 {
     QRasterWindow::resizeEvent(event);
-    if (!m_shown.isNull())
+    if (!m_shown.isNull() && !m_panelAlone)
         cutOut();
 }
 
@@ -257,6 +282,8 @@ void DeviceView::mousePressEvent(QMouseEvent *event)
         m_start = body().panelPixel(point);
         m_moved = false;
         m_pressedAt = event->timestamp();
+    } else if (m_panelAlone) {
+        return;
     } else if (const std::optional<QString> key = body().keyAt(point)) {
         m_armedKey = *key;
         m_pressedKey = *key;
@@ -282,6 +309,8 @@ void DeviceView::mouseMoveEvent(QMouseEvent *event)
             update();
         }
     }
+    if (m_panelAlone)
+        return;
     const std::optional<DeviceButton> button = m_layout.strip().buttonAt(point);
     if (m_armedButton) {
         const auto pressed = button == m_armedButton ? m_armedButton : std::nullopt;
@@ -331,6 +360,8 @@ void DeviceView::finishGesture(QPoint end, qint64 duration)
 
 void DeviceView::setSize(double divisor)
 {
+    if (m_panelAlone)
+        return;
     m_wantedDivisor = divisor;
     fit(m_panelSize);
     readSoon();

@@ -21,6 +21,11 @@ public:
     /// `buttons` must outlive it.
     DeviceView(const QString &panelPath, ButtonStates *buttons);
 
+    /// The display is the panel: nothing but its pixels, in the middle of a whole black screen, without the
+    /// body and without the light, which is the display's own. Before the first reading; whoever shows the
+    /// window shows it full screen.
+    void showPanelAlone();
+
     /// Reads the panel soon; several calls are one reading.
     void readSoon();
 
@@ -61,6 +66,7 @@ protected:
 private:
     void read();
     void fit(QSize panel);
+    void fillScreen();
     void cutOut();
     void finishGesture(QPoint end, qint64 duration);
     void controlKey(int key);
@@ -71,6 +77,7 @@ private:
 
     QString m_panelPath;
     ButtonStates *m_buttons;
+    bool m_panelAlone = false;
     QTimer m_reading;
     WindowLayout m_layout;
     QSize m_panelSize; ///< as the user holds it; empty before the first reading

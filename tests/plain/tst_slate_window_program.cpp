@@ -3,6 +3,7 @@
 #include "control_server.h"
 #include "panel_file.h"
 
+#include <QImage>
 #include <QLocalServer>
 #include <QLocalSocket>
 #include <QProcess>
@@ -25,6 +26,7 @@ private slots:
     void usage();
     void noDisplay();
     void displayThatCannotBeReached();
+    void fullScreen();
     void staysWhenTheDeviceHasGone();
 
 private:
@@ -69,7 +71,8 @@ void tst_SlateWindowProgram::help()
     QCOMPARE(window.exitCode(), 0);
     QCOMPARE(window.readAllStandardError(), QByteArray());
     const QByteArray text = window.readAllStandardOutput();
-    for (const char *word : {"--root DIR", "--run DIR", "--help", "Ctrl+D", "Ctrl+R", "Ctrl+Q"})
+    for (const char *word :
+         {"--root DIR", "--run DIR", "--full-screen", "--help", "Ctrl+D", "Ctrl+R", "Ctrl+Q"})
         QVERIFY2(text.contains(word), word);
 }
 
@@ -122,6 +125,32 @@ void tst_SlateWindowProgram::displayThatCannotBeReached()
     QCOMPARE(window.exitCode(), 2);
     QCOMPARE(window.readAllStandardError(),
              QByteArray("slate-window: The display cannot be used (:nowhere).\n"));
+}
+
+void tst_SlateWindowProgram::fullScreen()
+{
+    // This platform, of 240 by 320, writes what it shows into the current folder.
+    m_environment.insert(u"QT_QPA_PLATFORM"_s, u"minimal"_s);
+    m_environment.insert(u"QT_DEBUG_BACKINGSTORE"_s, u"1"_s);
+    const auto panel = PanelWriter::create({.size = {60, 80}}, m_folder->filePath(u"panel"_s), nullptr);
+    QVERIFY(panel);
+    ControlServer server;
+    QVERIFY(server.listen(m_folder->filePath(u"control"_s), nullptr));
+    QProcess window;
+    window.setWorkingDirectory(m_folder->path());
+    start(&window, {u"--full-screen"_s, u"--run"_s, m_folder->path()});
+
+    QImage expected(240, 320, QImage::Format_ARGB32_Premultiplied);
+    expected.fill(Qt::black);
+    for (int y = 120; y < 200; ++y) {
+        for (int x = 90; x < 150; ++x)
+            expected.setPixel(x, y, 0xffffffffu);
+    }
+    QTRY_COMPARE_WITH_TIMEOUT(
+        QImage(m_folder->filePath(u"output0000.png"_s)).convertToFormat(QImage::Format_ARGB32_Premultiplied),
+        expected, 30'000);
+    window.terminate();
+    QVERIFY(window.waitForFinished());
 }
 
 void tst_SlateWindowProgram::staysWhenTheDeviceHasGone()
