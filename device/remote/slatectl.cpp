@@ -159,7 +159,9 @@ int main(int argc, char **argv)
         return Done;
     }
 
-    const std::optional<QString> runFolder = runFolderOf(line->root.value_or(defaultDeviceRoot()), &error);
+    const QString root = line->root.isEmpty() ? defaultDeviceRoot() : line->root;
+    const std::optional<QString> runFolder
+        = line->runFolder.isEmpty() ? runFolderOf(root, &error) : line->runFolder;
     if (!runFolder)
         return fail(WrongUsageOrNoDevice, error);
     std::optional<ControlClient> client = ControlClient::connectTo(*runFolder, &error);

@@ -262,9 +262,10 @@ std::optional<QJsonObject> readWords(const Command &command, const QStringList &
 
 QString helpText()
 {
-    QString text = u"Usage: slatectl [--root DIR] COMMAND [WORDS]\n\n"
+    QString text = u"Usage: slatectl [--root DIR | --run DIR] COMMAND [WORDS]\n\n"
                    "Asks a running device and prints its answer as one line of JSON.\n\n"
                    "  --root DIR  the device root, where it is not the default one; also after the words\n"
+                   "  --run DIR   instead: its run folder, where control socket and panel are\n"
                    "  --version   the version\n"
                    "  --help      this text\n\n"
                    "Commands:\n"_s;

@@ -1,5 +1,7 @@
 #include "slatectl_line.h"
 
+#include <utility>
+
 namespace lindenreed::remote {
 
 using namespace Qt::StringLiterals;
@@ -26,21 +28,24 @@ bool takeOption(const QString &word, QStringList *following, CommandLine *line, 
         line->version = true;
         return true;
     }
-    QString root;
-    if (word.startsWith("--root="_L1)) {
-        root = word.sliced(qsizetype(qstrlen("--root=")));
-    } else if (word == "--root"_L1) {
-        if (!following->isEmpty())
-            root = following->takeFirst();
-    } else {
-        return false;
+    for (const auto &[name, place] : {std::pair("--root"_L1, &line->root), {"--run"_L1, &line->runFolder}}) {
+        QString folder;
+        if (word == name)
+            folder = following->isEmpty() ? QString() : following->takeFirst();
+        else if (word.startsWith(name + u'='))
+            folder = word.sliced(name.size() + 1);
+        else
+            continue;
+        if (folder.isEmpty())
+            *error = u"%1 needs a folder; see slatectl --help."_s.arg(name);
+        else if (!place->isEmpty())
+            *error = u"%1 is there twice."_s.arg(name);
+        else if (!line->root.isEmpty() || !line->runFolder.isEmpty())
+            *error = u"--root and --run both name the device."_s;
+        *place = folder;
+        return true;
     }
-    if (root.isEmpty())
-        *error = u"--root needs a folder; see slatectl --help."_s;
-    else if (line->root)
-        *error = u"--root is there twice."_s;
-    line->root = root;
-    return true;
+    return false;
 }
 
 } // namespace

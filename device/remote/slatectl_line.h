@@ -17,7 +17,8 @@ struct CommandLine
 {
     bool help = false; ///< then nothing else counts
     bool version = false; ///< the same
-    std::optional<QString> root; ///< where one is named
+    QString root; ///< empty where none is named
+    QString runFolder; ///< the same; at most one of the two is
     const Command *command = nullptr;
     QJsonObject members; ///< of the request
 };

@@ -40,10 +40,12 @@ private:
 
 void tst_Slatectl::otherRoot_data()
 {
-    QTest::addColumn<QStringList>("arguments"); ///< OTHER stands for the root
+    QTest::addColumn<QStringList>("arguments"); ///< OTHER stands for the root, RUN for its run folder
 
     QTest::newRow("two words") << QStringList{u"--root"_s, u"OTHER"_s, u"state"_s};
     QTest::newRow("one word") << QStringList{u"--root=OTHER"_s, u"state"_s};
+    QTest::newRow("run folder") << QStringList{u"--run"_s, u"RUN"_s, u"state"_s};
+    QTest::newRow("run folder after the command") << QStringList{u"state"_s, u"--run=RUN"_s};
     QTest::newRow("two words after the command") << QStringList{u"state"_s, u"--root"_s, u"OTHER"_s};
     QTest::newRow("one word after the command") << QStringList{u"state"_s, u"--root=OTHER"_s};
     QTest::newRow("before the command's words")
@@ -68,7 +70,8 @@ void tst_Slatectl::otherRoot()
     }
     QVERIFY(server.listen(runFolder + u"/control"_s, nullptr));
 
-    const SlatectlOutcome outcome = run(arguments.replaceInStrings(u"OTHER"_s, other));
+    const SlatectlOutcome outcome
+        = run(arguments.replaceInStrings(u"OTHER"_s, other).replaceInStrings(u"RUN"_s, runFolder));
     QCOMPARE(outcome.status, 0);
     QCOMPARE(outcome.output, QByteArray("{\"name\":\"other\"}\n"));
     QVERIFY(m_device->requests.isEmpty());

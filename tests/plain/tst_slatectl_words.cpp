@@ -40,6 +40,10 @@ void tst_SlatectlWords::usage_data()
     QTest::newRow("root without folder") << QStringList{u"--root"_s};
     QTest::newRow("root without command") << QStringList{u"--root"_s, u"/tmp"_s};
     QTest::newRow("two roots") << QStringList{u"--root"_s, u"/tmp"_s, u"state"_s, u"--root=/tmp"_s};
+    QTest::newRow("run folder without folder") << QStringList{u"state"_s, u"--run"_s};
+    QTest::newRow("two run folders") << QStringList{u"--run=/tmp"_s, u"state"_s, u"--run=/tmp"_s};
+    QTest::newRow("root and run folder") << QStringList{u"--root"_s, u"/tmp"_s, u"state"_s, u"--run=/tmp"_s};
+    QTest::newRow("run folder and root") << QStringList{u"--run"_s, u"/tmp"_s, u"--root=/tmp"_s, u"state"_s};
     QTest::newRow("root without folder, at the end") << QStringList{u"state"_s, u"--root"_s};
     QTest::newRow("unknown option at the end") << QStringList{u"state"_s, u"--route"_s};
     QTest::newRow("frame with one number") << QStringList{u"frame"_s, u"1"_s};
@@ -151,7 +155,7 @@ void tst_SlatectlWords::help()
     const SlatectlOutcome outcome = run(arguments);
     QCOMPARE(outcome.status, 0);
     QCOMPARE(outcome.errors, QByteArray());
-    QVERIFY(outcome.output.startsWith("Usage: slatectl [--root DIR] COMMAND"));
+    QVERIFY(outcome.output.startsWith("Usage: slatectl [--root DIR | --run DIR] COMMAND"));
     QVERIFY(outcome.output.contains("  drag X1 Y1 X2 Y2 [STEPS]  "));
     QVERIFY(outcome.output.contains("  frame [X Y W H]  "));
     for (const QByteArray &line : outcome.output.split('\n'))
