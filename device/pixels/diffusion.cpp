@@ -1,18 +1,13 @@
 // A pixel needs its left neighbour's error, so a row by itself is one long chain of waiting. Here each row
-// follows the one above at a distance of two pixels, and the pixels of a slanted line are computed together,
-// a row in each lane.
-//
-// Remainders instead of errors: u is a pixel's place among the levels with what its neighbours left; the
-// remainder e = u - level is 0 to levelStep where an error would be -levelStep / 2 to levelStep / 2. A
-// neighbour without error leaves half a step. Shares of remainders are never off by more than the remainders
-// are, so nothing needs clamping but at the sides of the rectangle, where shares turn down instead of
-// leaving. A run of one level takes none of them.
+// follows the one above at a distance, and the pixels of a slanted line are computed together, a row in each
+// lane.
 
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "diffusion.cpp"
 
 #include "diffusion.h"
 
+#include <bit>
 #include <cstring>
 
 #include <hwy/foreach_target.h>
@@ -23,26 +18,23 @@ HWY_BEFORE_NAMESPACE();
 
 namespace lindenreed::pixels::HWY_NAMESPACE {
 
-constexpr std::ptrdiff_t bandRows = 2 * lanes; ///< two vectors: one is computed while the other waits
+/// Rows that are diffused at once.
+constexpr std::ptrdiff_t bandRows = lanes;
 static_assert(lanes <= errorMargin);
-constexpr std::ptrdiff_t lag = 2;
-constexpr std::ptrdiff_t steepness
-    = lag * (bandRows - 1); ///< how far the last row of a band is behind the first
-constexpr std::ptrdiff_t blockLines = 16; ///< slanted lines that are gathered and given back at once
-constexpr int middle
-    = 8 * levelStep; ///< places are counted from here: they fit 16 bits with all that is added
-static_assert(levelStep == 2048, "seventeenOf2048() turns places into greys");
-constexpr int neutral = levelStep / 2; ///< remainder of a pixel without error
 
-/// What a pixel without error leaves.
-constexpr int neutralShare(int inSixteenths)
-{
-    return neutral * inSixteenths / 16;
-}
+/// How far a row is behind the one above: a pixel needs the one above to the right.
+constexpr std::ptrdiff_t lag = 2;
+constexpr std::ptrdiff_t steepness = lag * (bandRows - 1); ///< of the last row behind the first
+constexpr std::ptrdiff_t blockLines = 16; ///< slanted lines that are gathered and given back at once
 
 /// While one block is diffused, which is waiting for the most part, the next one is gathered pair of rows by
 /// pair of rows.
 constexpr std::ptrdiff_t linesPerPair = 2 * blockLines / bandRows;
+
+/// Bounds of a value at the sides.
+constexpr int lowestValue = -levelStep / 2 - noiseLimit;
+constexpr int highestValue = 15 * levelStep + levelStep / 2 - 1 + noiseLimit;
+static_assert(highestValue <= INT16_MAX);
 
 /// A band of rows, the topmost in the last lane: then the lane whose errors leave the band is the first.
 struct Band
@@ -53,25 +45,43 @@ struct Band
     std::ptrdiff_t rows; ///< 1 to bandRows
     bool endsArea;
     std::int16_t *errors; ///< what the row above leaves for each pixel; then, what the band leaves
-    const Places *places;
+    const Tables *tables;
 
     std::uint8_t *row(std::ptrdiff_t index) const { return pixels + index * stride; }
 };
 
-/// Half a band, and what the lines before the present one left: shares on their way to a pixel of a later
-/// line.
-struct Half
+/// What each line needs. In memory: GCC would rather make them anew in each line, one by one.
+struct Constants
+{
+    Lanes even = constant(~1);
+    Lanes whole = constant(-levelStep);
+    Lanes half = constant(levelStep / 2);
+    Lanes noiseStep = constant(pixels::noiseStep);
+    // As parts of 65536: the upper half of a product is what is wanted.
+    Lanes noiseFactor = constant(27 * 32);
+    Lanes toRight = constant(pixels::toRight * 4096);
+    Lanes toDownLeft = constant(pixels::toDownLeft * 4096);
+    Lanes toDown = constant(pixels::toDown * 4096);
+
+    Constants() { hide(this); }
+};
+
+/// What the lines before the present one left: shares on their way to a pixel of a later line.
+struct Course
 {
     Lanes right; ///< for the next pixel of the same row
     Lanes below; ///< for the row below: complete, for the next line
     Lanes below2; ///< for the line after that, so far
     Lanes below3; ///< for the third line, so far
     Lanes noise;
-    Lanes before; ///< the place to the left
-    Lanes run; ///< pixels of one level since the row's last other one, up to solidRun
+    // Whether the pixels before are a level that is also their left neighbour's: the last one of each row,
+    // and the last two.
+    Lanes before; ///< the last one's place; if that is no level, no level's
+    Lanes same;
+    Lanes sameTwice;
 };
 
-/// Where the lanes of half a band are in a line.
+/// Where the lanes are in a line.
 struct Position
 {
     Lanes fromLeft; ///< pixels to the left side; negative outside
@@ -86,56 +96,66 @@ struct Position
     }
 };
 
-/// `yes` where the bits of `mask` are set, else `no`.
-HWY_INLINE Lanes chosen(Lanes mask, Lanes yes, Lanes no)
+/// Where errors end: at a level that goes on for the pixel and solidRun to its left.
+template <bool AtSides>
+HWY_INLINE Lanes solidOf(Lanes places, Course &course, const Position &where, const Constants &constants)
 {
-    return no ^ ((yes ^ no) & mask);
+    static_assert(solidRun == 3);
+    Lanes same = whereEqual(places, course.before);
+    if constexpr (AtSides)
+        same = cleared(whereZero(where.fromLeft), same);
+    const Lanes solid = course.sameTwice & same;
+    course.sameTwice = course.same & same;
+    course.same = same;
+    course.before = places & constants.even;
+    return solid;
 }
 
-/// One line of half a band: places in, greys out.
+/// One line: places in, levels in steps of levelStep out.
 template <bool AtSides>
-HWY_INLINE Lanes diffuseLine(Lanes places, Lanes above, Half &half, const Position &where)
+HWY_INLINE Lanes diffuseLine(Lanes places, Lanes first, Course &course, const Position &where,
+                             const Constants &constants)
 {
-    Lanes same = whereZero(places & constant(levelStep - 1)) & whereZero(places ^ half.before);
-    if constexpr (AtSides)
-        same = chosen(whereZero(where.fromLeft), constant(0), same);
-    half.before = places;
-    half.run = least(half.run + constant(1), constant(solidRun)) & same;
-    const Lanes solid = whereZero(half.run ^ constant(solidRun));
-    Lanes values = places + chosen(solid, constant(neutral), above + half.right);
-    if constexpr (AtSides)
-        values = greatest(least(values, constant(middle - 1 + noiseLimit)), constant(-middle - noiseLimit));
-    const Lanes noisy = values + twentySevenOf2048(half.noise);
-    const Lanes levels
-        = greatest(least(noisy, constant(middle - 1)), constant(-middle)) & constant(-levelStep);
-    Lanes remainders = values - levels;
+    const Lanes solid = solidOf<AtSides>(places, course, where, constants);
+    const Lanes threshold = highProduct(course.noise, constants.noiseFactor) + constants.half;
+    const Lanes fromLeft = cleared(solid, course.right);
+    const Lanes fromAbove = cleared(solid, moved(first, course.below)); // the last to be there
+    Lanes values = places + fromLeft;
+    Lanes noisy = saturatedSum(saturatedSum(values, threshold), fromAbove);
+    values = values + fromAbove;
     if constexpr (AtSides) {
-        const Lanes outside = whereNegative(least(where.fromLeft, where.fromRight));
-        remainders = chosen(outside, constant(neutral), remainders);
+        // What comes together here may be too much to be shared out, and to fit 16 bits.
+        const Lanes received = fromLeft + fromAbove;
+        const Lanes most = constant(highestValue) - greatest(received, constant(0));
+        values = greatest(least(places, most) + received, constant(lowestValue));
+        noisy = saturatedSum(values, threshold);
     }
+    const Lanes levels = greatest(noisy, constant(0)) & constants.whole;
+    Lanes errors = values - levels;
+    if constexpr (AtSides)
+        errors = cleared(whereNegative(least(where.fromLeft, where.fromRight)), errors);
 
-    Lanes right = sixteenths(remainders, toRight);
-    const Lanes downLeft = sixteenths(remainders, toDownLeft);
-    Lanes down = sixteenths(remainders, toDown);
-    const Lanes downRight = remainders - right - (downLeft + down);
+    Lanes right = highProduct(errors, constants.toRight);
+    const Lanes downLeft = highProduct(errors, constants.toDownLeft);
+    Lanes down = highProduct(errors, constants.toDown);
+    const Lanes downRight = errors - right - (downLeft + down);
     if constexpr (AtSides) {
         // What goes out of the area is looked at by nobody; it only has to go down as well.
-        const Lanes turnedLeft = (downLeft - constant(neutralShare(toDownLeft))) & whereZero(where.fromLeft);
-        const Lanes turnedRight = (right + downRight - constant(neutralShare(toRight + toDownRight)))
-            & whereZero(where.fromRight);
-        down = down + turnedLeft + turnedRight;
+        down = down + (downLeft & whereZero(where.fromLeft))
+            + ((right + downRight) & whereZero(where.fromRight));
         if (where.hasLastRow) {
-            const Lanes everything = remainders - constant(neutral - neutralShare(toRight));
-            right = chosen(whereZero(where.toLastRow), everything, right);
+            const Lanes isLast = whereZero(where.toLastRow);
+            right = cleared(isLast, right) | (errors & isLast);
         }
     }
 
-    half.right = right;
-    half.below = downLeft + half.below2;
-    half.below2 = down + half.below3;
-    half.below3 = downRight;
-    half.noise = wrappingSum(half.noise, constant(noiseStep));
-    return seventeenOf2048(levels) + constant(8 * 17);
+    course.right = right;
+
+    course.below = downLeft + course.below2;
+    course.below2 = down + course.below3;
+    course.below3 = downRight;
+    course.noise = wrappingSum(course.noise, constants.noiseStep);
+    return levels;
 }
 
 /// Where a row's pixels of a block are: all of them inside it, none, or some.
@@ -148,86 +168,100 @@ HWY_INLINE Share shareOf(const Band &band, std::ptrdiff_t row, std::ptrdiff_t x)
     return x >= 0 && x + blockLines <= band.width ? Share::All : Share::Some;
 }
 
-/// Gathers what there is of a row. Elsewhere any place will do: nothing comes of it.
-HWY_NOINLINE void gatherSome(const Band &band, std::ptrdiff_t row, std::ptrdiff_t x, std::int16_t *lane)
+/// The lines of a block in which a row is inside: from the first to before the second.
+struct Lines
 {
-    const std::uint8_t *pixels = band.row(row);
-    for (std::ptrdiff_t line = 0; line < blockLines; ++line) {
-        if (x + line >= 0 && x + line < band.width)
-            lane[line * bandRows] = band.places->alone[pixels[x + line]];
+    std::ptrdiff_t begin;
+    std::ptrdiff_t end;
+};
+
+HWY_INLINE Lines linesInside(const Band &band, std::ptrdiff_t row, std::ptrdiff_t x)
+{
+    if (row >= band.rows)
+        return {0, 0};
+    const std::ptrdiff_t left = band.width - x;
+    return {x < 0 ? -x : 0, left < blockLines ? left : blockLines};
+}
+
+/// Gathers the places of two rows, a block's lines of each. Loads and stores are what this waits for: two
+/// pixels are loaded at once, and two rows stored.
+HWY_INLINE void gatherWhole(const Tables &tables, const std::uint8_t *upper, const std::uint8_t *lower,
+                            std::int16_t *pair)
+{
+    const auto place = [&](std::ptrdiff_t line, std::size_t upperPixel, std::size_t lowerPixel) {
+        const std::uint32_t both = tables.second[upperPixel] | tables.first[lowerPixel];
+        __builtin_memcpy(pair + line * bandRows, &both, sizeof both);
+    };
+    constexpr std::ptrdiff_t later = std::endian::native == std::endian::little ? 1 : 0;
+    for (std::ptrdiff_t line = 0; line < blockLines; line += 2) {
+        std::uint16_t upperPixels;
+        std::uint16_t lowerPixels;
+        __builtin_memcpy(&upperPixels, upper + line, 2);
+        __builtin_memcpy(&lowerPixels, lower + line, 2);
+        place(line + 1 - later, upperPixels & 255, lowerPixels & 255);
+        place(line + later, upperPixels >> 8, lowerPixels >> 8);
     }
 }
 
-/// Gathers the places of two rows into a block, which holds line by line the rows from the last to the first.
-/// Two rows at a time, since stores are what this waits for.
-HWY_INLINE void gatherPair(const Band &band, std::ptrdiff_t firstLine, std::ptrdiff_t row,
-                           std::int16_t *block)
+/// Gathers the places of two rows into a block, which holds line by line the rows from the last to the first,
+/// as far as they are inside. Elsewhere any place will do: nothing comes of it.
+HWY_NOINLINE void gatherPair(const Band &band, std::ptrdiff_t firstLine, std::ptrdiff_t row,
+                             std::int16_t *block)
 {
     const std::ptrdiff_t x = firstLine - lag * row;
     std::int16_t *pair = block + (bandRows - 2 - row);
-    const Share upper = shareOf(band, row, x);
-    const Share lower = shareOf(band, row + 1, x - lag);
-    if (upper == Share::All && lower == Share::All) {
-        const std::uint8_t *upperPixels = band.row(row) + x;
-        const std::uint8_t *lowerPixels = band.row(row + 1) + x - lag;
-        for (std::ptrdiff_t line = 0; line < blockLines; ++line) {
-            const std::uint32_t both
-                = band.places->second[upperPixels[line]] | band.places->first[lowerPixels[line]];
-            __builtin_memcpy(pair + line * bandRows, &both, sizeof both);
-        }
+    if (shareOf(band, row, x) == Share::All && shareOf(band, row + 1, x - lag) == Share::All) {
+        gatherWhole(*band.tables, band.row(row) + x, band.row(row + 1) + x - lag, pair);
         return;
     }
-    if (upper != Share::None)
-        gatherSome(band, row, x, pair + 1);
-    if (lower != Share::None)
-        gatherSome(band, row + 1, x - lag, pair);
+    for (std::ptrdiff_t lower = 0; lower < 2; ++lower) {
+        const std::uint8_t *pixels = band.row(row + lower) + x - lag * lower;
+        const auto [begin, end] = linesInside(band, row + lower, x - lag * lower);
+        for (std::ptrdiff_t line = begin; line < end; ++line)
+            pair[line * bandRows + 1 - lower] = band.tables->alone[pixels[line]];
+    }
 }
 
-/// Sixteen lines of 16 bytes become 16 columns. The distances are in bytes.
-HWY_INLINE void transpose(const std::uint8_t *lines, std::ptrdiff_t lineDistance, std::uint8_t *columns,
-                          std::ptrdiff_t columnDistance)
+/// Turns lines around into columns. Two lines are in one already, a byte from either in turn; of the columns,
+/// vector i holds i, 8 + i ..
+HWY_INLINE void transpose(Lanes (&lines)[blockLines / 2])
 {
-    Bytes bytes[16];
-    for (std::ptrdiff_t i = 0; i < 16; ++i)
-        bytes[i] = load<Bytes>(lines + i * lineDistance);
-    // Each pass interleaves the first eight with the others: four of them turn 16 by 16 around.
-    for (int pass = 0; pass < 4; ++pass) {
-        Bytes mixed[16];
-        for (int i = 0; i < 8; ++i) {
-            mixed[2 * i] = firstHalves(bytes[i], bytes[i + 8]);
-            mixed[2 * i + 1] = secondHalves(bytes[i], bytes[i + 8]);
+    // Each pass interleaves the first four with the others: three of them turn 8 by 8 around.
+    static_assert(blockLines == 16);
+    for (int pass = 0; pass < 3; ++pass) {
+        Lanes mixed[8];
+        for (int i = 0; i < 4; ++i) {
+            mixed[2 * i] = firstHalves(lines[i], lines[i + 4]);
+            mixed[2 * i + 1] = secondHalves(lines[i], lines[i + 4]);
         }
-        for (int i = 0; i < 16; ++i)
-            bytes[i] = mixed[i];
+        for (int i = 0; i < 8; ++i)
+            lines[i] = mixed[i];
     }
-    for (std::ptrdiff_t i = 0; i < 16; ++i)
-        store(bytes[i], columns + i * columnDistance);
 }
 
 /// Gives the greys of a block back to their rows.
-HWY_INLINE void giveBack(const Band &band, std::ptrdiff_t firstLine, const std::uint8_t *block)
+HWY_INLINE void giveBack(const Band &band, std::ptrdiff_t firstLine, Lanes (&greys)[blockLines / 2])
 {
-    const bool inside = band.rows == bandRows && shareOf(band, 0, firstLine) == Share::All
-        && shareOf(band, bandRows - 1, firstLine - steepness) == Share::All;
-    for (std::ptrdiff_t group = 0; group < bandRows; group += 16) {
-        const std::ptrdiff_t lowestRow = bandRows - 1 - group;
-        if (inside) {
-            transpose(block + group, bandRows, band.row(lowestRow) + firstLine - lag * lowestRow,
-                      lag - band.stride);
-            continue;
+    transpose(greys);
+    const auto rowOf = [](std::ptrdiff_t part, std::ptrdiff_t i) { return bandRows - 1 - (part * 8 + i); };
+    if (band.rows == bandRows && shareOf(band, 0, firstLine) == Share::All
+        && shareOf(band, bandRows - 1, firstLine - steepness) == Share::All) {
+        for (std::ptrdiff_t i = 0; i < 8; ++i) {
+            storeColumns(greys[i], [&](std::ptrdiff_t part) {
+                const std::ptrdiff_t row = rowOf(part, i);
+                return band.row(row) + firstLine - lag * row;
+            });
         }
-        HWY_ALIGN std::uint8_t columns[16 * blockLines];
-        transpose(block + group, bandRows, columns, blockLines);
-        for (std::ptrdiff_t lane = 0; lane < 16; ++lane) {
-            const std::ptrdiff_t row = lowestRow - lane;
-            const std::ptrdiff_t x = firstLine - lag * row;
-            if (shareOf(band, row, x) == Share::None)
-                continue;
-            for (std::ptrdiff_t line = 0; line < blockLines; ++line) {
-                if (x + line >= 0 && x + line < band.width)
-                    band.row(row)[x + line] = columns[lane * blockLines + line];
-            }
-        }
+        return;
+    }
+    HWY_ALIGN std::uint8_t rows[bandRows][blockLines];
+    for (std::ptrdiff_t i = 0; i < 8; ++i)
+        storeColumns(greys[i], [&](std::ptrdiff_t part) { return rows[rowOf(part, i)]; });
+    for (std::ptrdiff_t row = 0; row < band.rows; ++row) {
+        const std::ptrdiff_t x = firstLine - lag * row;
+        const auto [begin, end] = linesInside(band, row, x);
+        for (std::ptrdiff_t line = begin; line < end; ++line)
+            band.row(row)[x + line] = rows[row][line];
     }
 }
 
@@ -237,50 +271,55 @@ std::int16_t limited(std::ptrdiff_t distance)
     return static_cast<std::int16_t>(distance < -far ? -far : distance > far ? far : distance);
 }
 
-Position positionOf(const Band &band, std::ptrdiff_t line, std::ptrdiff_t lowestRow)
+Position positionOf(const Band &band, std::ptrdiff_t line)
 {
     // Lane 0 holds the lowest row; each further lane is a row up and `lag` pixels to the right.
     static_assert(lag == 2);
     const Lanes ahead = ramp() + ramp();
-    const std::ptrdiff_t x = line - lag * lowestRow;
+    const std::ptrdiff_t x = line - steepness;
     return {constant(limited(x)) + ahead, constant(limited(band.width - 1 - x)) - ahead, band.endsArea,
-            constant(limited(band.rows - 1 - lowestRow)) + ramp()};
+            constant(limited(band.rows - bandRows)) + ramp()};
 }
 
 template <bool AtSides>
-HWY_INLINE void diffuseLines(const Band &band, std::ptrdiff_t firstLine, const std::int16_t *places,
-                             std::int16_t *nextPlaces, std::uint8_t *greys, Half &upper, Half &lower)
+HWY_INLINE void diffuseBlock(const Band &band, std::ptrdiff_t firstLine, const std::int16_t *places,
+                             std::int16_t *nextPlaces, Course &course, const Constants &constants)
 {
-    Position whereUpper{};
-    Position whereLower{};
-    if constexpr (AtSides) {
-        whereUpper = positionOf(band, firstLine, lanes - 1);
-        whereLower = positionOf(band, firstLine, bandRows - 1);
-    }
-    for (std::ptrdiff_t i = 0; i < blockLines; ++i) {
+    Position where{};
+    if constexpr (AtSides)
+        where = positionOf(band, firstLine);
+    const bool nextIsWhole = !AtSides && firstLine + 2 * blockLines <= band.width;
+    const std::ptrdiff_t toLower = band.stride - lag;
+    const std::uint8_t *next = band.pixels + firstLine + blockLines;
+    Lanes greys[blockLines / 2];
+    const auto diffuseNext = [&](std::ptrdiff_t i) {
         const std::ptrdiff_t line = firstLine + i;
-        if (i % linesPerPair == 0)
-            gatherPair(band, firstLine + blockLines, i / linesPerPair * 2, nextPlaces);
         const bool hasAbove = !AtSides || line < band.width;
-        const Lanes first = hasAbove ? load<Lanes>(band.errors + line)
-                                     : constant(neutralShare(toDownLeft + toDown + toDownRight));
-        const Lanes aboveUpper = moved(first, upper.below);
-        const Lanes aboveLower = moved(upper.below, lower.below);
-        const Lanes lowerGreys
-            = diffuseLine<AtSides>(load<Lanes>(places + i * bandRows), aboveLower, lower, whereLower);
-        const Lanes upperGreys
-            = diffuseLine<AtSides>(load<Lanes>(places + i * bandRows + lanes), aboveUpper, upper, whereUpper);
+        const Lanes first = hasAbove ? load<Lanes>(band.errors + line) : constant(0);
+        const Lanes levels
+            = diffuseLine<AtSides>(load<Lanes>(places + i * bandRows), first, course, where, constants);
         // Later lines make good what this writes beyond its one pixel.
         const std::ptrdiff_t left = line - steepness - 1;
         if (!AtSides || (left >= 0 && left < band.width))
-            store(lower.below, band.errors + left);
-        storeAsBytes(lowerGreys, greys + i * bandRows);
-        storeAsBytes(upperGreys, greys + i * bandRows + lanes);
-        if constexpr (AtSides) {
-            whereUpper.advance();
-            whereLower.advance();
+            store(course.below, band.errors + left);
+        if constexpr (AtSides)
+            where.advance();
+        return levels;
+    };
+    for (std::ptrdiff_t i = 0; i < blockLines; i += 2) {
+        if (i % linesPerPair == 0) {
+            const std::ptrdiff_t row = i / linesPerPair * 2;
+            if (nextIsWhole) {
+                gatherWhole(*band.tables, next, next + toLower, nextPlaces + (bandRows - 2 - row));
+                next += 2 * toLower;
+            } else {
+                gatherPair(band, firstLine + blockLines, row, nextPlaces);
+            }
         }
+        const Lanes levels = diffuseNext(i);
+        greys[i / 2] = greysOf(levels, diffuseNext(i + 1));
     }
+    giveBack(band, firstLine, greys);
 }
 
 void diffuseBand(const Band &band, std::size_t firstRow)
@@ -291,19 +330,10 @@ void diffuseBand(const Band &band, std::size_t firstRow)
         noise[bandRows - 1 - row]
             = static_cast<std::int16_t>(noisePhase(firstRow + std::size_t(row)) - ahead);
     }
-    const auto start = [](const std::int16_t *from) {
-        return Half{constant(neutralShare(toRight)),
-                    constant(neutralShare(toDownLeft + toDown + toDownRight)),
-                    constant(neutralShare(toDown + toDownRight)),
-                    constant(neutralShare(toDownRight)),
-                    load<Lanes>(from),
-                    constant(0),
-                    constant(0)};
-    };
-    Half lower = start(noise);
-    Half upper = start(noise + lanes);
+    const Lanes none = constant(0);
+    Course course = {none, none, none, none, load<Lanes>(noise), none, none, none};
+    const Constants constants;
     HWY_ALIGN std::int16_t places[2][blockLines * bandRows] = {}; // of this block and the next
-    HWY_ALIGN std::uint8_t greys[blockLines * bandRows];
 
     const bool whole = band.rows == bandRows && !band.endsArea;
     for (std::ptrdiff_t row = 0; row < bandRows; row += 2)
@@ -311,21 +341,20 @@ void diffuseBand(const Band &band, std::size_t firstRow)
     int current = 0;
     for (std::ptrdiff_t line = 0; line < band.width + steepness + 1; line += blockLines) {
         if (whole && line > steepness && line + blockLines < band.width)
-            diffuseLines<false>(band, line, places[current], places[1 - current], greys, upper, lower);
+            diffuseBlock<false>(band, line, places[current], places[1 - current], course, constants);
         else
-            diffuseLines<true>(band, line, places[current], places[1 - current], greys, upper, lower);
+            diffuseBlock<true>(band, line, places[current], places[1 - current], course, constants);
         current = 1 - current;
-        giveBack(band, line, greys);
     }
 }
 
-void diffuseArea(const Area &area, const Places &places, std::int16_t *errors)
+void diffuseArea(const Area &area, const Tables &tables, std::int16_t *errors)
 {
     for (std::size_t row = 0; row < area.height; row += bandRows) {
         const std::size_t left = area.height - row;
         const bool endsArea = left <= bandRows;
         diffuseBand({area.pixels + row * area.stride, std::ptrdiff_t(area.stride), std::ptrdiff_t(area.width),
-                     endsArea ? std::ptrdiff_t(left) : bandRows, endsArea, errors, &places},
+                     endsArea ? std::ptrdiff_t(left) : bandRows, endsArea, errors, &tables},
                     row);
     }
 }
@@ -342,28 +371,24 @@ namespace {
 
 HWY_EXPORT(diffuseArea);
 
-int sixteenthsOf(int value, int share)
-{
-    return (value * share) >> 4;
-}
-
 /// Errors as a row above the first would leave them. Without, the first rows of a light or dark field stay
 /// empty until enough has gathered for a dot. A grey that is one of the levels takes none: solid fields stay
 /// solid.
-void startErrors(const Area &area, const std::int16_t *curve, std::int16_t *errors)
+void startErrors(const Area &area, const LevelCurve &curve, std::int16_t *errors)
 {
-    const auto remainder = [&](std::size_t x) { // wraps left of the row
+    const auto share = [](int error, int sixteenths) { return (error * sixteenths) >> 4; };
+    const auto errorOf = [&](std::size_t x) { // wraps left of the row
         const int fraction = x < area.width ? curve[area.pixels[x]] & (levelStep - 1) : 0;
-        return fraction == 0
-            ? levelStep / 2
-            : static_cast<std::uint16_t>(x * noiseStep) * levelStep / 65536 + startBias(fraction);
+        return fraction == 0 ? 0
+                             : static_cast<std::uint16_t>(x * noiseStep) * levelStep / 65536 - levelStep / 2
+                + startBias(fraction);
     };
     for (std::size_t x = 0; x < area.width; ++x) {
-        const int before = remainder(x - 1);
-        const int downRight = before - sixteenthsOf(before, toRight) - sixteenthsOf(before, toDownLeft)
-            - sixteenthsOf(before, toDown);
-        errors[x] = static_cast<std::int16_t>(sixteenthsOf(remainder(x + 1), toDownLeft)
-                                              + sixteenthsOf(remainder(x), toDown) + downRight);
+        const int before = errorOf(x - 1);
+        const int downRight
+            = before - share(before, toRight) - share(before, toDownLeft) - share(before, toDown);
+        errors[x] = static_cast<std::int16_t>(share(errorOf(x + 1), toDownLeft) + share(errorOf(x), toDown)
+                                              + downRight);
     }
 }
 
@@ -371,16 +396,15 @@ void startErrors(const Area &area, const std::int16_t *curve, std::int16_t *erro
 
 void diffuse(const Area &area, const LevelCurve &curve, std::span<std::int16_t> errors)
 {
-    Places places;
+    Tables tables;
+    tables.alone = curve;
     for (std::size_t grey = 0; grey < 256; ++grey) {
-        const auto place = static_cast<std::int16_t>(curve[grey] - 8 * levelStep);
-        places.alone[grey] = place;
-        const std::array<std::int16_t, 2> low = {place, 0}, high = {0, place};
-        std::memcpy(&places.first[grey], low.data(), 4);
-        std::memcpy(&places.second[grey], high.data(), 4);
+        const std::array<std::int16_t, 2> low = {curve[grey], 0}, high = {0, curve[grey]};
+        std::memcpy(&tables.first[grey], low.data(), 4);
+        std::memcpy(&tables.second[grey], high.data(), 4);
     }
-    startErrors(area, places.alone.data(), errors.data());
-    HWY_DYNAMIC_DISPATCH(diffuseArea)(area, places, errors.data());
+    startErrors(area, curve, errors.data());
+    HWY_DYNAMIC_DISPATCH(diffuseArea)(area, tables, errors.data());
 }
 
 } // namespace lindenreed::pixels

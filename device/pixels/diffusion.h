@@ -57,7 +57,7 @@ struct Area
 };
 
 /// The curve as the diffusion looks it up.
-struct Places
+struct Tables
 {
     std::array<std::int16_t, 256> alone;
     std::array<std::uint32_t, 256> first; ///< as the first of two 16-bit numbers, the second 0

@@ -12,6 +12,10 @@
 
 #include <hwy/highway.h>
 
+#ifdef __SSE2__
+#include <emmintrin.h>
+#endif
+
 #include <bit>
 #include <cstddef>
 #include <cstdint>
@@ -25,8 +29,6 @@ namespace lindenreed::pixels::HWY_NAMESPACE {
 constexpr std::ptrdiff_t lanes = 8;
 
 typedef std::int16_t Lanes __attribute__((vector_size(lanes * sizeof(std::int16_t))));
-typedef std::uint8_t Bytes __attribute__((vector_size(16)));
-typedef std::uint8_t HalfBytes __attribute__((vector_size(lanes)));
 
 HWY_INLINE Lanes constant(int value)
 {
@@ -39,7 +41,7 @@ HWY_INLINE Lanes ramp()
     return Lanes{0, 1, 2, 3, 4, 5, 6, 7};
 }
 
-/// Lanes or Bytes, at any address.
+/// At any address.
 template <typename Vector>
 HWY_INLINE Vector load(const void *from)
 {
@@ -54,10 +56,11 @@ HWY_INLINE void store(Vector values, void *to)
     __builtin_memcpy(to, &values, sizeof values);
 }
 
-HWY_INLINE void storeAsBytes(Lanes values, std::uint8_t *to)
+/// Gives each 16 bytes to where `to` says, by their number.
+template <typename Where>
+HWY_INLINE void storeColumns(Lanes values, Where to)
 {
-    const auto bytes = __builtin_convertvector(values, HalfBytes);
-    __builtin_memcpy(to, &bytes, sizeof bytes);
+    store(values, to(0));
 }
 
 /// What is too much for 16 bits wraps around.
@@ -83,22 +86,50 @@ HWY_INLINE Lanes whereNegative(Lanes values)
     return values < 0;
 }
 
-/// values * share / 16, rounded down. Products fit 16 bits: for a share of 7, values up to 4681.
-HWY_INLINE Lanes sixteenths(Lanes values, int share)
+typedef int Wide __attribute__((vector_size(lanes * sizeof(int))));
+
+/// What is too much for 16 bits becomes the most they hold.
+HWY_INLINE Lanes saturatedSum(Lanes left, Lanes right)
 {
-    return values * constant(share) >> 4;
+#ifdef __SSE2__
+    return reinterpret_cast<Lanes>(
+        _mm_adds_epi16(reinterpret_cast<__m128i>(left), reinterpret_cast<__m128i>(right)));
+#else
+    const Wide sum = __builtin_convertvector(left, Wide) + __builtin_convertvector(right, Wide);
+    const Wide upTo = sum < 32767 ? sum : Wide{} + 32767;
+    return __builtin_convertvector(upTo > -32768 ? upTo : Wide{} - 32768, Lanes);
+#endif
 }
 
-/// values * 27 / 2048, rounded down.
-HWY_INLINE Lanes twentySevenOf2048(Lanes values)
+/// The upper 16 bits of the products.
+HWY_INLINE Lanes highProduct(Lanes left, Lanes right)
 {
-    return ((values >> 5) * constant(27) + ((values & constant(31)) * constant(27) >> 5)) >> 6;
+#ifdef __SSE2__
+    return reinterpret_cast<Lanes>(
+        _mm_mulhi_epi16(reinterpret_cast<__m128i>(left), reinterpret_cast<__m128i>(right)));
+#else
+    return __builtin_convertvector(
+        __builtin_convertvector(left, Wide) * __builtin_convertvector(right, Wide) >> 16, Lanes);
+#endif
 }
 
-/// values * 17 / 2048, for multiples of 2048.
-HWY_INLINE Lanes seventeenOf2048(Lanes values)
+/// `values` where no bit of `mask` is set, else 0.
+HWY_INLINE Lanes cleared(Lanes mask, Lanes values)
 {
-    return (values >> 7) + (values >> 11);
+    return values & ~mask;
+}
+
+/// Two lines of levels, in steps of 2048, as greys, 17 for each level: a byte from either in turn.
+HWY_INLINE Lanes greysOf(Lanes first, Lanes second)
+{
+    const Lanes both = first >> 11 | second >> 3;
+    return both | both << 4;
+}
+
+/// All bits set where they are equal, else none.
+HWY_INLINE Lanes whereEqual(Lanes left, Lanes right)
+{
+    return left == right;
 }
 
 /// All bits set where a value is 0, else none.
@@ -120,15 +151,15 @@ HWY_INLINE Lanes moved(Lanes next, Lanes values)
         return reinterpret_cast<Lanes>(here << 16 | further >> 48);
 }
 
-/// The first halves of both, a byte from either in turn.
-HWY_INLINE Bytes firstHalves(Bytes left, Bytes right)
+/// The first halves of both, a lane from either in turn; from 16 bytes to 16 bytes.
+HWY_INLINE Lanes firstHalves(Lanes left, Lanes right)
 {
-    return __builtin_shufflevector(left, right, 0, 16, 1, 17, 2, 18, 3, 19, 4, 20, 5, 21, 6, 22, 7, 23);
+    return __builtin_shufflevector(left, right, 0, 8, 1, 9, 2, 10, 3, 11);
 }
 
-HWY_INLINE Bytes secondHalves(Bytes left, Bytes right)
+HWY_INLINE Lanes secondHalves(Lanes left, Lanes right)
 {
-    return __builtin_shufflevector(left, right, 8, 24, 9, 25, 10, 26, 11, 27, 12, 28, 13, 29, 14, 30, 15, 31);
+    return __builtin_shufflevector(left, right, 4, 12, 5, 13, 6, 14, 7, 15);
 }
 
 #else
@@ -137,8 +168,6 @@ namespace hn = hwy::HWY_NAMESPACE;
 
 using Tag = hn::CappedTag<std::int16_t, 16>;
 using Lanes = hn::Vec<Tag>;
-using ByteTag = hn::Full128<std::uint8_t>;
-using Bytes = hn::Vec<ByteTag>;
 
 constexpr std::ptrdiff_t lanes = hn::MaxLanes(Tag());
 
@@ -164,10 +193,17 @@ HWY_INLINE void store(Vector values, hn::TFromV<Vector> *to)
     hn::StoreU(values, hn::DFromV<Vector>(), to);
 }
 
-HWY_INLINE void storeAsBytes(Lanes values, std::uint8_t *to)
+template <typename Vector, typename Where>
+HWY_INLINE void storeColumns(Vector values, Where to)
 {
-    const hn::Rebind<std::uint8_t, Tag> narrow;
-    hn::StoreU(hn::DemoteTo(narrow, values), narrow, to);
+    const hn::Full128<std::uint8_t> column;
+    const auto bytes = hn::BitCast(hn::Repartition<std::uint8_t, Tag>(), values);
+    if constexpr (sizeof(Vector) == 16) {
+        hn::StoreU(bytes, column, to(0));
+    } else {
+        hn::StoreU(hn::LowerHalf(column, bytes), column, to(0));
+        hn::StoreU(hn::UpperHalf(column, bytes), column, to(1));
+    }
 }
 
 HWY_INLINE Lanes wrappingSum(Lanes left, Lanes right)
@@ -190,19 +226,30 @@ HWY_INLINE Lanes whereNegative(Lanes values)
     return hn::BroadcastSignBit(values);
 }
 
-HWY_INLINE Lanes sixteenths(Lanes values, int share)
+HWY_INLINE Lanes saturatedSum(Lanes left, Lanes right)
 {
-    return hn::MulHigh(values, constant(share << 12));
+    return hn::SaturatedAdd(left, right);
 }
 
-HWY_INLINE Lanes twentySevenOf2048(Lanes values)
+HWY_INLINE Lanes cleared(Lanes mask, Lanes values)
 {
-    return hn::MulHigh(values, constant(27 << 5));
+    return hn::AndNot(mask, values);
 }
 
-HWY_INLINE Lanes seventeenOf2048(Lanes values)
+HWY_INLINE Lanes highProduct(Lanes left, Lanes right)
 {
-    return hn::MulHigh(values, constant(17 << 5));
+    return hn::MulHigh(left, right);
+}
+
+HWY_INLINE Lanes greysOf(Lanes first, Lanes second)
+{
+    const Lanes both = hn::ShiftRight<11>(first) | hn::ShiftRight<3>(second);
+    return both | hn::ShiftLeft<4>(both);
+}
+
+HWY_INLINE Lanes whereEqual(Lanes left, Lanes right)
+{
+    return hn::VecFromMask(Tag(), hn::Eq(left, right));
 }
 
 HWY_INLINE Lanes whereZero(Lanes values)
@@ -219,17 +266,23 @@ HWY_INLINE Lanes moved(Lanes next, Lanes values)
         return hn::CombineShiftRightBytes<2>(tag, hn::ConcatLowerUpper(tag, next, values), values);
 }
 
-HWY_INLINE Bytes firstHalves(Bytes left, Bytes right)
+HWY_INLINE Lanes firstHalves(Lanes left, Lanes right)
 {
-    return hn::InterleaveLower(ByteTag(), left, right);
+    return hn::InterleaveLower(Tag(), left, right);
 }
 
-HWY_INLINE Bytes secondHalves(Bytes left, Bytes right)
+HWY_INLINE Lanes secondHalves(Lanes left, Lanes right)
 {
-    return hn::InterleaveUpper(ByteTag(), left, right);
+    return hn::InterleaveUpper(Tag(), left, right);
 }
 
 #endif
+
+/// Lets the compiler forget what it knows of the values there.
+HWY_INLINE void hide(void *values)
+{
+    asm volatile("" : : "r"(values) : "memory");
+}
 
 } // namespace lindenreed::pixels::HWY_NAMESPACE
 

@@ -14,8 +14,11 @@ std::int16_t placeOf(double wanted, const Luminances &levels)
     while (level + 2 < levels.size() && levels[level + 1] <= wanted)
         ++level;
     const double fraction = (wanted - levels[level]) / (levels[level + 1] - levels[level]);
-    return static_cast<std::int16_t>(
-        std::lround((double(level) + std::clamp(fraction, 0.0, 1.0)) * levelStep));
+    const auto place
+        = static_cast<int>(std::lround((double(level) + std::clamp(fraction, 0.0, 1.0)) * levelStep));
+    const int beyond = place % levelStep;
+    return static_cast<std::int16_t>(beyond == 0 ? place
+                                                 : place - beyond + std::clamp(beyond | 1, 3, levelStep - 3));
 }
 
 } // namespace

@@ -17,7 +17,8 @@ using Luminances = std::array<double, 16>;
  * For each of the 256 greys its place among the 16 levels, 0 to 15 * levelStep, never falling.
  *
  * Neighbouring pixels mix in the eye as light. A grey between two levels stands where their mixture has its
- * luminance: at a quarter of the way, a quarter of the pixels get the lighter level.
+ * luminance: at a quarter of the way, a quarter of the pixels get the lighter level. There it is odd, and
+ * neither next to a level: that tells the diffusion without a calculation what is a level and what is not.
  */
 using LevelCurve = std::array<std::int16_t, 256>;
 

@@ -36,6 +36,7 @@ class tst_LevelCurve : public QObject
 private slots:
     void evenLevelsStay();
     void risesEverywhere();
+    void levelsAreTold();
     void knownLuminances_data();
     void knownLuminances();
     void byGamma();
@@ -57,6 +58,17 @@ void tst_LevelCurve::risesEverywhere()
     const LevelCurve onPaper = curveFor(paper);
     for (const LevelCurve &curve : {evenLevels(), onPaper})
         QVERIFY(std::adjacent_find(curve.begin(), curve.end(), std::greater_equal<>()) == curve.end());
+}
+
+void tst_LevelCurve::levelsAreTold()
+{
+    const LevelCurve onPaper = curveFor(paper);
+    for (const LevelCurve &curve : {evenLevels(), onPaper, mirrored(evenLevels()), mirrored(onPaper)}) {
+        for (const int place : curve) {
+            const int beyond = place % levelStep;
+            QVERIFY(beyond == 0 || (beyond % 2 == 1 && beyond > 1 && beyond < levelStep - 1));
+        }
+    }
 }
 
 void tst_LevelCurve::knownLuminances_data()
