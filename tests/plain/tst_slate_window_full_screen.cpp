@@ -9,6 +9,8 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <memory>
+
 using namespace Qt::StringLiterals;
 using namespace lindenreed::remote;
 
@@ -140,9 +142,9 @@ void tst_SlateWindowFullScreen::fingers()
     QCOMPARE(m_asked->at(0).at(1).toJsonObject(), (QJsonObject{{u"x"_s, 100}, {u"y"_s, 399}}));
 
     // A touch that nobody takes is a mouse.
-    QPointingDevice *touch = QTest::createTouchDevice();
-    QTest::touchEvent(m_view.get(), touch).press(0, QPoint(260, 210), m_view.get());
-    QTest::touchEvent(m_view.get(), touch).release(0, QPoint(260, 210), m_view.get());
+    const std::unique_ptr<QPointingDevice> touch(QTest::createTouchDevice());
+    QTest::touchEvent(m_view.get(), touch.get()).press(0, QPoint(260, 210), m_view.get());
+    QTest::touchEvent(m_view.get(), touch.get()).release(0, QPoint(260, 210), m_view.get());
     QTRY_COMPARE(m_asked->size(), 2);
     QCOMPARE(m_asked->at(1).at(1).toJsonObject(), (QJsonObject{{u"x"_s, 10}, {u"y"_s, 10}}));
 }
