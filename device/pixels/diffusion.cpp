@@ -21,6 +21,7 @@ namespace lindenreed::pixels::HWY_NAMESPACE {
 /// Rows that are diffused at once.
 constexpr std::ptrdiff_t bandRows = lanes;
 static_assert(lanes <= errorMargin);
+static_assert(levelStep == 2048, "greysOf() turns levels into greys");
 
 /// How far a row is behind the one above: a pixel needs the one above to the right.
 constexpr std::ptrdiff_t lag = 2;
@@ -158,21 +159,13 @@ HWY_INLINE Lanes diffuseLine(Lanes places, Lanes first, Course &course, const Po
     return levels;
 }
 
-/// Where a row's pixels of a block are: all of them inside it, none, or some.
-enum class Share { All, None, Some };
-
-HWY_INLINE Share shareOf(const Band &band, std::ptrdiff_t row, std::ptrdiff_t x)
-{
-    if (row >= band.rows || x + blockLines <= 0 || x >= band.width)
-        return Share::None;
-    return x >= 0 && x + blockLines <= band.width ? Share::All : Share::Some;
-}
-
 /// The lines of a block in which a row is inside: from the first to before the second.
 struct Lines
 {
     std::ptrdiff_t begin;
     std::ptrdiff_t end;
+
+    bool areAll() const { return end - begin == blockLines; }
 };
 
 HWY_INLINE Lines linesInside(const Band &band, std::ptrdiff_t row, std::ptrdiff_t x)
@@ -210,7 +203,7 @@ HWY_NOINLINE void gatherPair(const Band &band, std::ptrdiff_t firstLine, std::pt
 {
     const std::ptrdiff_t x = firstLine - lag * row;
     std::int16_t *pair = block + (bandRows - 2 - row);
-    if (shareOf(band, row, x) == Share::All && shareOf(band, row + 1, x - lag) == Share::All) {
+    if (linesInside(band, row, x).areAll() && linesInside(band, row + 1, x - lag).areAll()) {
         gatherWhole(*band.tables, band.row(row) + x, band.row(row + 1) + x - lag, pair);
         return;
     }
@@ -244,8 +237,8 @@ HWY_INLINE void giveBack(const Band &band, std::ptrdiff_t firstLine, Lanes (&gre
 {
     transpose(greys);
     const auto rowOf = [](std::ptrdiff_t part, std::ptrdiff_t i) { return bandRows - 1 - (part * 8 + i); };
-    if (band.rows == bandRows && shareOf(band, 0, firstLine) == Share::All
-        && shareOf(band, bandRows - 1, firstLine - steepness) == Share::All) {
+    if (linesInside(band, 0, firstLine).areAll()
+        && linesInside(band, bandRows - 1, firstLine - steepness).areAll()) {
         for (std::ptrdiff_t i = 0; i < 8; ++i) {
             storeColumns(greys[i], [&](std::ptrdiff_t part) {
                 const std::ptrdiff_t row = rowOf(part, i);
