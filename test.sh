@@ -48,7 +48,8 @@ once_more=(--repeat until-pass:2)
 step() { printf '\n=== %s (%s)\n' "$1" "$(date +%T)"; }
 
 build() { # PRESET UNIT_TESTS [TARGETS...]
-    cmake --preset "$1" -DSLATE_WARNINGS_AS_ERRORS=ON -DSLATE_UNIT_TESTS="$2" >/dev/null
+    cmake --preset "$1" -DSLATE_WARNINGS_AS_ERRORS=ON -DSLATE_UNIT_TESTS="$2" \
+        -DSLATE_BENCHMARKS="$([ "$1" = release ] && echo ON || echo OFF)" >/dev/null
     cmake --build "build/$1" --parallel "$jobs" ${3:+--target "${@:3}"} -- --quiet
 }
 

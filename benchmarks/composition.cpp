@@ -5,6 +5,7 @@
 
 #include <panel.h>
 #include <profile.h>
+#include <turned_size.h>
 
 #include <QImage>
 
@@ -43,7 +44,7 @@ void compose(benchmark::State &state, int orientation)
         return;
     }
     panel->setOrientation(orientation);
-    const QSize screen = orientation == 0 ? profile.panelSize : profile.panelSize.transposed();
+    const QSize screen = device::turnedSize(profile.panelSize, orientation);
     const QImage window = windowOf(screen);
     const QRect area(QPoint(0, 0), screen);
     for ([[maybe_unused]] auto iteration : state) {
@@ -62,6 +63,11 @@ void composeUpright(benchmark::State &state)
 void composeTurned(benchmark::State &state)
 {
     compose(state, 1);
+}
+
+void composeUpsideDown(benchmark::State &state)
+{
+    compose(state, 3);
 }
 
 void composeReference(benchmark::State &state)
@@ -89,6 +95,7 @@ void onBothPanels(benchmark::internal::Benchmark *measured)
 
 BENCHMARK(composeUpright)->Apply(onBothPanels);
 BENCHMARK(composeTurned)->Apply(onBothPanels);
+BENCHMARK(composeUpsideDown)->Apply(onBothPanels);
 BENCHMARK(composeReference)->Apply(onBothPanels);
 
 } // namespace

@@ -4,11 +4,17 @@
 #include "named_screen.h"
 #include "stored_database.h"
 
+#include <panel_file.h>
+#include <slateview.h>
+
 #include <QDir>
+#include <QFile>
 #include <QImage>
+#include <QScopeGuard>
 #include <QSet>
 #include <QTest>
 
+#include <algorithm>
 #include <memory>
 
 using namespace Qt::StringLiterals;
@@ -26,6 +32,8 @@ private slots:
     void ownInterval();
     void typedOnTheKeyboard();
     void displayModeOfTheShow();
+    void fittedPictureIsAsDithered_data();
+    void fittedPictureIsAsDithered();
     void datesOfTheShow();
     void trialDropped();
     void fontOfTheMachine();
@@ -167,6 +175,46 @@ void tst_SettingsWorkflow::displayModeOfTheShow()
     const QImage picture = m_device->screenshot();
     for (int x = 0; x < picture.width(); ++x)
         QVERIFY(qGray(picture.pixel(x, 2)) == 0 && qGray(picture.pixel(x, picture.height() - 3)) == 0);
+}
+
+void tst_SettingsWorkflow::fittedPictureIsAsDithered_data()
+{
+    QTest::addColumn<int>("width");
+    QTest::addColumn<int>("left");
+    QTest::newRow("margins of one width") << 702 << 28;
+    QTest::newRow("margins of two") << 701 << 28;
+}
+
+void tst_SettingsWorkflow::fittedPictureIsAsDithered()
+{
+    QFETCH(int, width);
+    QFETCH(int, left);
+    QImage picture(width, 1024, QImage::Format_Grayscale8);
+    for (int y = 0; y < 1024; ++y) {
+        for (int x = 0; x < width; ++x)
+            picture.scanLine(y)[x] = uchar((x * x / 700 + y) & 0xff);
+    }
+    const QString first = u"/mnt/ext1/Photo/01.jpg"_s;
+    QVERIFY(QFile::rename(first, first + u".kept"_s) && picture.save(first, "PNG"));
+    const auto back = qScopeGuard([&] {
+        QFile::remove(first);
+        QFile::rename(first + u".kept"_s, first);
+    });
+
+    QVERIFY(start());
+    QVERIFY(m_device->walk(
+        {u"press Slideshow settings"_s, u"touch Display mode"_s, u"touch Fit on black"_s, u"press Back"_s}));
+    QVERIFY(m_device->play());
+    QuickFloyd16Dither(picture.scanLine(0), int(picture.bytesPerLine()), 0, 0, width, 1024);
+    QString error;
+    const auto panel = lindenreed::remote::readPanel(u"/devroot/run/panel"_s, &error);
+    QVERIFY2(panel, qUtf8Printable(error));
+    for (int y = 0; y < 900; ++y) { // below stands the date
+        const uchar *row = panel->glass.constScanLine(y);
+        QVERIFY(std::count(row, row + left, 0) == left
+                && std::count(row + left + width, row + 758, 0) == 758 - left - width);
+        QVERIFY(std::equal(row + left, row + left + width, picture.constScanLine(y)));
+    }
 }
 
 void tst_SettingsWorkflow::datesOfTheShow()
