@@ -1,15 +1,15 @@
 #include "message_bus.h"
 
+#include "socket_address.h"
+
 #include <QDBusConnection>
 #include <QDBusError>
 #include <QDBusPendingCallWatcher>
 
 #include <cerrno>
-#include <cstring>
+#include <optional>
 #include <utility>
 
-#include <sys/socket.h>
-#include <sys/un.h>
 #include <unistd.h>
 
 namespace lindenreed::device {
@@ -31,16 +31,14 @@ bool isCongested(const QString &address)
 {
     const QByteArray path
         = QByteArray::fromPercentEncoding(address.section(u"path="_s, 1).section(u',', 0, 0).toUtf8());
-    sockaddr_un name = {};
-    if (path.isEmpty() || path.size() >= qsizetype(sizeof(name.sun_path)))
+    const std::optional<sockaddr_un> name = socketAddress(path);
+    if (path.isEmpty() || !name)
         return false;
-    name.sun_family = AF_UNIX;
-    std::memcpy(name.sun_path, path.constData(), std::size_t(path.size()));
     const int probe = ::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0);
     if (probe < 0)
         return true;
     const bool waits
-        = ::connect(probe, reinterpret_cast<const sockaddr *>(&name), sizeof(name)) != 0 && errno == EAGAIN;
+        = ::connect(probe, reinterpret_cast<const sockaddr *>(&*name), sizeof(*name)) != 0 && errno == EAGAIN;
     ::close(probe);
     return waits;
 }

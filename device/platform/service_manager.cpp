@@ -1,11 +1,11 @@
 #include "service_manager.h"
 
+#include <socket_address.h>
+
 #include <algorithm>
 #include <cstddef>
-#include <cstring>
+#include <optional>
 
-#include <sys/socket.h>
-#include <sys/un.h>
 #include <unistd.h>
 
 namespace lindenreed::device {
@@ -29,19 +29,17 @@ void ServiceManager::tellReady()
 
 void ServiceManager::tell(QByteArrayView state) const
 {
-    sockaddr_un address = {};
-    address.sun_family = AF_UNIX;
-    if (m_socket.isEmpty() || m_socket.size() >= qsizetype(sizeof address.sun_path))
+    std::optional<sockaddr_un> address = socketAddress(m_socket);
+    if (m_socket.isEmpty() || !address)
         return;
-    std::memcpy(address.sun_path, m_socket.constData(), std::size_t(m_socket.size()));
-    if (address.sun_path[0] == '@') // not in the file system
-        address.sun_path[0] = '\0';
+    if (address->sun_path[0] == '@') // not in the file system
+        address->sun_path[0] = '\0';
     const int sender = ::socket(AF_UNIX, SOCK_DGRAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0);
     if (sender < 0)
         return;
     const auto length = socklen_t(offsetof(sockaddr_un, sun_path) + std::size_t(m_socket.size()));
     ::sendto(sender, state.data(), std::size_t(state.size()), MSG_NOSIGNAL,
-             reinterpret_cast<const sockaddr *>(&address), length);
+             reinterpret_cast<const sockaddr *>(&*address), length);
     ::close(sender);
 }
 

@@ -1,5 +1,7 @@
 #include "listening_socket.h"
 
+#include <socket_address.h>
+
 #include <QFile>
 
 #include <cerrno>
@@ -8,9 +10,7 @@
 #include <cstring>
 #include <optional>
 
-#include <sys/socket.h>
 #include <sys/stat.h>
-#include <sys/un.h>
 #include <unistd.h>
 
 namespace lindenreed::remote {
@@ -22,21 +22,10 @@ namespace {
 
 constexpr int kind = SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK;
 
-/// Nothing where the name is too long for one.
-std::optional<sockaddr_un> addressOf(const QByteArray &name)
-{
-    sockaddr_un address = {};
-    address.sun_family = AF_UNIX;
-    if (std::size_t(name.size()) >= sizeof(address.sun_path))
-        return std::nullopt;
-    std::memcpy(address.sun_path, name.constData(), std::size_t(name.size()));
-    return address;
-}
-
 /// Whether a process answers on this socket.
 bool hasListener(const QByteArray &name)
 {
-    const std::optional<sockaddr_un> address = addressOf(name);
+    const std::optional<sockaddr_un> address = device::socketAddress(name);
     if (!address)
         return false;
     const int probe = ::socket(AF_UNIX, kind, 0);
@@ -87,7 +76,7 @@ bool ListeningSocket::listen(const QString &path, QString *error)
 
     // It gets its name when it listens: who sees it may knock.
     const QByteArray before = name + '~';
-    const std::optional<sockaddr_un> address = addressOf(before);
+    const std::optional<sockaddr_un> address = device::socketAddress(before);
     if (!address)
         return refuse(u"The name of the control socket %1 is too long."_s.arg(path));
     ::unlink(before.constData());
