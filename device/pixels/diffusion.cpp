@@ -176,6 +176,13 @@ HWY_INLINE Lines linesInside(const Band &band, std::ptrdiff_t row, std::ptrdiff_
     return {x < 0 ? -x : 0, left < blockLines ? left : blockLines};
 }
 
+HWY_INLINE std::size_t twoPixels(const std::uint8_t *from)
+{
+    std::uint16_t pixels;
+    __builtin_memcpy(&pixels, from, 2);
+    return pixels;
+}
+
 /// Gathers the places of two rows, a block's lines of each. Loads and stores are what this waits for: two
 /// pixels are loaded at once, and two rows stored.
 HWY_INLINE void gatherWhole(const Tables &tables, const std::uint8_t *upper, const std::uint8_t *lower,
@@ -187,10 +194,8 @@ HWY_INLINE void gatherWhole(const Tables &tables, const std::uint8_t *upper, con
     };
     constexpr std::ptrdiff_t later = std::endian::native == std::endian::little ? 1 : 0;
     for (std::ptrdiff_t line = 0; line < blockLines; line += 2) {
-        std::uint16_t upperPixels;
-        std::uint16_t lowerPixels;
-        __builtin_memcpy(&upperPixels, upper + line, 2);
-        __builtin_memcpy(&lowerPixels, lower + line, 2);
+        const std::size_t upperPixels = twoPixels(upper + line);
+        const std::size_t lowerPixels = twoPixels(lower + line);
         place(line + 1 - later, upperPixels & 255, lowerPixels & 255);
         place(line + later, upperPixels >> 8, lowerPixels >> 8);
     }
@@ -236,25 +241,29 @@ HWY_INLINE void transpose(Lanes (&lines)[blockLines / 2])
 HWY_INLINE void giveBack(const Band &band, std::ptrdiff_t firstLine, Lanes (&greys)[blockLines / 2])
 {
     transpose(greys);
-    const auto rowOf = [](std::ptrdiff_t part, std::ptrdiff_t i) { return bandRows - 1 - (part * 8 + i); };
     if (linesInside(band, 0, firstLine).areAll()
         && linesInside(band, bandRows - 1, firstLine - steepness).areAll()) {
+        const std::ptrdiff_t toLower = band.stride - lag;
+        std::uint8_t *row = band.pixels + firstLine + (bandRows - 1) * toLower;
         for (std::ptrdiff_t i = 0; i < 8; ++i) {
-            storeColumns(greys[i], [&](std::ptrdiff_t part) {
-                const std::ptrdiff_t row = rowOf(part, i);
-                return band.row(row) + firstLine - lag * row;
-            });
+            storeColumns(greys[i], [&](std::ptrdiff_t part) { return row - part * 8 * toLower; });
+            row -= toLower;
         }
         return;
     }
+    const auto rowOf = [](std::ptrdiff_t part, std::ptrdiff_t i) { return bandRows - 1 - (part * 8 + i); };
     HWY_ALIGN std::uint8_t rows[bandRows][blockLines];
     for (std::ptrdiff_t i = 0; i < 8; ++i)
         storeColumns(greys[i], [&](std::ptrdiff_t part) { return rows[rowOf(part, i)]; });
     for (std::ptrdiff_t row = 0; row < band.rows; ++row) {
-        const std::ptrdiff_t x = firstLine - lag * row;
-        const auto [begin, end] = linesInside(band, row, x);
-        for (std::ptrdiff_t line = begin; line < end; ++line)
-            band.row(row)[x + line] = rows[row][line];
+        std::uint8_t *const to = band.row(row) + firstLine - lag * row;
+        const Lines inside = linesInside(band, row, firstLine - lag * row);
+        if (inside.areAll()) {
+            __builtin_memcpy(to, rows[row], blockLines);
+            continue;
+        }
+        for (std::ptrdiff_t line = inside.begin; line < inside.end; ++line)
+            to[line] = rows[row][line];
     }
 }
 
@@ -284,17 +293,20 @@ HWY_INLINE void diffuseBlock(const Band &band, std::ptrdiff_t firstLine, const s
     const bool nextIsWhole = !AtSides && firstLine + 2 * blockLines <= band.width;
     const std::ptrdiff_t toLower = band.stride - lag;
     const std::uint8_t *next = band.pixels + firstLine + blockLines;
+    const Tables &tables = *band.tables;
+    std::int16_t *const errors = band.errors;
+    const std::ptrdiff_t width = band.width;
     Lanes greys[blockLines / 2];
     const auto diffuseNext = [&](std::ptrdiff_t i) {
         const std::ptrdiff_t line = firstLine + i;
-        const bool hasAbove = !AtSides || line < band.width;
-        const Lanes first = hasAbove ? load<Lanes>(band.errors + line) : constant(0);
+        const bool hasAbove = !AtSides || line < width;
+        const Lanes first = hasAbove ? load<Lanes>(errors + line) : constant(0);
         const Lanes levels
             = diffuseLine<AtSides>(load<Lanes>(places + i * bandRows), first, course, where, constants);
         // Later lines make good what this writes beyond its one pixel.
         const std::ptrdiff_t left = line - steepness - 1;
-        if (!AtSides || (left >= 0 && left < band.width))
-            store(course.below, band.errors + left);
+        if (!AtSides || (left >= 0 && left < width))
+            store(course.below, errors + left);
         if constexpr (AtSides)
             where.advance();
         return levels;
@@ -303,7 +315,7 @@ HWY_INLINE void diffuseBlock(const Band &band, std::ptrdiff_t firstLine, const s
         if (i % linesPerPair == 0) {
             const std::ptrdiff_t row = i / linesPerPair * 2;
             if (nextIsWhole) {
-                gatherWhole(*band.tables, next, next + toLower, nextPlaces + (bandRows - 2 - row));
+                gatherWhole(tables, next, next + toLower, nextPlaces + (bandRows - 2 - row));
                 next += 2 * toLower;
             } else {
                 gatherPair(band, firstLine + blockLines, row, nextPlaces);

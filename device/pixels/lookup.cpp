@@ -14,9 +14,7 @@ HWY_BEFORE_NAMESPACE();
 
 namespace lindenreed::pixels::HWY_NAMESPACE {
 
-#if HWY_TARGET == HWY_SCALAR || HWY_TARGET == HWY_EMU128
-
-void lookUpAll(std::uint8_t *bytes, std::size_t count, const ByteTable &table)
+HWY_INLINE void lookUpAlone(std::uint8_t *bytes, std::size_t count, const ByteTable &table)
 {
     // A round of one byte is so short that where its code happens to lie doubles the time.
 #pragma GCC unroll 8
@@ -24,52 +22,132 @@ void lookUpAll(std::uint8_t *bytes, std::size_t count, const ByteTable &table)
         bytes[i] = table[bytes[i]];
 }
 
+#if HWY_TARGET == HWY_SCALAR || HWY_TARGET == HWY_EMU128
+
+void lookUpRows(const Bytes &bytes, const ByteTable &table)
+{
+    for (std::size_t y = 0; y < bytes.height; ++y)
+        lookUpAlone(bytes.first + y * bytes.stride, bytes.width, table);
+}
+
 #else
 
 namespace hn = hwy::HWY_NAMESPACE;
 
-void lookUpAll(std::uint8_t *bytes, std::size_t count, const ByteTable &table)
+const hn::ScalableTag<std::uint8_t> tag;
+const hn::RebindToSigned<decltype(tag)> signedTag;
+using Vector = hn::Vec<decltype(tag)>;
+constexpr std::size_t size = hn::MaxLanes(tag);
+
+/// Vectors at a time. AVX2 has no registers for all tables, and would wait for loading them for each.
+constexpr std::size_t together = HWY_TARGET == HWY_AVX2 ? 4 : 1;
+
+struct Chunk
 {
-    const hn::ScalableTag<std::uint8_t> tag;
-    const hn::RebindToSigned<decltype(tag)> signedTag;
-    using Vector = hn::Vec<decltype(tag)>;
-    constexpr std::size_t size = hn::MaxLanes(tag);
+    Vector vectors[together];
+};
 
-    // A lookup gives 0 for a negative index. An index that is 16 less from table to table is not negative in
-    // all tables up to the byte's own; what these hold is the difference to the one before, so that their sum
-    // is the entry.
-    Vector differences[16];
-    for (std::size_t part = 0; part < 16; ++part) {
-        const Vector entries = hn::LoadDup128(tag, table.data() + part * 16);
-        const bool isFirst = part % 8 == 0; // of the bytes below 128, and of those above
-        differences[part]
-            = isFirst ? entries : hn::Xor(entries, hn::LoadDup128(tag, table.data() + part * 16 - 16));
+HWY_INLINE Chunk load(const std::uint8_t *from)
+{
+    Chunk chunk;
+    for (std::size_t i = 0; i < together; ++i)
+        chunk.vectors[i] = hn::LoadU(tag, from + i * size);
+    return chunk;
+}
+
+HWY_INLINE void store(const Chunk &chunk, std::uint8_t *to)
+{
+    for (std::size_t i = 0; i < together; ++i)
+        hn::StoreU(chunk.vectors[i], tag, to + i * size);
+}
+
+/**
+ * A lookup gives 0 for a negative index. An index that is 16 less from table to table is not negative in all
+ * tables up to the byte's own; what these hold is the difference to the one before, so that their sum is the
+ * entry. The bytes below 128 and those from there on have a sum each.
+ */
+struct Tables
+{
+    HWY_ALIGN std::uint8_t below[8][size];
+    HWY_ALIGN std::uint8_t above[8][size];
+};
+
+HWY_INLINE Tables tablesOf(const ByteTable &table)
+{
+    Tables tables;
+    for (std::size_t part = 0; part < 8; ++part) {
+        const auto difference = [&](const std::uint8_t *entries) {
+            const Vector own = hn::LoadDup128(tag, entries + part * 16);
+            return part == 0 ? own : hn::Xor(own, hn::LoadDup128(tag, entries + part * 16 - 16));
+        };
+        hn::Store(difference(table.data()), tag, tables.below[part]);
+        hn::Store(difference(table.data() + 128), tag, tables.above[part]);
     }
-    const auto sixteen = hn::Set(signedTag, 16);
-    // Within a table, or negative still. A lookup of x86 looks at these bits alone.
-    const auto indexOf = [&](auto shifted) {
-        const Vector index = hn::BitCast(tag, shifted);
-        return HWY_ARCH_X86 ? index : hn::And(index, hn::Set(tag, 0x8F));
-    };
-    const auto entriesOf = [&](Vector values) {
-        auto lower = hn::BitCast(signedTag, values); // negative from 128 on
-        auto upper = hn::BitCast(signedTag, hn::Xor(values, hn::Set(tag, 128)));
-        Vector found = hn::Zero(tag);
-        for (std::size_t part = 0; part < 8; ++part) {
-            found = hn::Xor(found,
-                            hn::Xor(hn::TableLookupBytesOr0(differences[part], indexOf(lower)),
-                                    hn::TableLookupBytesOr0(differences[part + 8], indexOf(upper))));
-            lower = hn::SaturatedSub(lower, sixteen);
-            upper = hn::SaturatedSub(upper, sixteen);
-        }
-        return found;
-    };
+    return tables;
+}
 
-    std::size_t i = 0;
-    for (; i + size <= count; i += size)
-        hn::StoreU(entriesOf(hn::LoadU(tag, bytes + i)), tag, bytes + i);
-    for (; i < count; ++i)
-        bytes[i] = table[bytes[i]];
+/// Within a table, or negative still. A lookup of x86 looks at these bits alone.
+HWY_INLINE Vector indexOf(hn::Vec<decltype(signedTag)> shifted)
+{
+    const Vector index = hn::BitCast(tag, shifted);
+    return HWY_ARCH_X86 ? index : hn::And(index, hn::Set(tag, 0x8F));
+}
+
+/// Lets the compiler forget where values come from: GCC would load them anew for each use.
+HWY_INLINE void keep(Vector &values)
+{
+#if HWY_ARCH_X86
+    asm("" : "+v"(values.raw));
+#endif
+}
+
+HWY_INLINE Chunk entriesOf(const Chunk &bytes, const Tables &tables)
+{
+    hn::Vec<decltype(signedTag)> shifted[together];
+    Chunk below;
+    Chunk above;
+    for (std::size_t i = 0; i < together; ++i) {
+        shifted[i] = hn::BitCast(signedTag, hn::And(bytes.vectors[i], hn::Set(tag, 127)));
+        below.vectors[i] = above.vectors[i] = hn::Zero(tag);
+    }
+    // Else GCC keeps the tables in registers, and puts what it works with into memory.
+#pragma GCC unroll(together == 1 ? 8 : 1)
+    for (std::size_t part = 0; part < 8; ++part) {
+        Vector tableBelow = hn::Load(tag, tables.below[part]);
+        Vector tableAbove = hn::Load(tag, tables.above[part]);
+        keep(tableBelow);
+        keep(tableAbove);
+        for (std::size_t i = 0; i < together; ++i) {
+            const Vector index = indexOf(shifted[i]);
+            below.vectors[i] = hn::Xor(below.vectors[i], hn::TableLookupBytesOr0(tableBelow, index));
+            above.vectors[i] = hn::Xor(above.vectors[i], hn::TableLookupBytesOr0(tableAbove, index));
+            shifted[i] = hn::Sub(shifted[i], hn::Set(signedTag, 16));
+        }
+    }
+    Chunk entries;
+    for (std::size_t i = 0; i < together; ++i) {
+        const auto isAbove = hn::Lt(hn::BitCast(signedTag, bytes.vectors[i]), hn::Zero(signedTag));
+        entries.vectors[i] = hn::IfThenElse(hn::RebindMask(tag, isAbove), above.vectors[i], below.vectors[i]);
+    }
+    return entries;
+}
+
+void lookUpRows(const Bytes &bytes, const ByteTable &table)
+{
+    const Tables tables = tablesOf(table);
+    for (std::size_t y = 0; y < bytes.height; ++y) {
+        std::uint8_t *const row = bytes.first + y * bytes.stride;
+        if (bytes.width < together * size) {
+            lookUpAlone(row, bytes.width, table);
+            continue;
+        }
+        // Those at the end first, before others that they overlap are replaced.
+        std::uint8_t *const end = row + bytes.width - together * size;
+        const Chunk last = entriesOf(load(end), tables);
+        for (std::uint8_t *chunk = row; chunk < end; chunk += together * size)
+            store(entriesOf(load(chunk), tables), chunk);
+        store(last, end);
+    }
 }
 
 #endif
@@ -84,13 +162,13 @@ namespace lindenreed::pixels {
 
 namespace {
 
-HWY_EXPORT(lookUpAll);
+HWY_EXPORT(lookUpRows);
 
 } // namespace
 
-void lookUp(std::uint8_t *bytes, std::size_t count, const ByteTable &table)
+void lookUp(const Bytes &bytes, const ByteTable &table)
 {
-    HWY_DYNAMIC_DISPATCH(lookUpAll)(bytes, count, table);
+    HWY_DYNAMIC_DISPATCH(lookUpRows)(bytes, table);
 }
 
 } // namespace lindenreed::pixels

@@ -1,4 +1,4 @@
-// A table for every byte of a row.
+// A table for every byte of a picture.
 
 #pragma once
 
@@ -10,7 +10,16 @@ namespace lindenreed::pixels {
 
 using ByteTable = std::array<std::uint8_t, 256>;
 
+/// Rows of bytes, `stride` bytes from one to the next.
+struct Bytes
+{
+    std::uint8_t *first;
+    std::size_t stride;
+    std::size_t width;
+    std::size_t height;
+};
+
 /// Replaces each byte by its entry, in place. Uses the best instruction set of the processor.
-void lookUp(std::uint8_t *bytes, std::size_t count, const ByteTable &table);
+void lookUp(const Bytes &bytes, const ByteTable &table);
 
 } // namespace lindenreed::pixels

@@ -39,10 +39,8 @@ void adjustTone(const Picture &picture, const Tone &tone)
     if (limited.brightness == 1.0 && limited.contrast == 1.0 && limited.gamma == 1.0)
         return;
 
-    const ByteTable curve = curveOf(limited);
-    const std::size_t bytes = picture.width * static_cast<std::size_t>(picture.bytesPerPixel);
-    for (std::size_t y = 0; y < picture.height; ++y)
-        lookUp(picture.data + y * picture.stride, bytes, curve);
+    const std::size_t bytesPerRow = picture.width * static_cast<std::size_t>(picture.bytesPerPixel);
+    lookUp({picture.data, picture.stride, bytesPerRow, picture.height}, curveOf(limited));
 }
 
 } // namespace lindenreed::pixels

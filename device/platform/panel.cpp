@@ -120,7 +120,7 @@ void Panel::copy(const QImage &picture, const QPoint &origin, const QRect &area,
                 else
                     std::reverse_copy(from, from + width, first);
                 if (!unchanging)
-                    pixels::lookUp(first, std::size_t(width), table);
+                    pixels::lookUp({first, 0, std::size_t(width), 1}, table);
                 return;
             }
             for (int x = 0; x < width; ++x, to += steps.right)
