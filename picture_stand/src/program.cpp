@@ -15,6 +15,7 @@
 #include <QThread>
 #include <QThreadPool>
 
+#include <clocale>
 #include <cstdlib>
 
 namespace lindenreed::picture_stand {
@@ -25,6 +26,8 @@ int runProgram(int argc, char **argv)
     setUpMemory();
     setenv("QT_QPA_PLATFORM", "lindenreed2", 1);
     setUpLanguage();
+    // Stays where the language's locale is not installed. Qt 6.8 complains of any encoding but UTF-8.
+    std::setlocale(LC_CTYPE, "C.UTF-8");
     QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
     QGuiApplication application(argc, argv);
     // Jobs that read ahead let others run beside them: one that has not ended when the next begins, and one

@@ -21,6 +21,8 @@
 
 #include <cstdlib>
 
+#include <langinfo.h>
+
 using namespace Qt::StringLiterals;
 using lindenreed::device::Device;
 using lindenreed::device::SdkCall;
@@ -32,6 +34,7 @@ struct Run
 {
     int result = -2;
     QByteArray language; ///< LANG when the application object comes up
+    QByteArray encoding; ///< of the process's locale, at that moment
     QByteArray platform; ///< QT_QPA_PLATFORM at that moment
     bool softwareDrawing = false; ///< at that moment
     QLocale locale;
@@ -123,6 +126,7 @@ void drive()
 void applicationComesUp()
 {
     theRun.language = qgetenv("LANG");
+    theRun.encoding = nl_langinfo(CODESET);
     theRun.platform = qgetenv("QT_QPA_PLATFORM");
     theRun.softwareDrawing = QQuickWindow::sceneGraphBackend() == "software"_L1;
     // What the program has to replace.
@@ -156,6 +160,7 @@ void tst_Program::firstSteps()
     // All of it before the application object, which takes it from there.
     QCOMPARE(theRun.platform, QByteArray("lindenreed2"));
     QCOMPARE(theRun.language, QByteArray("de_AT.UTF-8"));
+    QCOMPARE(theRun.encoding, QByteArray("UTF-8")); // also where no such locale is installed
     QVERIFY(theRun.softwareDrawing);
     // And what comes right after it.
     QCOMPARE(theRun.locale, QLocale(QLocale::German, QLocale::Austria));
