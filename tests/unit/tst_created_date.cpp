@@ -11,6 +11,7 @@
 #include <QRegularExpression>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QTimeZone>
 
 #include <libexif/exif-data.h>
 
@@ -128,9 +129,9 @@ void tst_CreatedDate::texts_data()
     QTest::newRow("without seconds") << std::string("2019:08:17 14:30") << inAugust.addSecs(-5);
     QTest::newRow("with a fraction") << std::string("2019:08:17 14:30:05.25") << inAugust.addMSecs(250);
     QTest::newRow("in UTC") << std::string("2019:08:17 14:30:05Z")
-                            << QDateTime(QDate(2019, 8, 17), QTime(14, 30, 5), Qt::UTC);
+                            << QDateTime(QDate(2019, 8, 17), QTime(14, 30, 5), QTimeZone::utc());
     QTest::newRow("with an offset") << std::string("2019:08:17 14:30:05+02:00")
-                                    << QDateTime(QDate(2019, 8, 17), QTime(12, 30, 5), Qt::UTC);
+                                    << QDateTime(QDate(2019, 8, 17), QTime(12, 30, 5), QTimeZone::utc());
     QTest::newRow("midnight as 24") << std::string("2019:08:17 24:00:00") << day.addDays(1);
     QTest::newRow("trailing blanks") << august + "   " << inAugust;
     QTest::newRow("no such hour") << std::string("2019:08:17 25:00:00") << QDateTime();

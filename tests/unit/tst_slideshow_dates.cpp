@@ -39,7 +39,8 @@ void tst_SlideshowDates::timeString_data()
     QTest::newRow("no time at all: the epoch")
         << QStringLiteral("%Y") << QDateTime() << QStringLiteral("1970");
     QTest::newRow("another zone than before")
-        << QStringLiteral("%d %H:%M") << QDateTime(QDate(2024, 5, 3), QTime(22, 4, 9), Qt::UTC)
+        << QStringLiteral("%d %H:%M")
+        << QDateTime::fromString(QStringLiteral("2024-05-03T22:04:09Z"), Qt::ISODate)
         << QStringLiteral("04 07:04");
     QTest::newRow("cut at 127 bytes") << QString(200, u'x') << morning << QString(127, u'x');
 }
