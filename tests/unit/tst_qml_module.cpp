@@ -1,6 +1,6 @@
 // The QML module as it lies in the program: resources, description, compiled units.
 
-#include <private/qqmlmetatype_p.h>
+#include "compiled_unit.h"
 
 #include <QDirIterator>
 #include <QFile>
@@ -237,8 +237,7 @@ void tst_QmlModule::components()
     QVERIFY(QFile::exists(prefix + path));
     // The unit that the QML compiler made at build time, not one made from the text at run time.
     const QUrl url(u"qrc"_s + prefix + path);
-    QQmlMetaType::CachedUnitLookupError error = QQmlMetaType::CachedUnitLookupError::NoError;
-    const QQmlPrivate::CachedQmlUnit *unit = QQmlMetaType::findCachedCompilationUnit(url, &error);
+    const QQmlPrivate::CachedQmlUnit *unit = compiledUnit(url);
     QVERIFY(unit);
     QVERIFY(unit->qmlData);
     QVERIFY(unit->aotCompiledFunctions);
@@ -260,8 +259,7 @@ void tst_QmlModule::unitsOfOtherAddresses()
     QFETCH(QUrl, url);
     QFETCH(bool, known);
 
-    QQmlMetaType::CachedUnitLookupError error = QQmlMetaType::CachedUnitLookupError::NoError;
-    QCOMPARE(QQmlMetaType::findCachedCompilationUnit(url, &error) != nullptr, known);
+    QCOMPARE(compiledUnit(url) != nullptr, known);
 }
 
 void tst_QmlModule::moduleIsRegistered_data()
