@@ -5,6 +5,7 @@
 #include <slateview.h>
 
 #include <QFile>
+#include <QSignalBlocker>
 
 #include <algorithm>
 #include <iterator>
@@ -88,29 +89,46 @@ void PlaylistModel::refreshData()
 }
 
 // The store's signal resets the model a second time inside the bracket. The outer one also reaches the views
-// when the store could not write and says nothing.
-qlonglong PlaylistModel::addItem(QString name)
+// when the store could not write and says nothing. Qt 6.8 warns of a reset within another, so Qt takes the
+// outer one for ended meanwhile, which nobody hears.
+void PlaylistModel::beginOuterReset()
 {
     beginResetModel();
-    const qlonglong id = DataStorage::instance().addPlaylist(name);
+    const QSignalBlocker unheard(this);
     endResetModel();
+}
+
+void PlaylistModel::endOuterReset()
+{
+    {
+        const QSignalBlocker unheard(this);
+        beginResetModel();
+    }
+    endResetModel();
+}
+
+qlonglong PlaylistModel::addItem(QString name)
+{
+    beginOuterReset();
+    const qlonglong id = DataStorage::instance().addPlaylist(name);
+    endOuterReset();
     emit countChanged();
     return id;
 }
 
 void PlaylistModel::deleteItem(qlonglong id)
 {
-    beginResetModel();
+    beginOuterReset();
     DataStorage::instance().deletePlaylist(id);
-    endResetModel();
+    endOuterReset();
     emit countChanged();
 }
 
 void PlaylistModel::editItem(qlonglong id, QString name)
 {
-    beginResetModel();
+    beginOuterReset();
     DataStorage::instance().updatePlaylist(id, name);
-    endResetModel();
+    endOuterReset();
 }
 
 QString PlaylistModel::getImage(int playlistId, int index)

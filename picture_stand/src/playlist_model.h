@@ -84,6 +84,8 @@ public slots:
 
 private:
     const DataStorage::Playlists *find(qlonglong id) const;
+    void beginOuterReset();
+    void endOuterReset();
 
     std::vector<DataStorage::Playlists> playlists;
     qlonglong m_activeId = 0;
