@@ -114,7 +114,7 @@ void tst_FolderRoles::valuesOfAStorage()
 {
     m_test->model.changeFolder({});
     const StorageItem root = MediaFixture::roots().constFirst();
-    QVERIFY(!root.freeSpace().isEmpty() && root.freeSpace() != root.totalSpace());
+    QVERIFY(!root.freeSpace().isEmpty()); // all of it, where the device is in memory
     QCOMPARE(values(0),
              QVariantList({u"/mnt/ext1"_s, u"This device"_s, 1, root.freeSpace(), root.totalSpace(),
                            u"%1 free\nof %2"_s.arg(root.freeSpace(), root.totalSpace()), false}));
