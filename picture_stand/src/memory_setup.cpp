@@ -1,5 +1,7 @@
 #include "memory_setup.h"
 
+#include <QImageReader>
+
 #include <malloc.h>
 
 namespace lindenreed::picture_stand {
@@ -13,6 +15,9 @@ void setUpMemory()
     mallopt(M_MMAP_THRESHOLD, 128 * 1024);
     mallopt(M_ARENA_MAX, 2);
 #endif
+    // What is read ahead is reckoned with it; Qt's own is 128 MiB, and 256 from 6.8 on.
+    constexpr int mebibytes = 128;
+    QImageReader::setAllocationLimit(mebibytes);
 }
 
 void giveFreeMemoryBack()

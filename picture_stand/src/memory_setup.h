@@ -4,7 +4,8 @@
 
 namespace lindenreed::picture_stand {
 
-/// Has memory of pictures go back to the system as soon as it is free. To be called before there are threads.
+/// Limits what one picture may take, and has memory of pictures go back to the system as soon as it is free.
+/// To be called before there are threads.
 void setUpMemory();
 
 /// Gives the system what lies free between the blocks of the heaps; by itself only their ends go back.

@@ -24,7 +24,7 @@ namespace lindenreed::picture_stand {
 std::optional<long long> readTotalMemory(const char *path);
 
 /// How many pictures a machine of so many bytes decodes ahead at once: no more than it has processors, nor
-/// than a quarter of the memory holds where each has the 128 MiB that Qt allows; at least one.
+/// than a quarter of the memory holds where each has the 128 MiB that setUpMemory() allows; at least one.
 int prefetchDecoders(long long totalMemory, int processors);
 
 /**

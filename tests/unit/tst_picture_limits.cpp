@@ -2,6 +2,7 @@
 
 #include "hostile_bombs.h"
 #include "jpeg_files.h"
+#include "memory_setup.h"
 #include "panel_application.h"
 #include "picture_fixture.h"
 #include "picture_reader.h"
@@ -18,6 +19,7 @@ class tst_PictureLimits : public QObject
     Q_OBJECT
 
 private slots:
+    void initTestCase() { lindenreed::picture_stand::setUpMemory(); }
     void init() { m_test = std::make_unique<PictureFixture>(); }
     void cleanup() { m_test.reset(); }
     void aboveTheLimit_data();

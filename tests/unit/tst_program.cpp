@@ -14,6 +14,7 @@
 #include <QFileInfo>
 #include <QFont>
 #include <QGuiApplication>
+#include <QImageReader>
 #include <QLocale>
 #include <QQuickWindow>
 #include <QTest>
@@ -34,6 +35,7 @@ struct Run
 {
     int result = -2;
     QByteArray language; ///< LANG when the application object comes up
+    int allocationLimit = 0; ///< for a picture, in MiB, at that moment
     QByteArray encoding; ///< of the process's locale, at that moment
     QByteArray platform; ///< QT_QPA_PLATFORM at that moment
     bool softwareDrawing = false; ///< at that moment
@@ -126,6 +128,7 @@ void drive()
 void applicationComesUp()
 {
     theRun.language = qgetenv("LANG");
+    theRun.allocationLimit = QImageReader::allocationLimit();
     theRun.encoding = nl_langinfo(CODESET);
     theRun.platform = qgetenv("QT_QPA_PLATFORM");
     theRun.softwareDrawing = QQuickWindow::sceneGraphBackend() == "software"_L1;
@@ -162,6 +165,7 @@ void tst_Program::firstSteps()
     QCOMPARE(theRun.language, QByteArray("de_AT.UTF-8"));
     QCOMPARE(theRun.encoding, QByteArray("UTF-8")); // also where no such locale is installed
     QVERIFY(theRun.softwareDrawing);
+    QCOMPARE(theRun.allocationLimit, 128);
     // And what comes right after it.
     QCOMPARE(theRun.locale, QLocale(QLocale::German, QLocale::Austria));
     QVERIFY(!theRun.deviceFont.isEmpty());
@@ -211,6 +215,7 @@ int main(int argc, char **argv)
         || !put(u"/devroot/share/locale/locale.alias"_s, "en en_GB.UTF-8\nde de_AT.UTF-8\n"))
         return 1;
     qputenv("QT_QPA_PLATFORM", "offscreen"); // the program knows better
+    QImageReader::setAllocationLimit(256);
     qAddPreRoutine(&applicationComesUp);
     theRun.result = lindenreed::picture_stand::runProgram(argc, argv);
     gatherCalls();
