@@ -90,9 +90,9 @@ void tst_ExplorerMenu::rowsOfAPlaylist()
 {
     inAPlaylist([&](RunningExplorer &explorer) {
         menu::hold(explorer, 1);
-        QCOMPARE(menu::rows(explorer),
-                 (QStringList{menu::text("@SelectMultiple") + u" checkbox_on"_s,
-                              menu::text("@Delete") + u" trash"_s}));
+        QTRY_COMPARE(menu::rows(explorer),
+                     (QStringList{menu::text("@SelectMultiple") + u" checkbox_on"_s,
+                                  menu::text("@Delete") + u" trash"_s}));
         QVERIFY(menu::shown(explorer)->property("title").toString().isEmpty());
         QVERIFY(menu::shown(explorer)->hasActiveFocus());
     });
