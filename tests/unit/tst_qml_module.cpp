@@ -278,7 +278,9 @@ void tst_QmlModule::moduleIsRegistered()
 
     // Nothing leads the engine to the description: what it knows of the module is the registration.
     QQmlEngine engine;
-    QVERIFY(!engine.importPathList().contains(u"qrc:/qt/qml"_s));
+    QStringList paths = engine.importPathList();
+    paths.removeAll(u"qrc:/qt/qml"_s); // where later versions of Qt look by themselves
+    engine.setImportPathList(paths);
     QQmlComponent component(&engine);
     component.setData("import QtQml 2.0\nimport " + imported + "\nQtObject {}", QUrl(u"qrc:/test.qml"_s));
     QVERIFY2(component.isReady() == known, qUtf8Printable(component.errorString()));
