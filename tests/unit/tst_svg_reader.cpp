@@ -8,6 +8,8 @@
 #include "svg_reader.h"
 
 #include <QImageReader>
+#include <QLibraryInfo>
+#include <QVersionNumber>
 
 #include <memory>
 
@@ -54,6 +56,15 @@ private:
     std::unique_ptr<PictureFixture> m_test;
 };
 
+/// <svg xmlns="http://www.w3.org/2000/svg" width="9" height="5"><rect width="4" height="5"/></svg>
+static QByteArray packedSvg()
+{
+    return QByteArray::fromHex("1f8b0800000000000203b3292e4b57a8c8cdc92bb655ca282929b0d2d72f"
+                               "2f2fd72b37d6cb2f4ad737323030d007aa505228cf4c29c9b055b25452c8"
+                               "48cd4ccf28b1553255b2b3294a4d2e814999204be9dbd980f4d901003fa9"
+                               "8bf85f000000");
+}
+
 void tst_SvgReader::recognised_data()
 {
     QTest::addColumn<QString>("name");
@@ -62,7 +73,7 @@ void tst_SvgReader::recognised_data()
 
     QTest::newRow("SVG") << u"a.svg"_s << hostile::svg({}) << true;
     QTest::newRow("SVG by another name") << u"a.jpg"_s << hostile::svg({}) << true;
-    QTest::newRow("packed SVG") << u"a.png"_s << QByteArray("\x1f\x8b\x08") + QByteArray(20, '\0') << true;
+    QTest::newRow("packed SVG") << u"a.png"_s << packedSvg() << true;
     QTest::newRow("PNG by the name of an SVG") << u"a.svg"_s << hostile::png(1, 1, 8, 0, 2) << false;
     QTest::newRow("no picture") << u"a.svg"_s << QByteArray("a lake") << false;
 }
@@ -111,13 +122,7 @@ void tst_SvgReader::sameAsWithin()
 
 void tst_SvgReader::packed()
 {
-    // <svg xmlns="http://www.w3.org/2000/svg" width="9" height="5"><rect width="4" height="5"/></svg>
-    const QString path
-        = put(u"a.svg"_s,
-              QByteArray::fromHex("1f8b0800000000000203b3292e4b57a8c8cdc92bb655ca282929b0d2d72f"
-                                  "2f2fd72b37d6cb2f4ad737323030d007aa505228cf4c29c9b055b25452c8"
-                                  "48cd4ccf28b1553255b2b3294a4d2e814999204be9dbd980f4d901003fa9"
-                                  "8bf85f000000"));
+    const QString path = put(u"a.svg"_s, packedSvg());
     const QImage within(path);
     QCOMPARE(within.size(), QSize(9, 5));
     QCOMPARE(drawn(path, SvgFit::Within, {300, 200}).convertToFormat(within.format()), within);
@@ -178,28 +183,32 @@ void tst_SvgReader::memoryOfTheMachine()
 void tst_SvgReader::endsApart_data()
 {
     QTest::addColumn<QByteArray>("contents");
+    QTest::addColumn<bool>("shown");
 
     const auto path = [](const QByteArray &name) {
         return "<image width=\"9\" height=\"9\" xlink:href=\"" + name + "\"/>";
     };
     const QByteArray self = QDir::tempPath().toUtf8() + "/self.svg";
-    QTest::newRow("a picture within itself") << hostile::svg(path(self));
-    QTest::newRow("no end") << hostile::svg({}).chopped(6) + "<";
-    QTest::newRow("empty") << QByteArray();
+    QTest::newRow("a picture within itself")
+        << hostile::svg(path(self)) << (QLibraryInfo::version() >= QVersionNumber(6, 8)); // without it
+    QTest::newRow("no end") << hostile::svg({}).chopped(6) + "<" << false;
+    QTest::newRow("empty") << QByteArray() << false;
 #ifndef __SANITIZE_ADDRESS__ // which knows no limit
-    QTest::newRow("more elements than memory") << hostile::svg(QByteArray("<g/>").repeated(1'500'000));
+    QTest::newRow("more elements than memory")
+        << hostile::svg(QByteArray("<g/>").repeated(1'500'000)) << false;
 #endif
 }
 
 void tst_SvgReader::endsApart()
 {
     QFETCH(QByteArray, contents);
+    QFETCH(bool, shown);
 
     QFile file(QDir::tempPath() + u"/self.svg"_s);
     QVERIFY(file.open(QIODevice::WriteOnly) && file.write(contents) == contents.size());
     file.close();
-    QVERIFY(drawn(file.fileName(), SvgFit::Within, {300, 200}).isNull());
-    QVERIFY(drawn(file.fileName(), SvgFit::Cover, {300, 200}).isNull());
+    QCOMPARE(!drawn(file.fileName(), SvgFit::Within, {300, 200}).isNull(), shown);
+    QCOMPARE(!drawn(file.fileName(), SvgFit::Cover, {300, 200}).isNull(), shown);
     file.remove();
     QVERIFY(drawn(file.fileName(), SvgFit::Within, {300, 200}).isNull());
 }
