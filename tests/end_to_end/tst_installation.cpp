@@ -147,7 +147,7 @@ void tst_Installation::applicationOfOnesOwn()
     const QString build = place.path(u"build"_s);
     const QStringList steps[]
         = {{u"--install"_s, QStringLiteral(BUILD_FOLDER), u"--prefix"_s, prefix},
-           {u"-S"_s, QStringLiteral(SOURCE_FOLDER "/docs/example"), u"-B"_s, build,
+           {u"-GNinja"_s, u"-S"_s, QStringLiteral(SOURCE_FOLDER "/docs/example"), u"-B"_s, build,
             u"-DCMAKE_PREFIX_PATH="_s + prefix, QStringLiteral("-DCMAKE_CXX_COMPILER=" COMPILER),
             QStringLiteral("-DCMAKE_CXX_FLAGS=" COMPILER_FLAGS)},
            {u"--build"_s, build}};
