@@ -1,5 +1,6 @@
 #include "folder_model.h"
 
+#include "folder_names.h"
 #include "storage.h"
 
 #include <QDir>
@@ -98,7 +99,7 @@ void FolderModel::changeFolder(QString path)
 
     // Read anew. Above the storages this is the working directory, whose pictures are counted.
     const QDir folder(path);
-    const QStringList names = folder.entryList(filters);
+    const QStringList names = folderNames(path, QDir::Dirs | QDir::Files, filters);
     m_countFiles = static_cast<int>(std::ranges::count_if(
         names, [&](const QString &name) { return !ignoreList.contains(folder.absoluteFilePath(name)); }));
     emit countFilesChanged();

@@ -1,13 +1,13 @@
 #include "slideshow_model.h"
 
 #include "created_date.h"
+#include "folder_names.h"
 #include "regular_file.h"
 
 #include <boardconf.h>
 #include <shared_tools/eink_interface.h>
 #include <slateview.h>
 
-#include <QDirIterator>
 #include <QFile>
 #include <QFileInfo>
 
@@ -52,9 +52,8 @@ void SlideshowModel::initFromFolder(const QString &path, int interval)
 {
     m_folder = path;
     const QStringList filters = u"*.jpg|*.png|*.bmp|*.jpeg|*.tiff|*.tif|*.svg"_s.split(u'|');
-    QDirIterator files(path, filters, QDir::Files | QDir::NoDotAndDotDot, QDirIterator::Subdirectories);
-    while (files.hasNext()) {
-        const QString file = files.next();
+    const QStringList files = filesBelow(path, filters);
+    for (const QString &file : files) {
         if (isRegularFile(file) && !file.contains("/system/"_L1))
             m_images.append(file);
     }

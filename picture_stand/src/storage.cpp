@@ -1,5 +1,7 @@
 #include "storage.h"
 
+#include "folder_names.h"
+
 #include <shared_tools/filesystem.h>
 #include <shared_tools/human_string_utility.h>
 #include <slateview.h>
@@ -150,15 +152,12 @@ void Storage::takeRoots(QList<StorageItem> &found)
 
 QList<StorageItem> Storage::listFiles(const QString &path, const QStringList &filters, int columns)
 {
-    QDir folder(path);
+    const QDir folder(path);
     if (path.isEmpty() || !folder.exists())
         return roots;
 
-    folder.setSorting(QDir::Name);
-    folder.setFilter(QDir::Dirs | QDir::Files);
     QList<StorageItem> items;
-    // NoSort asks for the sorting that was set above.
-    const QStringList folders = folder.entryList(QDir::Dirs | QDir::NoDotAndDotDot, QDir::NoSort);
+    const QStringList folders = folderNames(path, QDir::Dirs);
     for (const QString &name : folders)
         items.append(StorageItem(name, folder.absoluteFilePath(name), StorageItemType::StorageItemFolder));
     const qsizetype inLastRow = columns != 0 ? items.size() % columns : 0;
@@ -167,7 +166,8 @@ QList<StorageItem> Storage::listFiles(const QString &path, const QStringList &fi
             items.append(StorageItem({}, {}, StorageItemType::StorageItemEmpty));
     }
 
-    const QStringList files = folder.entryList(filters); // a folder that matches is listed again
+    const QStringList files
+        = folderNames(path, QDir::Dirs | QDir::Files, filters); // a folder that matches is listed again
     emit listFilesChanged(files); // bare names, which the thumbnails take for paths
     for (const QString &name : files)
         items.append(StorageItem(name, folder.absoluteFilePath(name), StorageItemType::StorageItemFile));

@@ -6,6 +6,8 @@
 #include <QFile>
 #include <QSet>
 
+#include <filesystem>
+
 class tst_PictureNamesOnScreen : public PictureShowTest
 {
     Q_OBJECT
@@ -13,7 +15,11 @@ class tst_PictureNamesOnScreen : public PictureShowTest
 private slots:
     void initTestCase() { stored_database::remove(); }
     void init() { begin(); }
-    void cleanup() { end(); }
+    void cleanup()
+    {
+        std::filesystem::remove_all(m_folder->path().toStdString()); // Qt cannot remove every name
+        end();
+    }
 
     void oddNames_data();
     void oddNames();
