@@ -8,6 +8,9 @@
 #include <QString>
 #include <QStringList>
 
+#include <filesystem>
+#include <system_error>
+
 /// Makes a folder, which may be there empty, and removes it with all that is in it.
 class FolderTree
 {
@@ -18,7 +21,11 @@ public:
         if (!QDir().mkpath(top) || !QDir(top).isEmpty())
             qFatal("%s cannot be had empty", qPrintable(top));
     }
-    ~FolderTree() { QDir(top).removeRecursively(); }
+    ~FolderTree()
+    {
+        std::error_code error; // by the library: Qt does not remove every name
+        std::filesystem::remove_all(top.toStdString(), error);
+    }
     FolderTree(const FolderTree &) = delete;
     FolderTree &operator=(const FolderTree &) = delete;
 
