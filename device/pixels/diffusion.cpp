@@ -7,7 +7,6 @@
 
 #include "diffusion.h"
 
-#include <bit>
 #include <cstring>
 
 #include <hwy/foreach_target.h>
@@ -32,10 +31,34 @@ constexpr std::ptrdiff_t blockLines = 16; ///< slanted lines that are gathered a
 /// pair of rows.
 constexpr std::ptrdiff_t linesPerPair = 2 * blockLines / bandRows;
 
-/// Bounds of a value at the sides.
-constexpr int lowestValue = -levelStep / 2 - noiseLimit;
-constexpr int highestValue = 15 * levelStep + levelStep / 2 - 1 + noiseLimit;
+/// Bounds of an error: half a step, and what the noise adds. Those of a value are as far from black and
+/// white.
+constexpr int lowestError = -levelStep / 2 - noiseLimit;
+constexpr int highestError = levelStep / 2 - 1 + noiseLimit;
+constexpr int lowestValue = lowestError;
+constexpr int highestValue = 15 * levelStep + highestError;
 static_assert(highestValue <= INT16_MAX);
+
+/// Whether what a pixel receives away from the sides, a share of four errors, always stays within the bounds
+/// of one: there nothing is cut off, and errors would grow from pixel to pixel. With some noise they do.
+constexpr bool sharesStayWithinBounds()
+{
+    int most[4] = {};
+    int least[4] = {};
+    for (int error = lowestError; error <= highestError; ++error) {
+        const int right = (error * toRight) >> 4;
+        const int downLeft = (error * toDownLeft) >> 4;
+        const int down = (error * toDown) >> 4;
+        const int shares[4] = {right, downLeft, down, error - right - downLeft - down};
+        for (int i = 0; i < 4; ++i) {
+            most[i] = shares[i] > most[i] ? shares[i] : most[i];
+            least[i] = shares[i] < least[i] ? shares[i] : least[i];
+        }
+    }
+    return most[0] + most[1] + most[2] + most[3] <= highestError
+        && least[0] + least[1] + least[2] + least[3] >= lowestError;
+}
+static_assert(sharesStayWithinBounds());
 
 /// A band of rows, the topmost in the last lane: then the lane whose errors leave the band is the first.
 struct Band
@@ -121,15 +144,19 @@ HWY_INLINE Lanes diffuseLine(Lanes places, Lanes first, Course &course, const Po
     const Lanes threshold = highProduct(course.noise, constants.noiseFactor) + constants.half;
     const Lanes fromLeft = cleared(solid, course.right);
     const Lanes fromAbove = cleared(solid, moved(first, course.below)); // the last to be there
-    Lanes values = places + fromLeft;
-    Lanes noisy = saturatedSum(saturatedSum(values, threshold), fromAbove);
-    values = values + fromAbove;
+    Lanes values;
+    Lanes noisy;
     if constexpr (AtSides) {
         // What comes together here may be too much to be shared out, and to fit 16 bits.
         const Lanes received = fromLeft + fromAbove;
         const Lanes most = constant(highestValue) - greatest(received, constant(0));
         values = greatest(least(places, most) + received, constant(lowestValue));
         noisy = saturatedSum(values, threshold);
+    } else {
+        values = places + fromLeft;
+        // What the first sum may lose is less than lies between a value of 16 bits and the highest level.
+        noisy = saturatedSum(saturatedSum(values, threshold), fromAbove);
+        values = values + fromAbove;
     }
     const Lanes levels = greatest(noisy, constant(0)) & constants.whole;
     Lanes errors = values - levels;
@@ -192,7 +219,7 @@ HWY_INLINE void gatherWhole(const Tables &tables, const std::uint8_t *upper, con
         const std::uint32_t both = tables.second[upperPixel] | tables.first[lowerPixel];
         __builtin_memcpy(pair + line * bandRows, &both, sizeof both);
     };
-    constexpr std::ptrdiff_t later = std::endian::native == std::endian::little ? 1 : 0;
+    constexpr std::ptrdiff_t later = isLittleEndian ? 1 : 0;
     for (std::ptrdiff_t line = 0; line < blockLines; line += 2) {
         const std::size_t upperPixels = twoPixels(upper + line);
         const std::size_t lowerPixels = twoPixels(lower + line);

@@ -14,11 +14,12 @@ namespace lindenreed::pixels {
  * and Steinberg's weights, row by row from the top, each from left to right; shares that would
  * leave the rectangle at its sides go to the pixel below, and in the last row everything goes to the right. A
  * little noise on the threshold keeps flat fields free of patterns, and the first row starts as if another
- * lay above it. What an error asks for beyond black and white is cut off, and errors end where three pixels
- * in a row have the same grey as the next one, and it is one of the levels: no ghost of them wanders through
- * an empty sky. That takes up to half an L* from lines on such a ground. A field that lies at one of the 16
- * levels, as black and white do on every curve, comes back solid. The same picture always gives the same
- * bytes, on any processor.
+ * lay above it. Where errors ask for more than black or white, they go on until others want what they hold;
+ * at the sides, where most of them meet, what exceeds the range of one is cut off. They end where three
+ * pixels in a row have the same grey as the next one, and it is one of the levels: no ghost of them wanders
+ * through an empty sky. That takes up to half an L* from lines on such a ground. A field that lies at one of
+ * the 16 levels, as black and white do on every curve, comes back solid. The same picture always gives the
+ * same bytes, on any processor.
  *
  * The part of the rectangle outside the picture is left out; pixels outside the rectangle are neither read
  * nor written. Pictures without pixels, or with a number of bytes per pixel other than 1, stay as they are.

@@ -24,6 +24,8 @@ HWY_BEFORE_NAMESPACE();
 
 namespace lindenreed::pixels::HWY_NAMESPACE {
 
+constexpr bool isLittleEndian = std::endian::native == std::endian::little;
+
 #if HWY_TARGET == HWY_SCALAR || HWY_TARGET == HWY_EMU128
 
 constexpr std::ptrdiff_t lanes = 8;
@@ -122,7 +124,7 @@ HWY_INLINE Lanes cleared(Lanes mask, Lanes values)
 /// Two lines of levels, in steps of 2048, as greys, 17 for each level: a byte from either in turn.
 HWY_INLINE Lanes greysOf(Lanes first, Lanes second)
 {
-    const Lanes both = first >> 11 | second >> 3;
+    const Lanes both = isLittleEndian ? first >> 11 | second >> 3 : first >> 3 | second >> 11;
     return both | both << 4;
 }
 
@@ -145,10 +147,7 @@ HWY_INLINE Lanes moved(Lanes next, Lanes values)
     typedef std::uint64_t Halves __attribute__((vector_size(sizeof(Lanes))));
     const auto here = reinterpret_cast<Halves>(values);
     const Halves further = __builtin_shufflevector(here, reinterpret_cast<Halves>(next), 1, 2);
-    if constexpr (std::endian::native == std::endian::little)
-        return reinterpret_cast<Lanes>(here >> 16 | further << 48);
-    else
-        return reinterpret_cast<Lanes>(here << 16 | further >> 48);
+    return reinterpret_cast<Lanes>(isLittleEndian ? here >> 16 | further << 48 : here << 16 | further >> 48);
 }
 
 /// The first halves of both, a lane from either in turn; from 16 bytes to 16 bytes.
@@ -243,7 +242,8 @@ HWY_INLINE Lanes highProduct(Lanes left, Lanes right)
 
 HWY_INLINE Lanes greysOf(Lanes first, Lanes second)
 {
-    const Lanes both = hn::ShiftRight<11>(first) | hn::ShiftRight<3>(second);
+    const Lanes both = isLittleEndian ? hn::ShiftRight<11>(first) | hn::ShiftRight<3>(second)
+                                      : hn::ShiftRight<3>(first) | hn::ShiftRight<11>(second);
     return both | hn::ShiftLeft<4>(both);
 }
 

@@ -1,10 +1,12 @@
 // Processors look up 16 bytes at once in a table of 16. Here are 16 such tables, of which each byte needs
-// one.
+// one: it is looked up in eight, and those that come after its own give 0.
 
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "lookup.cpp"
 
 #include "lookup.h"
+
+#include <cstring>
 
 #include <hwy/foreach_target.h>
 // After it.
@@ -22,7 +24,8 @@ HWY_INLINE void lookUpAlone(std::uint8_t *bytes, std::size_t count, const ByteTa
         bytes[i] = table[bytes[i]];
 }
 
-#if HWY_TARGET == HWY_SCALAR || HWY_TARGET == HWY_EMU128
+// Before SSSE3 there is no such lookup on x86.
+#if HWY_TARGET == HWY_SCALAR || HWY_TARGET == HWY_EMU128 || (HWY_ARCH_X86 && HWY_TARGET > HWY_SSSE3)
 
 void lookUpRows(const Bytes &bytes, const ByteTable &table)
 {
@@ -39,32 +42,15 @@ const hn::RebindToSigned<decltype(tag)> signedTag;
 using Vector = hn::Vec<decltype(tag)>;
 constexpr std::size_t size = hn::MaxLanes(tag);
 
-/// Vectors at a time. AVX2 has no registers for all tables, and would wait for loading them for each.
+/// Vectors at a time. With AVX2 loading the tables, which do not all fit its registers, is what one would
+/// wait for; with less a vector takes longer anyway, and with more there are enough registers.
 constexpr std::size_t together = HWY_TARGET == HWY_AVX2 ? 4 : 1;
-
-struct Chunk
-{
-    Vector vectors[together];
-};
-
-HWY_INLINE Chunk load(const std::uint8_t *from)
-{
-    Chunk chunk;
-    for (std::size_t i = 0; i < together; ++i)
-        chunk.vectors[i] = hn::LoadU(tag, from + i * size);
-    return chunk;
-}
-
-HWY_INLINE void store(const Chunk &chunk, std::uint8_t *to)
-{
-    for (std::size_t i = 0; i < together; ++i)
-        hn::StoreU(chunk.vectors[i], tag, to + i * size);
-}
+constexpr std::size_t chunk = together * size; ///< bytes at a time
 
 /**
  * A lookup gives 0 for a negative index. An index that is 16 less from table to table is not negative in all
- * tables up to the byte's own; what these hold is the difference to the one before, so that their sum is the
- * entry. The bytes below 128 and those from there on have a sum each.
+ * tables up to the byte's own; what these hold is what is to be exclusively or-ed with the one before, so
+ * that all together are the entry. The bytes below 128 and those from there on have tables of their own.
  */
 struct Tables
 {
@@ -72,9 +58,8 @@ struct Tables
     HWY_ALIGN std::uint8_t above[8][size];
 };
 
-HWY_INLINE Tables tablesOf(const ByteTable &table)
+HWY_INLINE void makeTables(const ByteTable &table, Tables &tables)
 {
-    Tables tables;
     for (std::size_t part = 0; part < 8; ++part) {
         const auto difference = [&](const std::uint8_t *entries) {
             const Vector own = hn::LoadDup128(tag, entries + part * 16);
@@ -83,10 +68,10 @@ HWY_INLINE Tables tablesOf(const ByteTable &table)
         hn::Store(difference(table.data()), tag, tables.below[part]);
         hn::Store(difference(table.data() + 128), tag, tables.above[part]);
     }
-    return tables;
 }
 
-/// Within a table, or negative still. A lookup of x86 looks at these bits alone.
+/// Within a table, or negative still. A lookup of x86 looks at these bits alone, and the library leaves them
+/// as they are.
 HWY_INLINE Vector indexOf(hn::Vec<decltype(signedTag)> shifted)
 {
     const Vector index = hn::BitCast(tag, shifted);
@@ -94,21 +79,24 @@ HWY_INLINE Vector indexOf(hn::Vec<decltype(signedTag)> shifted)
 }
 
 /// Lets the compiler forget where values come from: GCC would load them anew for each use.
-HWY_INLINE void keep(Vector &values)
+HWY_INLINE void keep([[maybe_unused]] Vector &values)
 {
 #if HWY_ARCH_X86
     asm("" : "+v"(values.raw));
 #endif
 }
 
-HWY_INLINE Chunk entriesOf(const Chunk &bytes, const Tables &tables)
+/// The entries of a chunk.
+HWY_INLINE void lookUpChunk(const std::uint8_t *from, const Tables &tables, std::uint8_t *to)
 {
+    Vector bytes[together];
     hn::Vec<decltype(signedTag)> shifted[together];
-    Chunk below;
-    Chunk above;
+    Vector below[together];
+    Vector above[together];
     for (std::size_t i = 0; i < together; ++i) {
-        shifted[i] = hn::BitCast(signedTag, hn::And(bytes.vectors[i], hn::Set(tag, 127)));
-        below.vectors[i] = above.vectors[i] = hn::Zero(tag);
+        bytes[i] = hn::LoadU(tag, from + i * size);
+        shifted[i] = hn::BitCast(signedTag, hn::And(bytes[i], hn::Set(tag, 127)));
+        below[i] = above[i] = hn::Zero(tag);
     }
     // Else GCC keeps the tables in registers, and puts what it works with into memory.
 #pragma GCC unroll(together == 1 ? 8 : 1)
@@ -119,34 +107,34 @@ HWY_INLINE Chunk entriesOf(const Chunk &bytes, const Tables &tables)
         keep(tableAbove);
         for (std::size_t i = 0; i < together; ++i) {
             const Vector index = indexOf(shifted[i]);
-            below.vectors[i] = hn::Xor(below.vectors[i], hn::TableLookupBytesOr0(tableBelow, index));
-            above.vectors[i] = hn::Xor(above.vectors[i], hn::TableLookupBytesOr0(tableAbove, index));
+            below[i] = hn::Xor(below[i], hn::TableLookupBytesOr0(tableBelow, index));
+            above[i] = hn::Xor(above[i], hn::TableLookupBytesOr0(tableAbove, index));
             shifted[i] = hn::Sub(shifted[i], hn::Set(signedTag, 16));
         }
     }
-    Chunk entries;
     for (std::size_t i = 0; i < together; ++i) {
-        const auto isAbove = hn::Lt(hn::BitCast(signedTag, bytes.vectors[i]), hn::Zero(signedTag));
-        entries.vectors[i] = hn::IfThenElse(hn::RebindMask(tag, isAbove), above.vectors[i], below.vectors[i]);
+        const auto isAbove = hn::Lt(hn::BitCast(signedTag, bytes[i]), hn::Zero(signedTag));
+        hn::StoreU(hn::IfThenElse(hn::RebindMask(tag, isAbove), above[i], below[i]), tag, to + i * size);
     }
-    return entries;
 }
 
 void lookUpRows(const Bytes &bytes, const ByteTable &table)
 {
-    const Tables tables = tablesOf(table);
+    Tables tables;
+    makeTables(table, tables);
     for (std::size_t y = 0; y < bytes.height; ++y) {
         std::uint8_t *const row = bytes.first + y * bytes.stride;
-        if (bytes.width < together * size) {
+        if (bytes.width < chunk) {
             lookUpAlone(row, bytes.width, table);
             continue;
         }
         // Those at the end first, before others that they overlap are replaced.
-        std::uint8_t *const end = row + bytes.width - together * size;
-        const Chunk last = entriesOf(load(end), tables);
-        for (std::uint8_t *chunk = row; chunk < end; chunk += together * size)
-            store(entriesOf(load(chunk), tables), chunk);
-        store(last, end);
+        std::uint8_t *const end = row + bytes.width - chunk;
+        std::uint8_t last[chunk];
+        lookUpChunk(end, tables, last);
+        for (std::uint8_t *next = row; next < end; next += chunk)
+            lookUpChunk(next, tables, next);
+        std::memcpy(end, last, chunk);
     }
 }
 

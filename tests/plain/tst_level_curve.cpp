@@ -126,7 +126,7 @@ void tst_LevelCurve::profileIsTrueOnPaper()
     }
 }
 
-// As thumbnails are that were made before the device was inverted, or back.
+// As thumbnails are that are made while the device is inverted.
 void tst_LevelCurve::invertedAfterwardsIsTooDark()
 {
     const auto lackingOnAverage = [](const LevelCurve &curve, const Luminances &levels) {

@@ -102,13 +102,15 @@ void tst_Tone::values_data()
     QTest::newRow("negative brightness is 0") << Tone{-3, 1, 1} << 255 << 0;
     QTest::newRow("negative infinite brightness is 0") << Tone{-infinite, 1, 1} << 255 << 0;
     QTest::newRow("infinite brightness leaves black") << Tone{infinite, 1, 1} << 0 << 0;
-    QTest::newRow("infinite brightness, all else white") << Tone{infinite, 1, 1} << 3 << 255;
+    QTest::newRow("infinite brightness is 100, dark") << Tone{infinite, 1, 1} << 1 << 100;
+    QTest::newRow("infinite brightness is 100, less dark") << Tone{infinite, 1, 1} << 3 << 255;
     QTest::newRow("contrast 0, black") << Tone{1, 0, 1} << 0 << 128;
     QTest::newRow("contrast 0, white") << Tone{1, 0, 1} << 255 << 128;
     QTest::newRow("negative contrast is 0") << Tone{1, -2, 1} << 10 << 128;
     QTest::newRow("infinite contrast, dark") << Tone{1, infinite, 1} << 126 << 0;
     QTest::newRow("infinite contrast, light") << Tone{1, infinite, 1} << 129 << 255;
     QTest::newRow("gamma 0 is black") << Tone{1, 1, 0} << 200 << 0;
+    QTest::newRow("gamma 0 is 1/100, nearly white") << Tone{1, 1, 0} << 254 << 172;
     QTest::newRow("gamma 0 leaves white") << Tone{1, 1, 0} << 255 << 255;
     QTest::newRow("negative gamma is as 0") << Tone{1, 1, -1} << 200 << 0;
     QTest::newRow("infinite gamma leaves black") << Tone{1, 1, infinite} << 0 << 0;
