@@ -240,10 +240,10 @@ HWY_NOINLINE void gatherPair(const Band &band, std::ptrdiff_t firstLine, std::pt
         return;
     }
     for (std::ptrdiff_t lower = 0; lower < 2; ++lower) {
-        const std::uint8_t *pixels = band.row(row + lower) + x - lag * lower;
-        const auto [begin, end] = linesInside(band, row + lower, x - lag * lower);
+        const std::ptrdiff_t left = x - lag * lower;
+        const auto [begin, end] = linesInside(band, row + lower, left);
         for (std::ptrdiff_t line = begin; line < end; ++line)
-            pair[line * bandRows + 1 - lower] = band.tables->alone[pixels[line]];
+            pair[line * bandRows + 1 - lower] = band.tables->alone[band.row(row + lower)[left + line]];
     }
 }
 
@@ -283,14 +283,14 @@ HWY_INLINE void giveBack(const Band &band, std::ptrdiff_t firstLine, Lanes (&gre
     for (std::ptrdiff_t i = 0; i < 8; ++i)
         storeColumns(greys[i], [&](std::ptrdiff_t part) { return rows[rowOf(part, i)]; });
     for (std::ptrdiff_t row = 0; row < band.rows; ++row) {
-        std::uint8_t *const to = band.row(row) + firstLine - lag * row;
-        const Lines inside = linesInside(band, row, firstLine - lag * row);
+        const std::ptrdiff_t x = firstLine - lag * row;
+        const Lines inside = linesInside(band, row, x);
         if (inside.areAll()) {
-            __builtin_memcpy(to, rows[row], blockLines);
+            std::memcpy(band.row(row) + x, rows[row], blockLines);
             continue;
         }
         for (std::ptrdiff_t line = inside.begin; line < inside.end; ++line)
-            to[line] = rows[row][line];
+            band.row(row)[x + line] = rows[row][line];
     }
 }
 

@@ -42,7 +42,6 @@ private slots:
     void byGamma();
     void evenLevelsAreTooDarkOnPaper();
     void profileIsTrueOnPaper();
-    void invertedAfterwardsIsTooDark();
     void blackAndWhiteAreThePanels();
     void whiteIsThePanelsOwn();
     void shadowsKeepTheirDifferences();
@@ -124,28 +123,6 @@ void tst_LevelCurve::profileIsTrueOnPaper()
         const double off = wantedLightness(grey, paper) - shownLightness(std::uint8_t(grey), curve, paper);
         QVERIFY2(std::abs(off) < 0.1, qPrintable(QString::number(grey) + u' ' + QString::number(off)));
     }
-}
-
-// As thumbnails are that are made while the device is inverted.
-void tst_LevelCurve::invertedAfterwardsIsTooDark()
-{
-    const auto lackingOnAverage = [](const LevelCurve &curve, const Luminances &levels) {
-        Luminances turned = levels; // into which the dots of each level turn
-        std::ranges::reverse(turned);
-        double sum = 0;
-        for (int grey = 0; grey < 256; ++grey) {
-            const double shown = shownLightness(std::uint8_t(grey), curve, turned);
-            sum += wantedLightness(255 - grey, levels) - shown;
-        }
-        return sum / 256;
-    };
-    const double onPaper = lackingOnAverage(curveFor(paper), paper);
-    QVERIFY2(std::abs(onPaper - 15.7) < 0.1, qPrintable(QString::number(onPaper)));
-    Luminances even;
-    for (std::size_t level = 0; level < 16; ++level)
-        even[level] = luminance(double(level) * 17);
-    const double onEven = lackingOnAverage(evenLevels(), even);
-    QVERIFY2(std::abs(onEven) < 1, qPrintable(QString::number(onEven)));
 }
 
 void tst_LevelCurve::blackAndWhiteAreThePanels()

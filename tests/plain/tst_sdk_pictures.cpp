@@ -89,6 +89,7 @@ private slots:
     void ditherForThePanel();
     void thumbnailOnAMeasuredPanel();
     void thumbnailOnAnyPanel();
+    void thumbnailMadeWhileInverted();
     void invertedOnEvenLevels();
     void invertedOnAMeasuredPanel();
     void ditherRectangle_data();
@@ -260,11 +261,17 @@ void tst_SdkPictures::thumbnailOnAMeasuredPanel()
     DeviceForTest device;
     const auto paper = lindenreed::pixels::luminancesByGamma(0.009, 0.65, 1.42);
     setLevelLuminances(paper);
-    for (int grey = 0; grey < 256; grey += 5) {
-        const double off = thumbnailLightness(grey, paper) - lindenreed::pixels::wantedLightness(grey, paper);
+    double tooLight = 0; // at worst, of greys with the tone that other panels get
+    for (int grey = 0; grey < 256; ++grey) {
+        const double wanted = lindenreed::pixels::wantedLightness(grey, paper);
+        const double off = thumbnailLightness(grey, paper) - wanted;
         QVERIFY2(std::abs(off) < 0.1, qPrintable(u"%1 %2"_s.arg(grey).arg(off)));
+        auto toned = static_cast<unsigned char>(grey);
+        lindenreed::pixels::adjustTone({&toned, 1, 1, 1, 1}, lindenreed::pixels::panelTone);
+        tooLight = std::max(tooLight, thumbnailLightness(toned, paper) - wanted);
     }
     setLevelLuminances({});
+    QVERIFY2(std::abs(tooLight - 2.5) < 0.1, qPrintable(QString::number(tooLight)));
 }
 
 // Without a measurement the tone makes up for part of what such a panel is too dark. Only the lightest greys,
@@ -280,10 +287,43 @@ void tst_SdkPictures::thumbnailOnAnyPanel()
             - lindenreed::pixels::lightness(paper[std::size_t(grey / 17)]);
         QVERIFY2(lacking > 0 && lacking < without - 1, qPrintable(u"%1 %2"_s.arg(grey).arg(lacking)));
     }
+    double lacking = 0;
     for (int grey = 0; grey < 256; ++grey) {
         const double off = thumbnailLightness(grey, paper) - lindenreed::pixels::wantedLightness(grey, paper);
         QVERIFY2(off < (grey < 236 ? 0.1 : 1.6), qPrintable(u"%1 %2"_s.arg(grey).arg(off)));
+        lacking -= off / 256;
     }
+    // A quarter less than without the tone.
+    QVERIFY2(std::abs(lacking - 0.75 * 7.9) < 0.1, qPrintable(QString::number(lacking)));
+}
+
+// Its dots are mixed for the levels that they would be turned into, and it is inverted as a whole afterwards.
+void tst_SdkPictures::thumbnailMadeWhileInverted()
+{
+    DeviceForTest device;
+    const auto paper = lindenreed::pixels::luminancesByGamma(0.009, 0.65, 1.42);
+    lindenreed::pixels::Luminances even;
+    for (std::size_t level = 0; level < even.size(); ++level)
+        even[level] = lindenreed::pixels::luminance(double(level) * 17);
+
+    const auto lightnesses = [](bool inverted, const lindenreed::pixels::Luminances &levels) {
+        facts().inverted = inverted;
+        std::vector<double> all;
+        for (int grey = 0; grey < 256; ++grey)
+            all.push_back(thumbnailLightness(grey, levels));
+        return all;
+    };
+    setLevelLuminances(paper);
+    double lacking = 0;
+    for (int grey = 0; const double lightness : lightnesses(true, paper))
+        lacking += (lindenreed::pixels::wantedLightness(grey++, paper) - lightness) / 256;
+    setLevelLuminances({});
+    QVERIFY2(std::abs(lacking - 15.7) < 0.1, qPrintable(QString::number(lacking)));
+
+    const std::vector<double> upright = lightnesses(false, even);
+    const std::vector<double> inverted = lightnesses(true, even);
+    for (std::size_t grey = 0; grey < 256; ++grey)
+        QVERIFY(std::abs(upright[grey] - inverted[grey]) < 1);
 }
 
 void tst_SdkPictures::invertedOnEvenLevels()
