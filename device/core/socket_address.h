@@ -12,7 +12,8 @@
 
 namespace lindenreed::device {
 
-/// Of a socket in the file system, as bind() and connect() want it. Nothing where the name is too long for one.
+/// Of a socket in the file system, as bind() and connect() want it. Nothing where the name is too long for
+/// one.
 inline std::optional<sockaddr_un> socketAddress(const QByteArray &path)
 {
     sockaddr_un address = {};
