@@ -1,8 +1,10 @@
 #include "folder_names.h"
 
 #include <QFile>
+#include <QRegularExpression>
 #include <QStringDecoder>
 
+#include <algorithm>
 #include <filesystem>
 #include <optional>
 #include <string>
@@ -35,10 +37,28 @@ bool isListed(const fs::directory_entry &entry, QDir::Filters kinds)
         && (entry.is_regular_file(error) || (entry.is_symlink(error) && entry.exists(error)));
 }
 
-bool matches(const QStringList &filters, const QString &name)
+/// As QDir::match(), which would read the filters anew for each name.
+class Wildcards
 {
-    return filters.isEmpty() || QDir::match(filters, name);
-}
+public:
+    explicit Wildcards(const QStringList &filters)
+    {
+        for (const QString &filter : filters)
+            m_expressions.append(QRegularExpression::fromWildcard(filter, Qt::CaseInsensitive));
+    }
+
+    /// Without any, all names.
+    bool match(const QString &name) const
+    {
+        return m_expressions.isEmpty()
+            || std::ranges::any_of(m_expressions, [&](const QRegularExpression &expression) {
+                   return expression.match(name).hasMatch();
+               });
+    }
+
+private:
+    QList<QRegularExpression> m_expressions;
+};
 
 /// Calls `body` with each entry of a folder and its name; nothing where the folder cannot be read.
 template <typename Body>
@@ -54,13 +74,28 @@ void forEach(const QString &folder, Body body)
     }
 }
 
+void addFilesBelow(const QString &folder, const Wildcards &wildcards, QStringList &paths)
+{
+    forEach(folder, [&](const fs::directory_entry &entry, const QString &name) {
+        const QString path = QDir(folder).filePath(name);
+        std::error_code error;
+        if (entry.is_directory(error)) {
+            if (!entry.is_symlink(error))
+                addFilesBelow(path, wildcards, paths);
+        } else if (wildcards.match(name) && isListed(entry, QDir::Files)) {
+            paths.append(path);
+        }
+    });
+}
+
 } // namespace
 
 QStringList folderNames(const QString &folder, QDir::Filters kinds, const QStringList &filters)
 {
     QStringList names;
+    const Wildcards wildcards(filters);
     forEach(folder, [&](const fs::directory_entry &entry, const QString &name) {
-        if (matches(filters, name) && isListed(entry, kinds))
+        if (wildcards.match(name) && isListed(entry, kinds))
             names.append(name);
     });
     names.sort();
@@ -70,16 +105,7 @@ QStringList folderNames(const QString &folder, QDir::Filters kinds, const QStrin
 QStringList filesBelow(const QString &folder, const QStringList &filters)
 {
     QStringList paths;
-    forEach(folder, [&](const fs::directory_entry &entry, const QString &name) {
-        const QString path = QDir(folder).filePath(name);
-        std::error_code error;
-        if (entry.is_directory(error)) {
-            if (!entry.is_symlink(error))
-                paths += filesBelow(path, filters);
-        } else if (matches(filters, name) && isListed(entry, QDir::Files)) {
-            paths.append(path);
-        }
-    });
+    addFilesBelow(folder, Wildcards(filters), paths);
     return paths;
 }
 
