@@ -3,8 +3,6 @@
 #include "regular_file.h"
 #include "visible_path.h"
 
-#include <QScopeGuard>
-
 #include <algorithm>
 #include <array>
 #include <cstdio>
@@ -14,7 +12,6 @@
 #include <memory>
 #include <mutex>
 #include <utility>
-#include <vector>
 
 namespace lindenreed::picture_stand {
 
@@ -26,22 +23,6 @@ std::mutex cacheMutex;
 int saturated(long long bytes)
 {
     return static_cast<int>(std::clamp<long long>(bytes, 0, std::numeric_limits<int>::max()));
-}
-
-/// Positions by nearness to `index`, which comes first; of two equally near the one ahead.
-std::vector<qsizetype> nearestFirst(qsizetype count, qsizetype index)
-{
-    std::vector<qsizetype> order = {index};
-    order.reserve(static_cast<std::size_t>(count));
-    for (qsizetype distance = 1; std::ssize(order) < count; ++distance) {
-        const qsizetype ahead = index + distance;
-        order.push_back(ahead >= count ? ahead - count : ahead);
-        if (std::ssize(order) == count)
-            break;
-        const qsizetype behind = index - distance;
-        order.push_back(behind < 0 ? behind + count : behind);
-    }
-    return order;
 }
 
 } // namespace
@@ -63,16 +44,9 @@ std::optional<long long> readTotalMemory(const char *path)
     return static_cast<long long>(kibibytes << 10);
 }
 
-int prefetchDecoders(long long totalMemory, int processors)
-{
-    constexpr long long eachInFour = 4LL * 128 * 1024 * 1024;
-    return static_cast<int>(std::clamp<long long>(totalMemory / eachInFour, 1, std::max(processors, 1)));
-}
-
-PictureCache::PictureCache(long long limit, Read read, int decoders)
+PictureCache::PictureCache(long long limit, Read read)
     : m_read(std::move(read))
     , ram_limit(saturated(limit))
-    , m_decoders(decoders)
 {
 }
 
@@ -151,37 +125,6 @@ bool PictureCache::contains(const QString &path) const
 qsizetype PictureCache::count() const
 {
     return m_published.read([](const auto &pictures) { return pictures.size(); });
-}
-
-void PictureCache::loadAhead(const QString &path)
-{
-    if (kept(path))
-        return;
-    m_decoders.acquire();
-    const auto end = qScopeGuard([this] { m_decoders.release(); });
-    if (!m_abandoned)
-        addToCache(path);
-}
-
-void PictureCache::prefetch(const QStringList &images, int index)
-{
-    // One picture is left to the request: it is on its way already.
-    if (images.size() <= 1)
-        return;
-
-    const std::vector<qsizetype> order = nearestFirst(images.size(), index);
-    std::size_t head = 0;
-    std::size_t tail = order.size() - 1;
-    do {
-        loadAhead(images.at(order[head]));
-        while (isOverBudget()) {
-            if (tail == head || tail == 0)
-                return;
-            removeFromCache(images.at(order[tail]));
-            --tail;
-        }
-        ++head;
-    } while (head < tail && !m_abandoned);
 }
 
 } // namespace lindenreed::picture_stand

@@ -1,7 +1,6 @@
 #include "resource_image_provider.h"
 
 #include "global_config.h"
-#include "memory_setup.h"
 #include "picture_reader.h"
 
 #include <boardconf.h>
@@ -20,13 +19,13 @@ ResourceImageProvider::ResourceImageProvider()
 {
     readPictureParams();
     const long long memory = getTotalRam();
-    m_cache = std::make_shared<PictureCache>(memory / 10, &readImage,
-                                             prefetchDecoders(memory, QThread::idealThreadCount()));
+    m_cache = std::make_shared<PictureCache>(memory / 10, &readImage);
+    m_jobs = std::make_shared<PrefetchJobs>(m_cache, prefetchDecoders(memory, QThread::idealThreadCount()));
 }
 
 ResourceImageProvider::~ResourceImageProvider()
 {
-    m_cache->abandon();
+    m_jobs->abandon();
 }
 
 void ResourceImageProvider::readPictureParams()
@@ -85,15 +84,12 @@ void ResourceImageProvider::loadToCache(QList<QString> images, int index)
     if (images.isEmpty())
         return;
     // A job that is still running goes on beside the new one.
-    watcher.setFuture(QtConcurrent::run(QThreadPool::globalInstance(), [cache = m_cache, images, index] {
+    watcher.setFuture(QtConcurrent::run(QThreadPool::globalInstance(), [jobs = m_jobs, images, index] {
         // Qt converts large pictures on the same pool, those of the main thread as well, which waits for it:
         // a job must not keep a thread of the pool from it.
         QThreadPool::globalInstance()->releaseThread();
         const auto end = qScopeGuard([] { QThreadPool::globalInstance()->reserveThread(); });
-        cache->prefetch(images, index);
-        // What decoders, screens and lists of thousands of pictures left behind: once for each picture of a
-        // show, when there is time.
-        giveFreeMemoryBack();
+        jobs->run(PrefetchJob(images, index));
     }));
 }
 

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "picture_cache.h"
+#include "prefetch_jobs.h"
 
 #include <QFutureWatcher>
 #include <QQuickImageProvider>
@@ -44,7 +45,9 @@ private:
     double brightness = 1.0;
     double contrast = 1.0;
     double gamma = 1.0;
-    std::shared_ptr<PictureCache> m_cache; ///< also held by the jobs, which nobody waits for
+    // Also held by the threads of the jobs, which nobody waits for.
+    std::shared_ptr<PictureCache> m_cache;
+    std::shared_ptr<PrefetchJobs> m_jobs;
     QFutureWatcher<void> watcher; ///< of the latest job
 };
 

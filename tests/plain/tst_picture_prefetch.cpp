@@ -131,7 +131,7 @@ void tst_PicturePrefetch::order()
 
     PictureCache cache(1'000'000, smallPicture);
     const StderrCapture log;
-    cache.prefetch(names(count), index);
+    prefetch(cache, names(count), index);
     QCOMPARE(steps(log.text()), loaded);
 }
 
@@ -140,7 +140,7 @@ void tst_PicturePrefetch::exactlyAtTheBudget()
     // The fourth picture meets the budget and is not above it.
     PictureCache cache(4 * pictureSize, smallPicture);
     const StderrCapture log;
-    cache.prefetch(names(5), 0);
+    prefetch(cache, names(5), 0);
     QCOMPARE(steps(log.text()), QByteArray("+0 +1 +4 +2"));
     QCOMPARE(cache.used(), cache.limit());
 }
@@ -150,7 +150,7 @@ void tst_PicturePrefetch::freshCacheOverflows()
     // The third picture overflows; the tail walks over positions that hold nothing, and that picture is kept.
     PictureCache cache(2 * pictureSize, smallPicture);
     const StderrCapture log;
-    cache.prefetch(names(8), 0);
+    prefetch(cache, names(8), 0);
     QCOMPARE(steps(log.text()), QByteArray("+0 +1 +7"));
     QCOMPARE(cache.used(), 3 * pictureSize);
 }
@@ -163,7 +163,7 @@ void tst_PicturePrefetch::warmCacheGivesUpTheFarEnd()
 
     // Order 4 5 3 0 2 1: position 4 is new, and 1 goes.
     const StderrCapture log;
-    cache.prefetch(names(6), 4);
+    prefetch(cache, names(6), 4);
     QCOMPARE(steps(log.text()), QByteArray("+4 -1 +5 -2"));
     QCOMPARE(cache.used(), cache.limit());
 }
@@ -177,7 +177,7 @@ void tst_PicturePrefetch::visitedPositionsWithoutPictureCount()
     // Order 0 1 5 2 4 3: 3 and 4 hold nothing, 2 goes; then 1 takes the place of 5, where the tail meets the
     // head.
     const StderrCapture log;
-    cache.prefetch(names(6), 0);
+    prefetch(cache, names(6), 0);
     QCOMPARE(steps(log.text()), QByteArray("+0 -2 +1 -5"));
 }
 
@@ -185,7 +185,7 @@ void tst_PicturePrefetch::pictureLargerThanTheBudget()
 {
     PictureCache cache(pictureSize / 2, smallPicture);
     const StderrCapture log;
-    cache.prefetch(names(4), 1);
+    prefetch(cache, names(4), 1);
     QCOMPARE(steps(log.text()), QByteArray("+1"));
     QCOMPARE(cache.used(), pictureSize);
 }
@@ -195,8 +195,8 @@ void tst_PicturePrefetch::noBudget()
     // An unknown memory size: each job adds one picture and ends.
     PictureCache cache(0, smallPicture);
     const StderrCapture log;
-    cache.prefetch(names(4), 0);
-    cache.prefetch(names(4), 1);
+    prefetch(cache, names(4), 0);
+    prefetch(cache, names(4), 1);
     QCOMPARE(steps(log.text()), QByteArray("+0 +1 -0"));
 }
 
@@ -207,7 +207,7 @@ void tst_PicturePrefetch::strangersStay()
     cache.addToCache(QStringLiteral("old 1"));
     cache.addToCache(QStringLiteral("old 2"));
     const StderrCapture log;
-    cache.prefetch(names(5), 0);
+    prefetch(cache, names(5), 0);
     QCOMPARE(steps(log.text()), QByteArray("+0"));
     QVERIFY(cache.contains(QStringLiteral("old 1")) && cache.contains(QStringLiteral("old 2")));
 }

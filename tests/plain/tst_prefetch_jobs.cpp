@@ -3,8 +3,10 @@
 #include "held_pictures.h"
 #include "process_memory.h"
 #include "resource_image_provider.h"
+#include "small_pictures.h"
 #include "stderr_capture.h"
 
+#include <QDir>
 #include <QImage>
 #include <QTemporaryDir>
 #include <QTest>
@@ -13,15 +15,20 @@
 #include <QtPlugin>
 
 #include <chrono>
+#include <functional>
 #include <memory>
 #include <semaphore>
 #include <thread>
+#include <utility>
 #include <vector>
 
 Q_IMPORT_PLUGIN(HeldPicturePlugin)
 
 using namespace Qt::StringLiterals;
+using lindenreed::picture_stand::PictureCache;
 using lindenreed::picture_stand::prefetchDecoders;
+using lindenreed::picture_stand::PrefetchJob;
+using lindenreed::picture_stand::PrefetchJobs;
 using lindenreed::picture_stand::readTotalMemory;
 using lindenreed::picture_stand::ResourceImageProvider;
 
@@ -36,6 +43,8 @@ private slots:
 
     void conversionsDoNotWait();
     void asManyAtOnceAsDecoders();
+    void jobsThatWaitTakeNoThreads();
+    void jobsTakeTurns();
     void jobsThatWaitDecodeNothingForNobody();
     void freeMemoryGoesBack();
 
@@ -118,6 +127,50 @@ void tst_PrefetchJobs::asManyAtOnceAsDecoders()
     QVERIFY(QThreadPool::globalInstance()->waitForDone(30'000));
     QCOMPARE(HeldPictures::begun().size(), 2 * jobs);
     QCOMPARE(HeldPictures::most(), m_decoders);
+}
+
+void tst_PrefetchJobs::jobsThatWaitTakeNoThreads()
+{
+    // A storage that does not answer holds the decoders, and the show is stepped through meanwhile.
+    const auto entries = [](const char *folder) {
+        return QDir(QString::fromLatin1(folder)).entryList(QDir::AllEntries | QDir::System).size();
+    };
+    for (int job = 0; job < m_decoders; ++job)
+        m_provider->loadToCache(album(job), 0);
+    QVERIFY(HeldPictures::waitUntilBegun(m_decoders));
+    const QStringList waiting = album(m_decoders);
+    const auto step = [&] {
+        m_provider->loadToCache(waiting, 0);
+        std::binary_semaphore done(0);
+        QThreadPool::globalInstance()->start([&done] { done.release(); });
+        done.acquire();
+    };
+    for (int i = 0; i < 10; ++i)
+        step();
+    const qsizetype threads = entries("/proc/self/task");
+    const qsizetype handles = entries("/proc/self/fd");
+    for (int i = 0; i < 200; ++i)
+        step();
+    QVERIFY(entries("/proc/self/task") <= threads + 1); // the turns' own
+    QVERIFY(entries("/proc/self/fd") <= handles + 1);
+    HeldPictures::letAllPass();
+}
+
+void tst_PrefetchJobs::jobsTakeTurns()
+{
+    // The second comes while the first loads its first picture.
+    QByteArrayList loaded;
+    std::function<void()> meanwhile;
+    const auto cache = std::make_shared<PictureCache>(1'000'000, [&](const QString &path) {
+        loaded.append(path.toLatin1());
+        if (const auto now = std::exchange(meanwhile, {}))
+            now();
+        return smallPicture(path);
+    });
+    PrefetchJobs jobs(cache, 1);
+    meanwhile = [&jobs] { jobs.run(PrefetchJob({u"a"_s, u"b"_s, u"c"_s, u"d"_s}, 0)); };
+    jobs.run(PrefetchJob({u"1"_s, u"2"_s, u"3"_s, u"4"_s, u"5"_s}, 1));
+    QCOMPARE(loaded.join(' '), QByteArray("2 a 3 b 1 d 4"));
 }
 
 void tst_PrefetchJobs::jobsThatWaitDecodeNothingForNobody()

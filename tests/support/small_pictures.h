@@ -2,6 +2,8 @@
 
 #pragma once
 
+#include "prefetch_jobs.h"
+
 #include <QByteArray>
 #include <QImage>
 #include <QStringList>
@@ -34,4 +36,10 @@ inline QByteArray steps(const QByteArray &log)
             found.append((words.at(0) == "add" ? '+' : '-') + words.at(2));
     }
     return found.join(' ');
+}
+
+/// A job from its beginning to its end.
+inline void prefetch(lindenreed::picture_stand::PictureCache &cache, const QStringList &images, int index)
+{
+    for (lindenreed::picture_stand::PrefetchJob job(images, index); job.goOn(cache);) { }
 }

@@ -22,6 +22,8 @@
 #include <sys/mman.h>
 
 using lindenreed::picture_stand::PictureCache;
+using lindenreed::picture_stand::PrefetchJob;
+using lindenreed::picture_stand::PrefetchJobs;
 using lindenreed::picture_stand::ResourceImageProvider;
 
 class tst_PictureCache : public QObject
@@ -136,8 +138,8 @@ void tst_PictureCache::fileThatComesBackIsRead()
         return QImage(path);
     });
     const StderrCapture log;
-    cache.prefetch(paths, 0);
-    cache.prefetch(paths, 0); // not there still
+    prefetch(cache, paths, 0);
+    prefetch(cache, paths, 0); // not there still
     QVERIFY(cache.picture(paths.at(0)).isNull());
     QCOMPARE(reads, 2);
     QCOMPARE(log.text().count(" size(0) ram(0/1000) \r\n"), 2);
@@ -145,7 +147,7 @@ void tst_PictureCache::fileThatComesBackIsRead()
     for (const QString &path : paths)
         QVERIFY(smallPicture({}).save(path));
     QCOMPARE(cache.picture(paths.at(0)).size(), QSize(8, 8));
-    cache.prefetch(paths, 0);
+    prefetch(cache, paths, 0);
     QCOMPARE(cache.find(paths.at(1)).size(), QSize(8, 8));
     QCOMPARE(reads, 4);
     QCOMPARE(cache.count(), 2);
@@ -198,7 +200,7 @@ void tst_PictureCache::figuresSaturate()
 
         // What is above the figures' range still counts: the sum is above the budget, the far end goes.
         const qsizetype before = log.text().size();
-        cache.prefetch({QStringLiteral("c"), QStringLiteral("a"), QStringLiteral("b")}, 0);
+        prefetch(cache, {QStringLiteral("c"), QStringLiteral("a"), QStringLiteral("b")}, 0);
         QCOMPARE(log.text().mid(before),
                  QByteArray("add image c size(1610612736) ram(2147483647/2147483647) \r\n"
                             "remove image b size(1610612736) ram(2147483647/2147483647) \r\n"
@@ -246,17 +248,18 @@ void tst_PictureCache::overlappingJobs()
         ++reads.at(path.toUInt());
         return smallPicture(path);
     };
-    PictureCache cache(1'000'000, read, 2);
+    const auto cache = std::make_shared<PictureCache>(1'000'000, read);
+    PrefetchJobs jobs(cache, 2);
     const StderrCapture log;
     {
-        std::jthread first([&] { cache.prefetch(names(40), 0); });
-        std::jthread second([&] { cache.prefetch(names(40), 1); });
+        std::jthread first([&] { jobs.run(PrefetchJob(names(40), 0)); });
+        std::jthread second([&] { jobs.run(PrefetchJob(names(40), 1)); });
     }
     const QByteArrayList all = steps(log.text()).split(' ');
     QCOMPARE(all.size(), 40); // each picture is stored once
     QCOMPARE(QSet<QByteArray>(all.begin(), all.end()).size(), 40);
     QVERIFY(std::all_of(reads.begin(), reads.end(), [](int times) { return times == 1 || times == 2; }));
-    QCOMPARE(cache.used(), 40 * pictureSize);
+    QCOMPARE(cache->used(), 40 * pictureSize);
 }
 
 void tst_PictureCache::lookupsWhileWriting()
@@ -282,7 +285,7 @@ void tst_PictureCache::lookupsWhileWriting()
         std::jthread firstReader(look);
         std::jthread secondReader(look);
         for (int round = 0; round < 300 || !ready; ++round)
-            cache.prefetch(names(12), round % 12);
+            prefetch(cache, names(12), round % 12);
         done = true;
     }
     QVERIFY(found > 0);
