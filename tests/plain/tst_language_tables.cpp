@@ -249,15 +249,15 @@ void tst_LanguageTables::wrongPlaceholders_data()
     QTest::addColumn<QString>("english");
 
     const QByteArray space("@AvailableDiskSpace");
-    const QString right = u"%s wolne\nz %s"_s;
+    const QString right = u"%s wol.\nz %s"_s;
     const QString english = u"%s free\nof %s"_s;
-    QTest::newRow("another kind") << space << right << u"%d wolne\nz %s"_s << english;
-    QTest::newRow("one that writes to memory") << space << right << u"%s wolne\nz %n"_s << english;
-    QTest::newRow("one is missing") << space << right << u"%s wolne\nz XX"_s << english;
-    QTest::newRow("both are missing") << space << right << u"XX wolne\nz XX"_s << english;
-    QTest::newRow("one too many") << space << right << u"%s wo%se\nz %s"_s << english;
-    QTest::newRow("Qt's in place of printf's") << space << right << u"%1 wolne\nz %2"_s << english;
-    QTest::newRow("a width from the values") << space << right << u"%*d wolne z%s"_s << english;
+    QTest::newRow("another kind") << space << right << u"%d wol.\nz %s"_s << english;
+    QTest::newRow("one that writes to memory") << space << right << u"%s wol.\nz %n"_s << english;
+    QTest::newRow("one is missing") << space << right << u"%s wol.\nz XX"_s << english;
+    QTest::newRow("both are missing") << space << right << u"XX wol.\nz XX"_s << english;
+    QTest::newRow("one too many") << space << right << u"%s wo%s\nz %s"_s << english;
+    QTest::newRow("Qt's in place of printf's") << space << right << u"%1 wol.\nz %2"_s << english;
+    QTest::newRow("a width from the values") << space << right << u"%*d wol. z%s"_s << english;
     QTest::newRow("one in a text without values")
         << QByteArray("@PlayItem") << u"Odtwórz"_s << u"%stwórz"_s << u"Play"_s;
     QTest::newRow("a bare percent sign")

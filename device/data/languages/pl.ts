@@ -53,7 +53,7 @@
     </message>
     <message>
         <source>@AvailableDiskSpace</source>
-        <translation>%s wolne&#xa;z %s</translation>
+        <translation>%s wol.&#xa;z %s</translation>
     </message>
     <message>
         <source>@Back</source>

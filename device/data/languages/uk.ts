@@ -53,7 +53,7 @@
     </message>
     <message>
         <source>@AvailableDiskSpace</source>
-        <translation>Вільн. %s&#xa;з %s</translation>
+        <translation>Віл. %s&#xa;з %s</translation>
     </message>
     <message>
         <source>@Back</source>
