@@ -54,7 +54,7 @@ qint64 svgMemory(qint64 machine)
 
 QImage readSvg(QFile &file, SvgFit fit, QSize box)
 {
-    static const qint64 memory = svgMemory(readTotalMemory("/proc/meminfo").value_or(0));
+    const qint64 memory = svgMemory(readTotalMemory("/proc/meminfo").value_or(0));
     if (file.size() > memory / timesText)
         return {};
     const QByteArray text = file.read(file.size());

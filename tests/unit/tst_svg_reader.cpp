@@ -1,5 +1,6 @@
 // SVG files, which a process of their own draws: as a reader within the program would, or not at all.
 
+#include "file_calls.h"
 #include "hostile_bombs.h"
 #include "panel_application.h"
 #include "picture_cache.h"
@@ -35,6 +36,7 @@ private slots:
     void longText();
     void memoryOfTheMachine_data();
     void memoryOfTheMachine();
+    void memoryIsAskedForAgain();
     void endsApart_data();
     void endsApart();
 
@@ -178,6 +180,20 @@ void tst_SvgReader::memoryOfTheMachine()
     QFETCH(qint64, machine);
 
     QTEST(svgMemory(machine), "memory");
+}
+
+void tst_SvgReader::memoryIsAskedForAgain()
+{
+    // Once there was no handle for it, which is no answer for good.
+    int asked = 0;
+    const FileCalls calls("/proc", [&asked](FileCall &call) {
+        if (call.kind == FileCall::Open && qstrcmp(call.path, "/proc/meminfo") == 0 && asked++ == 0)
+            call.error = EMFILE;
+    });
+    const QString path = put(u"a.svg"_s, hostile::svg({}));
+    QVERIFY(!drawn(path, SvgFit::Within, {20, 20}).isNull());
+    QVERIFY(!drawn(path, SvgFit::Within, {20, 20}).isNull());
+    QCOMPARE(asked, 2);
 }
 
 void tst_SvgReader::endsApart_data()
