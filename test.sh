@@ -14,7 +14,8 @@ Installs what is missing, builds, and runs every check and test: the release bui
 state between threads under ThreadSanitizer, and all tests under AddressSanitizer.
 
   --quick   the release build alone, with all tests
-  --long    random tests go on for longer, with other seeds each day
+  --long    what takes hours as well: the long show, an hour of each fuzzer, all faults and damages, random tests with
+            other seeds each day; goes on to the end whatever fails
   --on      instead: builds and tests for 32-bit ARM, emulated, or on Debian 13 with its Qt (docs/portability.md)
   --help    this text; nothing is installed or built
 END
@@ -24,10 +25,17 @@ END
 
 quick=false
 long=()
+status=0
+# Whole devices run beside each other on few processors. What fails is tried once more; its first output stays in the
+# log, and is a defect to be found.
+once_more=(--repeat until-pass:2)
 for argument; do
     case $argument in
     --quick) quick=true ;;
-    --long) long=(--build-config Long) ;;
+    --long)
+        long=(--build-config Long)
+        once_more=()
+        ;;
     --help | -h)
         usage
         exit
@@ -42,9 +50,6 @@ done
 jobs=$(nproc)
 # Most tests wait more than they compute.
 tests=$((jobs + 1))
-# Whole devices run beside each other on few processors. What fails is tried once more; its first output stays in the
-# log, and is a defect to be found.
-once_more=(--repeat until-pass:2)
 step() { printf '\n=== %s (%s)\n' "$1" "$(date +%T)"; }
 
 build() { # PRESET UNIT_TESTS [TARGETS...]
@@ -53,22 +58,29 @@ build() { # PRESET UNIT_TESTS [TARGETS...]
     cmake --build "build/$1" --parallel "$jobs" ${3:+--target "${@:3}"} -- --quiet
 }
 
+run() { # CTEST_ARGUMENTS...
+    ctest "$@" --no-tests=error "${long[@]}" && return
+    status=1
+    [ ${#long[@]} -gt 0 ]
+}
+
 step "install what is missing"
 tools/install-dependencies
 
 step "build: release"
 build release $quick
 step "checks and tests: release"
-ctest --preset release --parallel "$tests" --no-tests=error "${long[@]}" "${once_more[@]}"
-$quick && exit
+run --preset release --parallel "$tests" "${once_more[@]}"
+if $quick; then exit "$status"; fi
 
 step "build: tsan"
 build tsan true thread_tests
 step "test: tsan"
-ctest --preset tsan --label-regex '^threads$' --no-tests=error
+run --preset tsan --label-regex '^threads$'
 
 # Last, so that the run ends with the summary of all tests.
 step "build: asan"
 build asan true
 step "test: asan"
-ctest --preset asan --parallel "$tests" --no-tests=error "${long[@]}" "${once_more[@]}"
+run --preset asan --parallel "$tests" "${once_more[@]}"
+exit "$status"
