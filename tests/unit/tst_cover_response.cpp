@@ -4,13 +4,12 @@
 #include "finished_cover.h"
 #include "panel_application.h"
 #include "picture_fixture.h"
+#include "special_files.h"
 
 #include <boardconf.h>
 #include <slateview.h>
 
 #include <libexif/exif-data.h>
-
-#include <sys/stat.h>
 
 using namespace Qt::StringLiterals;
 using lindenreed::device::SdkCall;
@@ -243,8 +242,9 @@ void tst_CoverResponse::cannotBeShown_data()
 {
     QTest::addColumn<QByteArray>("kind");
 
-    for (const char *kind : {"missing", "empty", "text", "fifo", "device", "folder", "resource"})
-        QTest::newRow(kind) << QByteArray(kind);
+    for (const QByteArray &kind :
+         special_files::kinds + QByteArrayList{"missing", "empty", "text", "a resource"})
+        QTest::newRow(kind) << kind;
 }
 
 void tst_CoverResponse::cannotBeShown()
@@ -260,19 +260,18 @@ void tst_CoverResponse::cannotBeShown()
         QVERIFY(write({}));
     else if (kind == "text")
         QVERIFY(write("no picture at all\n"));
-    else if (kind == "fifo")
-        QCOMPARE(mkfifo(QFile::encodeName(path).constData(), 0600), 0); // opening it would wait for ever
-    else if (kind == "device")
-        QVERIFY(QFile::link(u"/dev/zero"_s, path)); // reading it would never end
-    else if (kind == "folder")
-        QVERIFY(QDir().mkdir(path));
-    else if (kind == "resource")
+    else if (kind == "a resource")
         path = u":/qt-project.org/imports/nothing.png"_s;
+    else if (kind != "missing")
+        path = special_files::make(kind, path);
+    QVERIFY(!path.isEmpty());
 
     // A null picture without an error, through all operations.
     m_test->device.forgetCalls();
     m_test->log.forget();
+    const OpenCount opened(path);
     QVERIFY(cover(path, {32, 32}).isNull());
+    QCOMPARE(opened.get() > 0, kind == "empty" || kind == "text"); // nothing but regular files
     const QList<SdkCall> calls = m_test->device.calls({"adjustAreaDefault", "QuickFloyd16Dither"});
     QCOMPARE(calls.size(), 2);
     QCOMPARE(calls.at(0).arguments, (QByteArrayList{"0", "0", "0"}));

@@ -4,6 +4,7 @@
 #include "exif_builder.h"
 #include "exif_info.h"
 #include "obeyed_permissions.h"
+#include "special_files.h"
 
 #include <QCoreApplication>
 #include <QFile>
@@ -18,7 +19,6 @@
 #include <fstream>
 #include <memory>
 
-#include <sys/stat.h>
 #include <sys/statvfs.h>
 
 using namespace Qt::StringLiterals;
@@ -85,6 +85,8 @@ private slots:
     void accessTimeOfBefore();
     void accessTimeInAFolderForReadingOnly();
     void fileWithoutPermission();
+    void missingFile();
+    void whatIsNoRegularFile_data();
     void whatIsNoRegularFile();
     void linkToAPicture();
     void nameInAnotherScript();
@@ -258,26 +260,39 @@ void tst_CreatedDate::fileWithoutPermission()
     QCOMPARE(createdDate(path), accessedBefore);
 }
 
+void tst_CreatedDate::missingFile()
+{
+    QVERIFY(!createdDate(m_folder->filePath(u"missing.jpg"_s)).isValid());
+    QVERIFY(!createdDate(QString()).isValid());
+}
+
+void tst_CreatedDate::whatIsNoRegularFile_data()
+{
+    QTest::addColumn<QByteArray>("kind");
+
+    for (const QByteArray &kind : special_files::kinds)
+        QTest::newRow(kind) << kind;
+}
+
 void tst_CreatedDate::whatIsNoRegularFile()
 {
-    const QString missing = m_folder->filePath(u"missing.jpg"_s);
-    QVERIFY(!createdDate(missing).isValid());
-    QVERIFY(!createdDate(QString()).isValid());
+    QFETCH(QByteArray, kind);
 
-    // Opening it would wait for a writer for ever.
-    const QString fifo = m_folder->filePath(u"fifo.jpg"_s);
-    QCOMPARE(mkfifo(QFile::encodeName(fifo).constData(), 0600), 0);
-    QCOMPARE(createdDate(fifo), QFileInfo(fifo).fileTime(QFileDevice::FileAccessTime));
-
-    const QString folder = m_folder->path();
-    QCOMPARE(createdDate(folder), QFileInfo(folder).fileTime(QFileDevice::FileAccessTime));
+    const QString path = special_files::make(kind, m_folder->filePath(u"special.jpg"_s));
+    QVERIFY(!path.isEmpty());
+    const QDateTime before = QFileInfo(path).fileTime(QFileDevice::FileAccessTime);
+    const OpenCount opened(path);
+    QCOMPARE(createdDate(path), before);
+    QCOMPARE(opened.get(), 0);
 }
 
 void tst_CreatedDate::linkToAPicture()
 {
     const QString link = m_folder->filePath(u"link.jpg"_s);
     QVERIFY(QFile::link(save(fileWith(august)), link));
+    const OpenCount opened(link);
     QCOMPARE(createdDate(link), inAugust);
+    QVERIFY(opened.get() > 0);
 }
 
 void tst_CreatedDate::nameInAnotherScript()

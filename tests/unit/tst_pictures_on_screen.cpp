@@ -2,16 +2,13 @@
 
 #include "panel_application.h"
 #include "picture_show_test.h"
+#include "special_files.h"
 
 #include <QDir>
 #include <QFile>
 #include <QSignalSpy>
 
 #include <malloc.h>
-#include <sys/socket.h>
-#include <sys/stat.h>
-#include <sys/un.h>
-#include <unistd.h>
 
 class tst_PicturesOnScreen : public PictureShowTest
 {
@@ -34,6 +31,8 @@ private slots:
 private:
     /// A show of two, which starts with this one and must come to the other.
     void showBeforeAGoodOne(const QString &path, int expected);
+
+    int m_opened = 0; ///< how often the first of the two was
 };
 
 void tst_PicturesOnScreen::badPictures_data()
@@ -69,12 +68,14 @@ void tst_PicturesOnScreen::badPictures()
     const QString path = m_folder->filePath(name);
     QVERIFY(write(QFile::encodeName(path), contents));
     showBeforeAGoodOne(path, shown ? Ready : Error);
+    QVERIFY(m_opened > 0);
 }
 
 void tst_PicturesOnScreen::showBeforeAGoodOne(const QString &path, int expected)
 {
     const QString good = m_folder->filePath(u"z.png"_s);
     QVERIFY(twoGreys().save(good));
+    const OpenCount opened(path);
     App app;
     QCOMPARE(runApp(app,
                     [&](RunningApp &running) {
@@ -88,6 +89,7 @@ void tst_PicturesOnScreen::showBeforeAGoodOne(const QString &path, int expected)
                         QCOMPARE(status(running), int(Ready));
                     }),
              0);
+    m_opened = opened.get();
 }
 
 void tst_PicturesOnScreen::truncatedPictures_data()
@@ -144,33 +146,18 @@ void tst_PicturesOnScreen::neverOpened_data()
 {
     QTest::addColumn<QByteArray>("kind");
 
-    QTest::newRow("a FIFO") << QByteArray("fifo");
-    QTest::newRow("a device") << QByteArray("device");
-    QTest::newRow("a socket") << QByteArray("socket");
-    QTest::newRow("a folder") << QByteArray("folder");
+    for (const QByteArray &kind : special_files::kinds)
+        QTest::newRow(kind) << kind;
 }
 
 void tst_PicturesOnScreen::neverOpened()
 {
     QFETCH(QByteArray, kind);
 
-    const QString path = m_folder->filePath(u"a.jpg"_s);
-    const QByteArray name = QFile::encodeName(path);
-    if (kind == "fifo") {
-        QCOMPARE(mkfifo(name.constData(), 0600), 0); // opening it would wait for ever
-    } else if (kind == "device") {
-        QVERIFY(QFile::link(u"/dev/zero"_s, path)); // reading it would never end
-    } else if (kind == "folder") {
-        QVERIFY(QDir().mkdir(path));
-    } else {
-        sockaddr_un address = {};
-        address.sun_family = AF_UNIX;
-        qstrncpy(address.sun_path, name.constData(), sizeof address.sun_path);
-        const int socketHandle = socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
-        QCOMPARE(bind(socketHandle, reinterpret_cast<const sockaddr *>(&address), sizeof address), 0);
-        close(socketHandle);
-    }
+    const QString path = special_files::make(kind, m_folder->filePath(u"a.jpg"_s));
+    QVERIFY(!path.isEmpty());
     showBeforeAGoodOne(path, Error); // black
+    QCOMPARE(m_opened, 0);
 }
 
 void tst_PicturesOnScreen::longShowLeavesNothingBehind()
