@@ -66,6 +66,7 @@ private slots:
     void rowsWhateverTheParent();
     void familyByName_data();
     void familyByName();
+    void everyByte();
     void loadedAnew();
     void fontsOfThisMachine();
 };
@@ -307,6 +308,31 @@ void tst_FontModel::familyByName()
     FontModel model;
     model.loadFonts();
     QCOMPARE(model.getFontFamilyByName(name), family.value_or(QString::fromUtf8(sv_get_default_font(5))));
+}
+
+/// In the names of a family and its faces, and in the name of a stored font.
+void tst_FontModel::everyByte()
+{
+    DeviceForTest device;
+    QList<FontRecord> records;
+    QStringList expected;
+    for (int byte = 1; byte < 256; ++byte) {
+        const QByteArray name = "A" + QByteArray(1, char(byte)) + "b";
+        records.append({name, 0, name + " R"});
+        records.append({name, 2, name + " B"});
+        const QString read = QString::fromUtf8(name);
+        if (byte >= 0x80 && byte != 0xff)
+            continue; // none is a character by itself: all are one name
+        expected.append(read + u'|' + read + u'|' + read + u" R|"_s + read + u" B||"_s);
+    }
+    device.setFonts(records);
+    FontModel model;
+    model.loadFonts();
+    QCOMPARE(families(model), expected);
+    for (char16_t character = 1; character < 0x100; ++character) {
+        const QString name = u"A"_s + QChar(character) + u'b';
+        QCOMPARE(model.getFontFamilyByName(name), name);
+    }
 }
 
 void tst_FontModel::loadedAnew()

@@ -10,6 +10,7 @@
 #include <QProcess>
 #include <QTest>
 
+#include <cctype>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -48,6 +49,7 @@ class tst_LanguageSetup : public QObject
 private slots:
     void language_data();
     void language();
+    void everyByte();
 };
 
 void tst_LanguageSetup::language_data()
@@ -110,6 +112,25 @@ void tst_LanguageSetup::language()
     QVERIFY(child.waitForFinished());
     QCOMPARE(child.exitCode(), 0);
     QCOMPARE(child.readAllStandardOutput(), lang);
+}
+
+/// In the middle of a language. Here, as a program of its own for each would take a while.
+void tst_LanguageSetup::everyByte()
+{
+    QByteArray aliases;
+    for (int byte = 1; byte < 256; ++byte)
+        aliases += "a" + QByteArray(1, char(byte)) + "b locale_" + QByteArray::number(byte) + '\n';
+    for (int byte = 1; byte < 256; ++byte) {
+        if (byte == '\n') // ends the line
+            continue;
+        QVERIFY(put(configPath, "language=a" + QByteArray(1, char(byte)) + "b\n") && put(aliasPath, aliases));
+        QVERIFY(qputenv("LANG", "inherited"));
+        lindenreed::picture_stand::setUpLanguage();
+        // Blanks end the words of an alias: no language has one.
+        const bool isBlank = std::isspace(static_cast<unsigned char>(byte));
+        const QByteArray expected = isBlank ? QByteArray("inherited") : "locale_" + QByteArray::number(byte);
+        QVERIFY2(qgetenv("LANG") == expected, QByteArray::number(byte) + ": " + qgetenv("LANG"));
+    }
 }
 
 int main(int argc, char **argv)

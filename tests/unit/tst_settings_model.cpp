@@ -82,6 +82,7 @@ private slots:
     void assigningNotifiesOnChangeOnly();
     void textsOfOtherForms_data();
     void textsOfOtherForms();
+    void everyByteOfAFont();
     void aMissingRowIsZero();
     void aPlaylistOverridesTheGlobalRow();
     void savingEmitsNothing();
@@ -300,6 +301,22 @@ void tst_SettingsModel::textsOfOtherForms()
         m_test->model->setProperty(property, property.endsWith("font") ? QVariant(u"x"_s) : QVariant(true)));
     m_test->model->loadConfig();
     QCOMPARE(m_test->model->property(property), value);
+    QCOMPARE(m_test->output->text(), QByteArray());
+}
+
+/// As any program may have stored it. What is no character becomes one, here and there another.
+void tst_SettingsModel::everyByteOfAFont()
+{
+    for (int byte = 1; byte < 256; ++byte) {
+        const QByteArray name = "A" + QByteArray(1, char(byte)) + "b";
+        QVERIFY(stored_database::execute({u"UPDATE settings SET value = CAST(x'%1' AS TEXT) WHERE name = "
+                                          "'created_date_font'"_s.arg(QString::fromLatin1(name.toHex()))}));
+        m_test->model->loadConfig();
+        const QString font = m_test->model->property("created_date_font").toString();
+        if (byte < 0x80)
+            QCOMPARE(font, QString::fromLatin1(name));
+        QVERIFY2(font.size() == 3 && font.front() == u'A' && font.back() == u'b', qPrintable(font));
+    }
     QCOMPARE(m_test->output->text(), QByteArray());
 }
 
