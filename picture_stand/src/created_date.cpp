@@ -7,8 +7,10 @@
 #include <QFileInfo>
 
 #include <libexif/exif-data.h>
+#include <libexif/exif-loader.h>
 
 #include <array>
+#include <cstdio>
 #include <fstream>
 #include <memory>
 
@@ -22,10 +24,29 @@ QDateTime fromText(const char *text)
     return QDateTime::fromString(QString::fromUtf8(text), Qt::ISODate);
 }
 
+using LibexifData = std::unique_ptr<ExifData, void (*)(ExifData *)>;
+
+/// As exif_data_new_from_file(), which reads a file of any length when it is made for that.
+LibexifData libexifData(const QByteArray &name)
+{
+    // EXIF data has at most 64 KiB and stands among the first segments of a photograph. Of those before it,
+    // libexif reads every byte.
+    constexpr std::size_t mostBytes = std::size_t(16) * 1024 * 1024;
+    const std::unique_ptr<ExifLoader, void (*)(ExifLoader *)> loader(exif_loader_new(), &exif_loader_unref);
+    const std::unique_ptr<std::FILE, int (*)(std::FILE *)> file(std::fopen(name.constData(), "rb"),
+                                                                &std::fclose);
+    std::array<unsigned char, 1024> piece;
+    for (std::size_t left = file ? mostBytes : 0; left > 0; left -= piece.size()) {
+        const std::size_t size = std::fread(piece.data(), 1, piece.size(), file.get());
+        if (size == 0 || exif_loader_write(loader.get(), piece.data(), unsigned(size)) == 0)
+            break;
+    }
+    return {exif_loader_get_data(loader.get()), &exif_data_unref};
+}
+
 QDateTime readByLibexif(const QByteArray &file)
 {
-    const std::unique_ptr<ExifData, void (*)(ExifData *)> data(exif_data_new_from_file(file.constData()),
-                                                               &exif_data_unref);
+    const LibexifData data = libexifData(file);
     if (!data)
         return {};
     ExifEntry *entry = exif_content_get_entry(data->ifd[EXIF_IFD_EXIF], EXIF_TAG_DATE_TIME_ORIGINAL);

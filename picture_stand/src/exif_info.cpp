@@ -16,6 +16,39 @@ constexpr std::uint8_t endOfImage = 0xD9;
 constexpr std::uint8_t startOfScan = 0xDA;
 constexpr std::uint8_t app1 = 0xE1;
 
+/// What one file may cost. A photograph has some dozen segments of three reads each; what takes more than
+/// this was made to take long.
+constexpr unsigned mostReads = 1'000'000;
+
+/// Another stream, which ends when as much as one file may cost was asked of it.
+class BoundedStream : public EXIFStream
+{
+public:
+    explicit BoundedStream(EXIFStream &stream)
+        : m_stream(stream)
+    {
+    }
+
+    bool IsValid() const override { return m_stream.IsValid(); }
+    const std::uint8_t *GetBuffer(unsigned n) override
+    {
+        constexpr unsigned bytesOfOne = 64; // a read of more counts as several
+        return pay(1 + n / bytesOfOne) ? m_stream.GetBuffer(n) : nullptr;
+    }
+    bool SkipBuffer(unsigned n) override { return pay(1) && m_stream.SkipBuffer(n); }
+
+private:
+    bool pay(unsigned reads)
+    {
+        const bool paid = reads <= m_left;
+        m_left = paid ? m_left - reads : 0;
+        return paid;
+    }
+
+    EXIFStream &m_stream;
+    unsigned m_left = mostReads;
+};
+
 bool hasLength(std::uint8_t marker)
 {
     return marker >= 2 && (marker < 0xD0 || marker > startOfImage);
@@ -118,9 +151,10 @@ int EXIFInfo::parseFrom(std::istream &stream)
     return parseFrom(bytes);
 }
 
-int EXIFInfo::parseFrom(EXIFStream &stream)
+int EXIFInfo::parseFrom(EXIFStream &unbounded)
 {
     clear();
+    BoundedStream stream(unbounded);
     if (!stream.IsValid())
         return ParseInvalidJpeg;
     const std::uint8_t *bytes = stream.GetBuffer(2);

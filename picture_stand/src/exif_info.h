@@ -34,8 +34,8 @@ public:
  * The EXIF data of one file, for pictures whose date libexif does not give.
  *
  * What the file does not tell is empty or 0, in the GPS group `GpsGroup::unset`. Texts are bytes as the
- * camera wrote them. Any input is safe, and a stream that is set to throw only fails. No Qt, no shared
- * state.
+ * camera wrote them. Any input is safe, and a stream that is set to throw only fails. A file that takes more
+ * than a million reads counts as ending there. No Qt, no shared state.
  */
 class EXIFInfo
 {

@@ -1,10 +1,69 @@
-// What the EXIF reader takes for data that is made to cost much: no more memory than the data has, and every
-// value is read once.
+// What the EXIF reader takes for data that is made to cost much: no more memory than the data has, every
+// value is read once, and there is an end to reading.
 
 #include "allocations.h"
 #include "exif_orders.h"
 
 using namespace TinyEXIF;
+
+namespace {
+
+constexpr unsigned mostReads = 1'000'000;
+constexpr unsigned bytesOfOneRead = 64;
+const std::string dated = app1(datedSegment(ByteOrder::Little));
+
+/// Bytes in memory, and how often they were read or passed over.
+class CountedStream : public EXIFStream
+{
+public:
+    explicit CountedStream(const std::string &bytes)
+        : m_bytes(bytes)
+    {
+    }
+
+    bool IsValid() const override { return true; }
+    const std::uint8_t *GetBuffer(unsigned n) override
+    {
+        m_bytesRead += n;
+        const std::size_t begin = m_position;
+        return SkipBuffer(n) ? reinterpret_cast<const std::uint8_t *>(m_bytes.data()) + begin : nullptr;
+    }
+    bool SkipBuffer(unsigned n) override
+    {
+        ++m_calls;
+        if (m_bytes.size() - m_position < n)
+            return false;
+        m_position += n;
+        return true;
+    }
+
+    unsigned calls() const { return m_calls; }
+    std::size_t bytesRead() const { return m_bytesRead; }
+
+private:
+    const std::string &m_bytes;
+    std::size_t m_position = 0;
+    unsigned m_calls = 0;
+    std::size_t m_bytesRead = 0;
+};
+
+/// What is left for what stands before the date. Start, marker and length of the date's segment are one read
+/// each.
+constexpr unsigned leftBefore(std::size_t segment)
+{
+    return mostReads - 3 - (1 + unsigned(segment) / bytesOfOneRead);
+}
+
+std::string times(unsigned count, const std::string &what)
+{
+    std::string result;
+    result.reserve(count * what.size());
+    for (unsigned i = 0; i < count; ++i)
+        result += what;
+    return result;
+}
+
+} // namespace
 
 class tst_ExifLimits : public QObject
 {
@@ -17,6 +76,9 @@ private slots:
     void manyEntriesOneText();
     void manySegments_data() { bothOrders(); }
     void manySegments();
+    void endOfReading_data();
+    void endOfReading();
+    void endAfterTheDate();
 };
 
 void tst_ExifLimits::largestCounts()
@@ -91,6 +153,57 @@ void tst_ExifLimits::manySegments()
     QCOMPARE(info.parseFrom(file), int(ParseSuccess));
     QVERIFY(allocations.largest <= largest);
     QCOMPARE(info.DateTimeOriginal.size(), std::size_t(64000));
+}
+
+void tst_ExifLimits::endOfReading_data()
+{
+    QTest::addColumn<QByteArray>("before");
+    QTest::addColumn<bool>("found");
+
+    const auto row = [](const char *name, const std::string &before, bool found) {
+        QTest::newRow(name) << QByteArray::fromStdString(before) << found;
+    };
+    const unsigned left = leftBefore(dated.size() - 4);
+    row("as many fill bytes as are read", std::string(left, '\xFF'), true);
+    row("one more", std::string(left + 1, '\xFF'), false);
+    row("many more", std::string(std::size_t(4) * left, '\xFF'), false);
+    const std::string markers = "\xFF\x01"; // without a length
+    row("as many markers as are read", times(left, markers), true);
+    row("one more marker", times(left + 1, markers), false);
+    const std::string tiny = jpegSegment(0xFE, "x"); // marker, length, content
+    row("as many segments as are read", times(left / 3, tiny), true);
+    row("one more segment", times(left / 3 + 1, tiny), false);
+    const std::string large = app1(std::string(65'533, 'x'));
+    const unsigned largeOnes = left / (3 + 65'533 / bytesOfOneRead);
+    row("as much of APP1 as is read", times(largeOnes, large), true);
+    row("one APP1 more", times(largeOnes + 1, large), false);
+}
+
+void tst_ExifLimits::endOfReading()
+{
+    QFETCH(QByteArray, before);
+    QFETCH(bool, found);
+
+    const std::string file = jpegFile(before.toStdString() + dated);
+    CountedStream stream(file);
+    EXIFInfo info;
+    QCOMPARE(info.parseFrom(stream) == ParseSuccess, found);
+    QCOMPARE(info.Fields, found ? 1u : 0u);
+    QCOMPARE(info.DateTimeOriginal, found ? date : std::string());
+    QVERIFY(stream.calls() <= mostReads);
+    QVERIFY(stream.bytesRead() <= std::size_t(mostReads) * bytesOfOneRead);
+}
+
+void tst_ExifLimits::endAfterTheDate()
+{
+    const std::string file = jpegFile(dated + std::string(mostReads, '\xFF'));
+    EXIFInfo info;
+    for (int i = 0; i < 2; ++i) { // each file has all of it
+        CountedStream stream(file);
+        QCOMPARE(info.parseFrom(stream), int(ParseSuccess));
+        QCOMPARE(info.DateTimeOriginal, date);
+        QVERIFY(stream.calls() <= mostReads);
+    }
 }
 
 QTEST_APPLESS_MAIN(tst_ExifLimits)

@@ -80,6 +80,8 @@ private slots:
     void texts();
     void sources_data();
     void sources();
+    void endOfReading_data();
+    void endOfReading();
     void otherDates_data();
     void otherDates();
     void accessTimeOfBefore();
@@ -211,6 +213,34 @@ void tst_CreatedDate::sources()
     QCOMPARE(createdDate(path), expected);
     QCOMPARE(libexifKnows(path), libexif);
     QCOMPARE(ownReaderKnows(path), own);
+}
+
+void tst_CreatedDate::endOfReading_data()
+{
+    QTest::addColumn<std::string>("contents");
+    QTest::addColumn<QDateTime>("expected");
+
+    // Behind fill bytes, of which libexif takes any number, and behind a segment that libexif stops at. Each
+    // stands for what only one of the two may still read.
+    const std::string start = "\xFF\xD8";
+    const std::string dated = app1(segmentWith(august)); // the date is the last of it
+    const std::size_t most = std::size_t(16) * 1024 * 1024;
+    const std::string fill(most - start.size() - dated.size(), '\xFF');
+    QTest::newRow("libexif: the last bytes that are read") << start + fill + dated << inAugust;
+    QTest::newRow("libexif: one byte beyond") << start + fill + '\xFF' + dated << accessedBefore;
+    QTest::newRow("libexif: many bytes beyond") << start + fill + fill + dated << accessedBefore;
+    const std::string ours = start + foreignSegment();
+    QTest::newRow("ours: fewer fill bytes than are read")
+        << ours + std::string(990'000, '\xFF') + dated << inAugust;
+    QTest::newRow("ours: more of them") << ours + std::string(1'000'000, '\xFF') + dated << accessedBefore;
+}
+
+void tst_CreatedDate::endOfReading()
+{
+    QFETCH(std::string, contents);
+    QFETCH(QDateTime, expected);
+
+    QCOMPARE(createdDate(save(contents)), expected);
 }
 
 void tst_CreatedDate::otherDates_data()
