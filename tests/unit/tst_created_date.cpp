@@ -195,6 +195,12 @@ void tst_CreatedDate::sources_data()
         << fileWith(august + "  ") << true << true << inAugust;
     QTest::newRow("a directory beyond its segment")
         << jpegFile(app1(segmentWith(august).substr(0, 40))) << false << false << accessedBefore;
+    ExifBuilder beyond(ByteOrder::Little);
+    beyond.text(ExifBuilder::First, dateTimeOriginal, august + '\0').begin(ExifBuilder::Exif);
+    QTest::newRow("a date in the first directory, and a second one that ends beyond the segment")
+        << jpegFile(
+               app1(withNumber(beyond.segment(), beyond.order(), beyond.offset(ExifBuilder::Exif), 1000, 2)))
+        << false << false << accessedBefore;
     QTest::newRow("JPEG without EXIF") << jpegFile(foreignSegment()) << false << false << accessedBefore;
     QTest::newRow("XMP alone") << jpegFile(app1("http://ns.adobe.com/xap/1.0/")) << false << false
                                << accessedBefore;
