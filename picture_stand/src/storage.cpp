@@ -13,6 +13,7 @@
 #include <array>
 #include <cstdint>
 #include <mutex>
+#include <system_error>
 #include <thread>
 #include <type_traits>
 #include <utility>
@@ -129,7 +130,7 @@ Storage &Storage::instance()
 void Storage::update()
 {
     findEventLoop();
-    std::thread([this] {
+    auto look = [this] {
         QList<StorageItem> found = findRoots();
         // The event loop must not go away while it is being woken.
         const std::lock_guard lock(eventLoopMutex);
@@ -140,7 +141,13 @@ void Storage::update()
             takeRoots(found);
         };
         QMetaObject::invokeMethod(this, std::move(takeOver), Qt::QueuedConnection);
-    }).detach();
+    };
+    try {
+        std::thread(std::move(look)).detach();
+    } catch (const std::system_error &error) {
+        lr_print_log2(2, "picture_stand/src/storage", __LINE__, "void Storage::update()",
+                      "Failed to look at the storages: %s", error.what());
+    }
 }
 
 void Storage::takeRoots(QList<StorageItem> &found)

@@ -30,7 +30,7 @@ public:
     static Storage &instance();
 
     /// Begins a look at the storages and returns at once. Each call has a worker of its own; the list of the
-    /// one that ends last stays.
+    /// one that ends last stays. Where there is no thread to be had, nothing is looked at.
     void update();
 
     /// Folders, empty cells up to a whole row of `columns` (none for 0), then what matches `filters`, in any

@@ -13,7 +13,10 @@
 #include <memory>
 #include <mutex>
 #include <semaphore>
+#include <utility>
 
+#include <dlfcn.h>
+#include <pthread.h>
 #include <sys/statvfs.h>
 
 using namespace Qt::StringLiterals;
@@ -40,9 +43,23 @@ std::atomic<int> toHold = 0; ///< workers that are to stop at the name of the in
 std::atomic<int> holding = 0;
 constexpr const char *heldName = "the one that was held";
 
+thread_local int threadsToRefuse = 0; ///< of those that this thread starts
+
 } // namespace
 
-// These two stand before the device's own and the system's.
+// These three stand before the device's own and the system's.
+int pthread_create(pthread_t *thread, const pthread_attr_t *attributes, void *(*run)(void *),
+                   void *argument) noexcept
+{
+    if (threadsToRefuse > 0) {
+        --threadsToRefuse;
+        return EAGAIN;
+    }
+    static const auto system
+        = reinterpret_cast<decltype(&pthread_create)>(dlsym(RTLD_NEXT, "pthread_create"));
+    return system(thread, attributes, run, argument);
+}
+
 const char *GetLangText(const char *key)
 {
     if (std::strcmp(key, "@AvailableDiskSpace") == 0)
@@ -94,6 +111,7 @@ private slots:
     void spaceInASentence();
     void sentenceIsMadeAtEachRead();
     void lastOneStays();
+    void refusedThread();
 
 private:
     std::unique_ptr<MediaFixture> m_media;
@@ -253,6 +271,26 @@ void tst_StorageScan::lastOneStays()
     held.release();
     QVERIFY(MediaFixture::reported(changed, 2));
     QCOMPARE(MediaFixture::roots().constFirst().name, QString::fromLatin1(heldName));
+}
+
+void tst_StorageScan::refusedThread()
+{
+    MediaFixture::plug(false, false);
+    QVERIFY(MediaFixture::look());
+    const QStringList before = MediaFixture::lines(MediaFixture::roots());
+    QCOMPARE(before.size(), 1);
+
+    MediaFixture::plug(true, false);
+    const QSignalSpy changed(&Storage::instance(), &Storage::storageChanged);
+    threadsToRefuse = 1;
+    Storage::instance().update();
+    QCOMPARE(std::exchange(threadsToRefuse, 0), 0); // one was asked for
+    QCOMPARE(m_media->device.calls({"lr_print_log2"}).size(), 1);
+    QCoreApplication::processEvents();
+    QCOMPARE(MediaFixture::lines(MediaFixture::roots()), before);
+    QCOMPARE(changed.count(), 0);
+    QVERIFY(MediaFixture::look());
+    QCOMPARE(MediaFixture::roots().size(), 2);
 }
 
 QTEST_GUILESS_MAIN(tst_StorageScan)
