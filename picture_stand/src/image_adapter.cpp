@@ -9,11 +9,20 @@
 
 namespace lindenreed::picture_stand {
 
+namespace {
+
+QString unescaped(const QString &id)
+{
+    return QUrl::fromPercentEncoding(id.toUtf8());
+}
+
+} // namespace
+
 QString fileOfImageId(const QString &id, const std::function<bool(const QString &)> &exists)
 {
     if (!id.contains(u'%') || exists(id))
         return id;
-    return QUrl::fromPercentEncoding(id.toUtf8());
+    return unescaped(id);
 }
 
 ImageAdapter::ImageAdapter(ResourceImageProvider *provider)
@@ -38,9 +47,13 @@ CoverAdapter::CoverAdapter(CoverProvider *provider)
 
 QQuickImageResponse *CoverAdapter::requestImageResponse(const QString &id, const QSize &requestedSize)
 {
-    const QString path = fileOfImageId(id, [requestedSize](const QString &candidate) {
+    const QString path = fileOfImageId(id, [&id, requestedSize](const QString &candidate) {
+        if (QFile::exists(candidate))
+            return true;
+        // Of a long path both names have the same key: what is kept tells nothing where the other one is
+        // there.
         const QString key = coverKey(candidate, requestedSize.width(), requestedSize.height());
-        return QFile::exists(candidate) || CoverCache::instance().find(key).has_value();
+        return !QFile::exists(unescaped(id)) && CoverCache::instance().find(key).has_value();
     });
     return m_provider->requestImageResponse(path, requestedSize);
 }

@@ -64,6 +64,17 @@ int status(const std::unique_ptr<QQuickItem> &item)
     return item->property("status").toInt();
 }
 
+/// Keeps both threads until all held pictures may pass.
+std::vector<std::unique_ptr<QQuickItem>> takeThreads(const RunningApp &running, const QString &folder)
+{
+    std::vector<std::unique_ptr<QQuickItem>> holders;
+    for (int i = 0; i < 2; ++i)
+        holders.push_back(showCover(running, writeHeldPicture(folder, u"holder %1"_s.arg(i))));
+    if (!HeldPictures::waitUntilBegun(2))
+        qWarning("the threads are not taken");
+    return holders;
+}
+
 } // namespace
 
 class tst_CoversOnScreen : public QObject
@@ -79,6 +90,9 @@ private slots:
     void oddNames();
     void shownThoughTheFileHasGone();
     void cannotBeShown();
+    void longNameThatComesBack_data();
+    void longNameThatComesBack();
+    void longNameThatComesBackAfterTheLook();
     void itemThatGoesWhileItsCoverIsMade();
     void manyItems();
     void quitWithQueuedJobs();
@@ -162,6 +176,67 @@ void tst_CoversOnScreen::cannotBeShown()
                         QTRY_VERIFY(CoverCache::instance().find(coverKey(path, 60, 60)));
                         QTRY_VERIFY(status(item) != Loading);
                         QCOMPARE(item->property("implicitWidth").toReal(), 0.);
+                    }),
+             0);
+}
+
+/// The key of such a path ends before the letter that an address escapes.
+void tst_CoversOnScreen::longNameThatComesBack_data()
+{
+    QTest::addColumn<QString>("end");
+
+    QTest::newRow("percent") << u"50%.png"_s;
+    QTest::newRow("percent before digits") << u"1%25.png"_s;
+    QTest::newRow("quote") << u"\"it\".png"_s;
+}
+
+void tst_CoversOnScreen::longNameThatComesBack()
+{
+    QFETCH(QString, end);
+
+    const QString path = m_folder->filePath(QString(62, u'n') + end);
+    App app;
+    QCOMPARE(runApp(app,
+                    [&](RunningApp &running) {
+                        for (int look = 0; look < 2; ++look) {
+                            const auto away = showCover(running, path);
+                            QTRY_VERIFY(CoverCache::instance().find(coverKey(path, 60, 60)));
+                            QTRY_VERIFY(status(away) != Loading);
+                            QCOMPARE(away->implicitWidth(), 0.);
+                        }
+                        QVERIFY(twoGreys({40, 20}).save(path));
+                        const auto item = showCover(running, path);
+                        QTRY_COMPARE(status(item), int(Ready));
+                        QCOMPARE(item->implicitWidth(), 60.);
+                    }),
+             0);
+}
+
+/// Between the look at what is kept and the job, too.
+void tst_CoversOnScreen::longNameThatComesBackAfterTheLook()
+{
+    const QString path = m_folder->filePath(QString(62, u'm') + u"50%.png"_s);
+    const QString key = coverKey(path, 60, 60);
+    CoverCache &cache = CoverCache::instance();
+    App app;
+    QCOMPARE(runApp(app,
+                    [&](RunningApp &running) {
+                        {
+                            const auto away = showCover(running, path);
+                            QTRY_VERIFY(cache.find(key) && status(away) != Loading);
+                        }
+                        const auto holders = takeThreads(running, m_folder->path());
+                        const auto late = showCover(running, path);
+                        QTest::qWait(50); // it is asked for by now
+                        for (int i = 0; i < CoverCache::capacity; ++i)
+                            cache.insert(QString::number(i), QImage());
+                        QVERIFY(!cache.find(key));
+                        QVERIFY(twoGreys({40, 20}).save(path));
+                        HeldPictures::letAllPass();
+                        QTRY_VERIFY(cache.find(key) && status(late) != Loading);
+                        const auto item = showCover(running, path);
+                        QTRY_COMPARE(status(item), int(Ready));
+                        QCOMPARE(item->implicitWidth(), 60.);
                     }),
              0);
 }
