@@ -47,6 +47,8 @@ private slots:
     void findingIsNoUse();
     void insertingAgainIsAUse();
     void touchWithoutPictureTakesAPlace();
+    void awayUntilAPictureComes();
+    void awayUntilItsPlaceIsTaken();
 };
 
 void tst_CoverCache::keys_data()
@@ -209,6 +211,27 @@ void tst_CoverCache::touchWithoutPictureTakesAPlace()
     QVERIFY(cache.find(name(0)));
     cache.insert(name(50), picture(1));
     QVERIFY(!cache.find(name(0)));
+}
+
+void tst_CoverCache::awayUntilAPictureComes()
+{
+    CoverCache cache;
+    QVERIFY(!cache.isAway(u"a"_s));
+    cache.insert(u"a"_s, QImage(), true);
+    QVERIFY(cache.isAway(u"a"_s));
+    cache.insert(u"a"_s, picture(1));
+    QVERIFY(!cache.isAway(u"a"_s));
+}
+
+void tst_CoverCache::awayUntilItsPlaceIsTaken()
+{
+    CoverCache cache;
+    cache.insert(u"a"_s, QImage(), true);
+    for (int i = 0; i < 50; ++i) {
+        QVERIFY(cache.isAway(u"a"_s));
+        cache.insert(name(i), picture(1));
+    }
+    QVERIFY(!cache.isAway(u"a"_s));
 }
 
 QTEST_GUILESS_MAIN(tst_CoverCache)

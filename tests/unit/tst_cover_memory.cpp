@@ -138,6 +138,9 @@ void tst_CoverMemory::whatIsNotThereMayCome()
     QVERIFY(m_test->device.calls({"adjustAreaDefault"}).isEmpty()); // nothing is tried meanwhile
     QVERIFY(gradient({8, 8}).save(path));
     QCOMPARE(cover(path, {32, 32}).size(), QSize(32, 32));
+    m_test->device.forgetCalls();
+    QCOMPARE(cover(path, {32, 32}).size(), QSize(32, 32));
+    QVERIFY(m_test->device.calls({"adjustAreaDefault"}).isEmpty()); // it has come, and is kept as any other
     QVERIFY(QFile::remove(path));
     QCOMPARE(cover(path, {32, 32}).size(), QSize(32, 32));
 }
