@@ -17,6 +17,7 @@ Item {
 
         anchors.fill: parent
         asynchronous: true
+        cache: false
         fillMode: Image.PreserveAspectCrop
         sourceSize: Qt.size(width, height)
         Accessible.ignored: true

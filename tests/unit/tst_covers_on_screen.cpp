@@ -75,6 +75,19 @@ std::vector<std::unique_ptr<QQuickItem>> takeThreads(const RunningApp &running, 
     return holders;
 }
 
+/// What shows the thumbnail of a file, from `item` on; null where nothing does.
+QQuickItem *coverBelow(QQuickItem *item, const QString &path)
+{
+    if (item->property("source").toUrl() == QUrl(u"image://cover_provider/"_s + path)
+        && item->property("status").isValid())
+        return item;
+    for (QQuickItem *child : item->childItems()) {
+        if (QQuickItem *found = coverBelow(child, path))
+            return found;
+    }
+    return nullptr;
+}
+
 } // namespace
 
 class tst_CoversOnScreen : public QObject
@@ -93,6 +106,7 @@ private slots:
     void longNameThatComesBack_data();
     void longNameThatComesBack();
     void longNameThatComesBackAfterTheLook();
+    void tileThatComesBack();
     void itemThatGoesWhileItsCoverIsMade();
     void manyItems();
     void quitWithQueuedJobs();
@@ -237,6 +251,37 @@ void tst_CoversOnScreen::longNameThatComesBackAfterTheLook()
                         const auto item = showCover(running, path);
                         QTRY_COMPARE(status(item), int(Ready));
                         QCOMPARE(item->implicitWidth(), 60.);
+                    }),
+             0);
+}
+
+/// Of a playlist in the overview: its file went after it was asked for, and is back when the overview is.
+void tst_CoversOnScreen::tileThatComesBack()
+{
+    const QString path = m_folder->filePath(u"away.png"_s);
+    QVERIFY(twoGreys({40, 20}).save(path));
+    App app;
+    QCOMPARE(runApp(app,
+                    [&](RunningApp &running) {
+                        const auto settled = [&]() -> QQuickItem * {
+                            QQuickItem *const tile = coverBelow(running.window->contentItem(), path);
+                            return tile && tile->property("status").toInt() != Loading ? tile : nullptr;
+                        };
+                        const auto holders = takeThreads(running, m_folder->path());
+                        PlaylistModel *const playlists = running.playlists();
+                        playlists->setActiveId(playlists->addItem(u"Mine"_s));
+                        playlists->addImagesToPlaylist({path});
+                        QTRY_VERIFY(coverBelow(running.window->contentItem(), path));
+                        QVERIFY(QFile::rename(path, path + u".away"_s));
+                        HeldPictures::letAllPass();
+                        QTRY_VERIFY(settled());
+                        QCOMPARE(settled()->implicitWidth(), 0.);
+
+                        app.changeView(u"settings_slideshow"_s);
+                        QTRY_VERIFY(!settled());
+                        QVERIFY(QFile::rename(path + u".away"_s, path));
+                        app.changeView(u"playlists"_s);
+                        QTRY_VERIFY(settled() && settled()->implicitWidth() > 0);
                     }),
              0);
 }

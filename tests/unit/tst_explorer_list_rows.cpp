@@ -9,6 +9,12 @@
 using namespace Qt::StringLiterals;
 using lindenreed::picture_stand::FolderModel;
 
+namespace {
+
+constexpr int Loading = 2; // as QQuickImageBase numbers it
+
+} // namespace
+
 class tst_ExplorerListRows : public QObject
 {
     Q_OBJECT
@@ -31,6 +37,7 @@ private slots:
     void forAssistiveInput();
     void pressFrame();
     void pressFrameGoesWithADrag();
+    void thumbnailThatComesBack();
 
 private:
     void inAList(FolderModel::FolderModelMode selecting, const std::function<void(RunningExplorer &)> &body)
@@ -173,6 +180,33 @@ void tst_ExplorerListRows::pressFrameGoesWithADrag()
         QTest::mouseRelease(explorer.window, Qt::LeftButton, {}, start);
         QTRY_VERIFY(!explorer.list()->property("moving").toBool());
         QCOMPARE(opened(), QByteArrayList());
+    });
+}
+
+/// Its file went after it was listed, and is back when the list is shown once more.
+void tst_ExplorerListRows::thumbnailThatComesBack()
+{
+    const QString path = m_test->picture(u"away for a while.png"_s); // no other test has made its thumbnail
+    explore([&](RunningExplorer &explorer) {
+        const auto settled = [&]() -> QQuickItem * {
+            QQuickItem *const picture = RunningExplorer::below(explorer.list(), "source",
+                                                               QUrl(u"image://cover_provider/"_s + path));
+            return picture && picture->property("status").toInt() != Loading ? picture : nullptr;
+        };
+        const qlonglong id = explorer.onlyPlaylist({path});
+        explorer.playlists()->setMode(PlaylistModel::ViewMode);
+        explorer.folders()->setViewMode(FolderModel::ListViewMode);
+        explorer.folders()->loadFromList(explorer.playlists()->getImagesById(id));
+        QVERIFY(QFile::rename(path, path + u".away"_s));
+        explorer.app.changeView(u"playlist"_s);
+        QTRY_VERIFY(settled());
+        QCOMPARE(settled()->implicitWidth(), 0.);
+
+        explorer.app.changeView(u"playlists"_s);
+        QTRY_VERIFY(!settled());
+        QVERIFY(QFile::rename(path + u".away"_s, path));
+        explorer.app.changeView(u"playlist"_s);
+        QTRY_VERIFY(settled() && settled()->implicitWidth() > 0);
     });
 }
 

@@ -119,6 +119,7 @@ Item {
                             fill: parent
                             margins: frame.border.width
                         }
+                        cache: false
                         fillMode: Image.PreserveAspectCrop
                         source: "image://cover_provider/" + path
                         sourceSize: Qt.size(width, height)
