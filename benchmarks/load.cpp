@@ -48,7 +48,7 @@ void loadStage(benchmark::State &state)
     useScreenOf(state);
     const QString path = photographFile(int(state.range(0)));
     for ([[maybe_unused]] auto iteration : state) {
-        const QImage picture = picture_stand::readImage(path);
+        const QImage picture = *picture_stand::readImage(path);
         if (picture.isNull())
             state.SkipWithError("no picture");
     }
@@ -83,7 +83,7 @@ void requestStageWarm(benchmark::State &state)
 void requestReference(benchmark::State &state)
 {
     const QSize screen = useScreenOf(state);
-    const QImage kept = picture_stand::readImage(photographFile(int(state.range(0))));
+    const QImage kept = *picture_stand::readImage(photographFile(int(state.range(0))));
     QSize size;
     for ([[maybe_unused]] auto iteration : state) {
         QImage picture = kept.scaled(screen, Qt::KeepAspectRatio, Qt::FastTransformation);

@@ -39,7 +39,7 @@ void measureStages(const QString &path, const QSize &screen, Medians &medians)
     QImage kept;
     QImage shown;
     measure(u"date"_s, [&] { picture_stand::createdDate(path); });
-    measure(u"decode"_s, [&] { kept = picture_stand::readImage(path); });
+    measure(u"decode"_s, [&] { kept = *picture_stand::readImage(path); });
     measure(u"scale"_s, [&] {
         shown = kept.scaled(screen, Qt::KeepAspectRatio, Qt::FastTransformation);
         shown.detach();

@@ -13,6 +13,7 @@
 
 #include <new>
 #include <optional>
+#include <tuple>
 #include <utility>
 
 namespace lindenreed::picture_stand {
@@ -20,16 +21,18 @@ namespace lindenreed::picture_stand {
 namespace {
 
 /// A finished thumbnail: scaled to the box, enlarged as well; toned and, on a grey panel, dithered. Never
-/// inverted.
-QImage makeCover(const QString &path, QSize box)
+/// inverted. And whether it is null because the file was not there, or went meanwhile.
+std::pair<QImage, bool> makeCover(const QString &path, QSize box)
 {
     QImage picture;
-    if (PictureFile file(path); openRegularFile(file) && hasBearableTexts(file)) {
+    PictureFile file(path);
+    if (openRegularFile(file) && hasBearableTexts(file)) {
         QImageReader reader(&file);
         picture = isSvg(reader) ? readSvg(file, SvgFit::Cover, box) : reader.read();
-        if (file.hasGone())
-            picture = {};
     }
+    const bool isAway = file.hasGone(picture);
+    if (isAway)
+        picture = {};
     // A null picture stays one, without the message that Qt would print.
     if (!picture.isNull())
         picture = picture.scaled(box, Qt::KeepAspectRatio, Qt::FastTransformation);
@@ -42,7 +45,7 @@ QImage makeCover(const QString &path, QSize box)
     adjustAreaDefault(pixels, bytesPerLine, picture.width(), picture.height());
     if (grey)
         QuickFloyd16Dither(pixels, bytesPerLine, 0, 0, picture.width(), picture.height());
-    return picture;
+    return {picture, isAway};
 }
 
 } // namespace
@@ -89,12 +92,12 @@ void AsyncImageResponse::run()
             image = *std::move(found);
         } else {
             // Decoding takes no lock. Another thread may be at the same file; the last one wins.
+            bool isAway = false;
             try {
-                image = makeCover(path, {width, height});
+                std::tie(image, isAway) = makeCover(path, {width, height});
             } catch (const std::bad_alloc &) { // of what decoders keep beside the pixels
                 image = {};
             }
-            const bool isAway = image.isNull() && !isRegularFile(path);
             if (!image.isNull() || isAway || !lacksHandles()) // else it is tried again
                 cache.insert(key, image, isAway);
         }

@@ -72,8 +72,9 @@ std::pair<QImage, bool> PictureCache::added(const QString &path)
 
     // Decoding is the slow part and takes no lock. Another thread may be decoding the same file; the first
     // one wins.
-    const QImage picture = m_read(path);
-    const bool isAway = picture.isNull() && !isRegularFile(path);
+    const std::optional<QImage> read = m_read(path);
+    const bool isAway = !read;
+    const QImage picture = read.value_or(QImage());
     if (picture.isNull() && !isAway && lacksHandles())
         return {QImage(), false}; // it is tried again
 

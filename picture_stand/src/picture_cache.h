@@ -33,7 +33,8 @@ class PictureCache
 {
 public:
     /// How a file becomes a picture; runs on the caller's thread or a job's, also on several at once.
-    using Read = std::function<QImage(const QString &path)>;
+    /// Nothing where the file was not there, or went meanwhile.
+    using Read = std::function<std::optional<QImage>(const QString &path)>;
 
     /// The budget is in bytes; more than 2^31 - 1 counts as 2^31 - 1.
     PictureCache(long long limit, Read read);

@@ -33,17 +33,17 @@ QImage readPixels(QImageReader &reader, QSize screen)
     return reader.read();
 }
 
-QImage decoded(const QString &path)
+std::optional<QImage> decoded(const QString &path)
 {
+    QImage picture;
     PictureFile file(path);
-    if (!openRegularFile(file) || !hasBearableTexts(file))
-        return {};
-
-    const QSize screen(ScreenWidth(), ScreenHeight());
-    QImageReader reader(&file);
-    QImage picture = isSvg(reader) ? readSvg(file, SvgFit::Within, screen) : readPixels(reader, screen);
-    if (file.hasGone())
-        return {};
+    if (openRegularFile(file) && hasBearableTexts(file)) {
+        const QSize screen(ScreenWidth(), ScreenHeight());
+        QImageReader reader(&file);
+        picture = isSvg(reader) ? readSvg(file, SvgFit::Within, screen) : readPixels(reader, screen);
+    }
+    if (file.hasGone(picture))
+        return std::nullopt;
     picture = std::move(picture).convertToFormat(device_display_colormask() == 0 ? QImage::Format_Grayscale8
                                                                                  : QImage::Format_RGB888);
     if (SvGetScreenModeInversion())
@@ -53,13 +53,13 @@ QImage decoded(const QString &path)
 
 } // namespace
 
-QImage readImage(const QString &path)
+std::optional<QImage> readImage(const QString &path)
 {
     // A picture without memory for its pixels is null, but what decoders keep beside them throws.
     try {
         return decoded(path);
     } catch (const std::bad_alloc &) {
-        return {};
+        return QImage();
     }
 }
 

@@ -8,10 +8,17 @@
 
 namespace lindenreed::picture_stand {
 
-bool isRegularFile(const QString &path)
+std::optional<FileIdentity> regularFile(const QString &path)
 {
     struct stat status = {};
-    return stat(QFile::encodeName(path).constData(), &status) == 0 && S_ISREG(status.st_mode);
+    if (stat(QFile::encodeName(path).constData(), &status) != 0 || !S_ISREG(status.st_mode))
+        return std::nullopt;
+    return FileIdentity{status.st_dev, status.st_ino};
+}
+
+bool isRegularFile(const QString &path)
+{
+    return regularFile(path).has_value();
 }
 
 bool openRegularFile(QFile &file)

@@ -3,14 +3,30 @@
 #pragma once
 
 #include <QFile>
+#include <QImage>
 #include <QString>
 
 #include <algorithm>
+#include <optional>
+
+#include <sys/types.h>
 
 namespace lindenreed::picture_stand {
 
 /// True for a regular file, also behind symbolic links. Any thread.
 bool isRegularFile(const QString &path);
+
+/// Which regular file a name stands for at the moment.
+struct FileIdentity
+{
+    dev_t device = 0;
+    ino_t number = 0;
+
+    friend bool operator==(const FileIdentity &, const FileIdentity &) = default;
+};
+
+/// Nothing where there is none, also behind symbolic links. Any thread.
+std::optional<FileIdentity> regularFile(const QString &path);
 
 /// Opens `file`, by its name, for reading a picture; false where it cannot be, or is no regular file: opening
 /// a FIFO waits for a writer, and opening a device may do anything. What comes under the name between the two
@@ -30,12 +46,17 @@ public:
     explicit PictureFile(const QString &path)
         : QFile(path)
         , m_path(path)
+        , m_found(regularFile(path))
     {
     }
 
     QString fileName() const override { return m_path; }
-    /// Whether it was pulled out while it was read: what was made of it is not all that there is.
-    bool hasGone() const { return m_hasFailed && !isRegularFile(m_path); }
+    /// Whether it was not there, or was pulled out while it was read, be it back by now: `picture`, which was
+    /// made of it, is not all that there is. A card that was put in again has another file under the name.
+    bool hasGone(const QImage &picture) const
+    {
+        return (m_hasFailed || picture.isNull()) && (!m_found || regularFile(m_path) != m_found);
+    }
 
 protected:
     qint64 readData(char *data, qint64 size) override
@@ -47,6 +68,7 @@ protected:
 
 private:
     QString m_path;
+    std::optional<FileIdentity> m_found; ///< before it was opened
     bool m_hasFailed = false;
 };
 

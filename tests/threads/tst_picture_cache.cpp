@@ -135,7 +135,7 @@ void tst_PictureCache::fileThatComesBackIsRead()
     int reads = 0;
     PictureCache cache(1000, [&reads](const QString &path) {
         ++reads;
-        return QImage(path);
+        return QFile::exists(path) ? std::optional(QImage(path)) : std::nullopt;
     });
     const StderrCapture log;
     prefetch(cache, paths, 0);

@@ -72,7 +72,7 @@ void tst_ImageLoading::loadStage()
     QFETCH(QSize, size);
     QFETCH(QSize, kept);
 
-    const QImage picture = readImage(m_test->save(gradient(size), QStringLiteral("picture.png")));
+    const QImage picture = *readImage(m_test->save(gradient(size), QStringLiteral("picture.png")));
     QCOMPARE(picture.size(), kept);
     QCOMPARE(picture.format(), QImage::Format_Grayscale8);
 }
@@ -93,7 +93,7 @@ void tst_ImageLoading::largeDrawing()
     QVERIFY(file.open(QIODevice::WriteOnly));
     file.write("<svg xmlns='http://www.w3.org/2000/svg' width='60000' height='30000'></svg>");
     file.close();
-    QCOMPARE(readImage(file.fileName()).size(), QSize(758, 379));
+    QCOMPARE(readImage(file.fileName())->size(), QSize(758, 379));
 }
 
 void tst_ImageLoading::loadStageOfTurnedScreen_data()
@@ -114,7 +114,7 @@ void tst_ImageLoading::loadStageOfTurnedScreen()
 
     SetOrientation(1);
     QCOMPARE(QSize(ScreenWidth(), ScreenHeight()), QSize(1024, 758));
-    QCOMPARE(readImage(m_test->save(gradient(size), QStringLiteral("picture.png"))).size(), kept);
+    QCOMPARE(readImage(m_test->save(gradient(size), QStringLiteral("picture.png")))->size(), kept);
 }
 
 void tst_ImageLoading::colourPanelKeepsColours_data()
@@ -133,7 +133,7 @@ void tst_ImageLoading::colourPanelKeepsColours()
     m_test->device.setColourMask(mask);
     QImage red(4, 4, QImage::Format_RGB32);
     red.fill(qRgb(200, 10, 30));
-    const QImage picture = readImage(m_test->save(red, QStringLiteral("red.png")));
+    const QImage picture = *readImage(m_test->save(red, QStringLiteral("red.png")));
     QCOMPARE(picture.format(), QImage::Format_RGB888);
     QCOMPARE(picture.pixel(2, 2), qRgb(200, 10, 30));
 }
@@ -145,10 +145,10 @@ void tst_ImageLoading::transparencyIsDropped()
     glass.setPixel(0, 0, qRgba(200, 100, 40, 0));
     glass.setPixel(1, 0, qRgba(200, 100, 40, 128));
     const QString path = m_test->save(glass, QStringLiteral("glass.png"));
-    const QImage grey = readImage(path);
+    const QImage grey = *readImage(path);
     QCOMPARE(grey.format(), QImage::Format_Grayscale8);
     m_test->device.setColourMask(1);
-    const QImage colour = readImage(path);
+    const QImage colour = *readImage(path);
     QCOMPARE(colour.format(), QImage::Format_RGB888);
 
     QImage opaque(1, 1, QImage::Format_RGB32);
@@ -179,7 +179,7 @@ void tst_ImageLoading::turnIsNotHonoured()
     QVERIFY(file.seek(0));
     file.write(bytes);
     file.close();
-    QCOMPARE(readImage(path).size(), QSize(8, 4));
+    QCOMPARE(readImage(path)->size(), QSize(8, 4));
 }
 
 void tst_ImageLoading::kindIsInTheContent()
@@ -187,16 +187,16 @@ void tst_ImageLoading::kindIsInTheContent()
     for (const char *name : {"a.jpg", "a.png", "a.bmp", "a.tiff", "a.svg"}) {
         const QString path = m_test->folder.filePath(QString::fromLatin1(name));
         QVERIFY(gradient({2000, 1000}).save(path, "JPG"));
-        QCOMPARE(readImage(path).size(), QSize(758, 379));
+        QCOMPARE(readImage(path)->size(), QSize(758, 379));
     }
 }
 
 void tst_ImageLoading::invertedScreen()
 {
     const QString path = m_test->save(gradient({16, 16}), QStringLiteral("a.png"));
-    const QImage plain = readImage(path);
+    const QImage plain = *readImage(path);
     facts().inverted = true;
-    QImage inverted = readImage(path);
+    QImage inverted = *readImage(path);
     inverted.invertPixels(QImage::InvertRgb);
     QCOMPARE(inverted, plain);
 }
@@ -207,7 +207,7 @@ void tst_ImageLoading::invertedColourScreen()
     facts().inverted = true;
     QImage red(4, 4, QImage::Format_RGB32);
     red.fill(qRgb(200, 10, 30));
-    const QImage picture = readImage(m_test->save(red, QStringLiteral("red.png")));
+    const QImage picture = *readImage(m_test->save(red, QStringLiteral("red.png")));
     QCOMPARE(picture.format(), QImage::Format_RGB888);
     QCOMPARE(picture.pixel(2, 2), qRgb(55, 245, 225));
 }

@@ -57,11 +57,11 @@ void tst_JpegInDevice::readerOfTheDevice()
 void tst_JpegInDevice::show()
 {
     const QString path = file(u"a.jpg"_s);
-    const QImage grey = readImage(path);
+    const QImage grey = *readImage(path);
     QCOMPARE(grey.size(), QSize(758, 568));
     QCOMPARE(grey.format(), QImage::Format_Grayscale8);
     m_test->device.setColourMask(1);
-    const QImage colour = readImage(path);
+    const QImage colour = *readImage(path);
     QCOMPARE(colour.size(), QSize(758, 568));
     QCOMPARE(colour.format(), QImage::Format_RGB888);
     QVERIFY(!colour.allGray());

@@ -93,6 +93,7 @@ private slots:
     void whileItIsRead();
     void readsThatFail_data() { addReaders(); }
     void readsThatFail();
+    void pulledOutAndPutBack_data();
     void pulledOutAndPutBack();
     void onTheWayToTheScreen_data();
     void onTheWayToTheScreen();
@@ -106,7 +107,8 @@ void tst_PictureChanges::addReaders()
 {
     QTest::addColumn<Reader>("reader");
 
-    QTest::newRow("show") << Reader(lindenreed::picture_stand::readImage);
+    QTest::newRow("show") << Reader(
+        [](const QString &path) { return lindenreed::picture_stand::readImage(path).value_or(QImage()); });
     QTest::newRow("thumbnail") << Reader([](const QString &path) { return cover(path, {120, 90}); });
     QTest::newRow("date") << Reader([](const QString &path) {
         lindenreed::picture_stand::createdDate(path);
@@ -172,9 +174,22 @@ void tst_PictureChanges::readsThatFail()
     }
 }
 
-/// A card, at each call for a picture on it: reading fails from then on. When it is back, so is the picture.
+void tst_PictureChanges::pulledOutAndPutBack_data()
+{
+    QTest::addColumn<int>("calls");
+
+    QTest::newRow("after it was given up") << 0;
+    QTest::newRow("before the next call") << 1;
+    QTest::newRow("before the one behind it") << 2;
+    QTest::newRow("a while later") << 5;
+}
+
+/// A card, at each call for a picture on it: reading fails from then on. When it is back, which gives the
+/// name to another file, so is the picture.
 void tst_PictureChanges::pulledOutAndPutBack()
 {
+    QFETCH(int, calls);
+
     constexpr QSize box(120, 90);
     lindenreed::picture_stand::ResourceImageProvider provider;
     const auto shown = [&](const QByteArray &path) {
@@ -196,16 +211,20 @@ void tst_PictureChanges::pulledOutAndPutBack()
                 QVERIFY(write(path, whole));
                 count = 0;
                 {
-                    const FileCalls calls(path, [&](FileCall &call) {
-                        if (count++ == number)
+                    const FileCalls hook(path, [&](FileCall &call) {
+                        if (count == number)
                             std::rename(path.constData(), (path + ".out").constData());
-                        if (count > number)
+                        const bool isBack = calls > 0 && count >= number + calls;
+                        if (isBack && !QFile::exists(QFile::decodeName(path)))
+                            write(path, whole);
+                        if (count++ >= number && (!isBack || QByteArrayView(call.path).endsWith(".out")))
                             call.error = EIO;
                     });
                     look(path);
                 }
                 m_changes += count > number ? 1 : 0;
-                std::rename((path + ".out").constData(), path.constData());
+                if (!QFile::exists(QFile::decodeName(path)))
+                    std::rename((path + ".out").constData(), path.constData());
                 QVERIFY2(look(path) == expected,
                          QByteArray(format) + " at call " + QByteArray::number(number));
             }

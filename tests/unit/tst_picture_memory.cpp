@@ -74,7 +74,7 @@ void tst_PictureMemory::noneForAPicture()
     {
         // A drawing comes from a process of its own, at the size of the screen or the thumbnail.
         const FailingAllocations failing(grey || format == "SVG" ? tenMebibytes / 4 : tenMebibytes);
-        QCOMPARE(!lindenreed::picture_stand::readImage(path).isNull(), shown);
+        QCOMPARE(!lindenreed::picture_stand::readImage(path)->isNull(), shown);
         QCOMPARE(cover(path, {100, 100}).size(), format == "SVG" ? QSize(75, 100) : QSize(0, 0));
         QVERIFY(failing.count() > 0);
     }

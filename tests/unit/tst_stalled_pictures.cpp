@@ -136,7 +136,7 @@ void tst_StalledPictures::otherDrawingsGoOn()
     QVERIFY(write(QFile::encodeName(small), text));
     QVERIFY(write(QFile::encodeName(large), text + QByteArray(1'000'000, ' ')));
     const auto sizeOf = [](const QString &path) {
-        return std::async(std::launch::async, [path] { return readImage(path).size(); });
+        return std::async(std::launch::async, [path] { return readImage(path)->size(); });
     };
     int reads = 0;
     int firstReads = 0;
