@@ -53,7 +53,7 @@
     </message>
     <message>
         <source>@AvailableDiskSpace</source>
-        <translation>%s libre&#xa;de %s</translation>
+        <translation>%s libres&#xa;de %s</translation>
     </message>
     <message>
         <source>@Back</source>

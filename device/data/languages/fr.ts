@@ -53,7 +53,7 @@
     </message>
     <message>
         <source>@AvailableDiskSpace</source>
-        <translation>%s libre&#xa;sur %s</translation>
+        <translation>%s libres&#xa;sur %s</translation>
     </message>
     <message>
         <source>@Back</source>

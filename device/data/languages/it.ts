@@ -53,7 +53,7 @@
     </message>
     <message>
         <source>@AvailableDiskSpace</source>
-        <translation>%s disp.&#xa;su %s</translation>
+        <translation>%s liberi&#xa;su %s</translation>
     </message>
     <message>
         <source>@Back</source>

@@ -53,7 +53,7 @@
     </message>
     <message>
         <source>@AvailableDiskSpace</source>
-        <translation>Св. %s&#xa;из %s</translation>
+        <translation>Своб. %s&#xa;из %s</translation>
     </message>
     <message>
         <source>@Back</source>
