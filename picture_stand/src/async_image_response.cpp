@@ -13,7 +13,6 @@
 
 #include <new>
 #include <optional>
-#include <tuple>
 #include <utility>
 
 namespace lindenreed::picture_stand {
@@ -21,8 +20,8 @@ namespace lindenreed::picture_stand {
 namespace {
 
 /// A finished thumbnail: scaled to the box, enlarged as well; toned and, on a grey panel, dithered. Never
-/// inverted. And whether it is null because the file was not there, or went meanwhile.
-std::pair<QImage, bool> makeCover(const QString &path, QSize box)
+/// inverted. Nothing where the file was not there, or went meanwhile.
+std::optional<QImage> makeCover(const QString &path, QSize box)
 {
     QImage picture;
     PictureFile file(path);
@@ -30,9 +29,8 @@ std::pair<QImage, bool> makeCover(const QString &path, QSize box)
         QImageReader reader(&file);
         picture = isSvg(reader) ? readSvg(file, SvgFit::Cover, box) : reader.read();
     }
-    const bool isAway = file.hasGone(picture);
-    if (isAway)
-        picture = {};
+    if (file.hasGone(picture))
+        return std::nullopt;
     // A null picture stays one, without the message that Qt would print.
     if (!picture.isNull())
         picture = picture.scaled(box, Qt::KeepAspectRatio, Qt::FastTransformation);
@@ -45,7 +43,7 @@ std::pair<QImage, bool> makeCover(const QString &path, QSize box)
     adjustAreaDefault(pixels, bytesPerLine, picture.width(), picture.height());
     if (grey)
         QuickFloyd16Dither(pixels, bytesPerLine, 0, 0, picture.width(), picture.height());
-    return {picture, isAway};
+    return picture;
 }
 
 } // namespace
@@ -92,14 +90,14 @@ void AsyncImageResponse::run()
             image = *std::move(found);
         } else {
             // Decoding takes no lock. Another thread may be at the same file; the last one wins.
-            bool isAway = false;
+            std::optional<QImage> made = QImage();
             try {
-                std::tie(image, isAway) = makeCover(path, {width, height});
-            } catch (const std::bad_alloc &) { // of what decoders keep beside the pixels
-                image = {};
+                made = makeCover(path, {width, height});
+            } catch (const std::bad_alloc &) { // of what decoders keep beside the pixels: as a damaged one
             }
-            if (!image.isNull() || isAway || !lacksHandles()) // else it is tried again
-                cache.insert(key, image, isAway);
+            image = made.value_or(QImage());
+            if (!image.isNull() || !made || !lacksHandles()) // else it is tried again
+                cache.insert(key, image, !made);
         }
     }
     const std::lock_guard lock(m_end);
