@@ -3,6 +3,8 @@
 #include "memory_setup.h"
 #include "picture_cache.h"
 
+#include <QThreadPool>
+
 #include <algorithm>
 #include <exception>
 #include <utility>
@@ -54,13 +56,8 @@ PrefetchJobs::PrefetchJobs(std::shared_ptr<PictureCache> cache, int atOnce)
 
 void PrefetchJobs::run(PrefetchJob job)
 {
-    {
-        const std::lock_guard lock(m_mutex);
-        m_waiting.push_back(std::move(job));
-        if (m_threads == m_atOnce)
-            return;
-        ++m_threads;
-    }
+    if (!isToWork(std::move(job)))
+        return;
     while (std::optional<PrefetchJob> turn = next()) {
         bool more = false;
         try {
@@ -83,12 +80,28 @@ void PrefetchJobs::abandon()
     m_abandoned = true;
 }
 
+/// False where there are threads enough for it.
+bool PrefetchJobs::isToWork(PrefetchJob job)
+{
+    const std::lock_guard lock(m_mutex);
+    m_waiting.push_back(std::move(job));
+    if (m_threads == m_atOnce)
+        return false;
+    ++m_threads;
+    // Qt converts large pictures on the same pool, those of the main thread as well, which waits for it: a
+    // thread that loads must not be missing there. One that only leaves a job here is not, and so the pool
+    // has no more threads of its own than it is allowed.
+    QThreadPool::globalInstance()->releaseThread();
+    return true;
+}
+
 /// Nothing where this thread is no longer needed.
 std::optional<PrefetchJob> PrefetchJobs::next()
 {
     const std::lock_guard lock(m_mutex);
     if (m_waiting.empty() || m_abandoned) {
         --m_threads;
+        QThreadPool::globalInstance()->reserveThread();
         return std::nullopt;
     }
     PrefetchJob job = std::move(m_waiting.front());

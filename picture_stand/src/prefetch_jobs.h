@@ -46,12 +46,14 @@ public:
     PrefetchJobs(std::shared_ptr<PictureCache> cache, int atOnce);
 
     /// Adds the job, and works on all of them until none is left; where as many threads do so as pictures are
-    /// decoded at once, leaves that to them. Any thread.
+    /// decoded at once, leaves that to them. On a thread of the application's pool, which does not count
+    /// there meanwhile.
     void run(PrefetchJob job);
     /// Nobody will ask for a picture any more. Any thread.
     void abandon();
 
 private:
+    bool isToWork(PrefetchJob job);
     std::optional<PrefetchJob> next();
     void goesOn(PrefetchJob job);
 

@@ -7,7 +7,6 @@
 #include <shared_tools/cfg_wrapper.h>
 #include <slateview.h>
 
-#include <QScopeGuard>
 #include <QThread>
 #include <QThreadPool>
 #include <QtConcurrentRun>
@@ -85,10 +84,6 @@ void ResourceImageProvider::loadToCache(QList<QString> images, int index)
         return;
     // A job that is still running goes on beside the new one.
     watcher.setFuture(QtConcurrent::run(QThreadPool::globalInstance(), [jobs = m_jobs, images, index] {
-        // Qt converts large pictures on the same pool, those of the main thread as well, which waits for it:
-        // a job must not keep a thread of the pool from it.
-        QThreadPool::globalInstance()->releaseThread();
-        const auto end = qScopeGuard([] { QThreadPool::globalInstance()->reserveThread(); });
         jobs->run(PrefetchJob(images, index));
     }));
 }

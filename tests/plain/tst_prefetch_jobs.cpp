@@ -7,6 +7,7 @@
 #include "stderr_capture.h"
 
 #include <QDir>
+#include <QFile>
 #include <QImage>
 #include <QTemporaryDir>
 #include <QTest>
@@ -14,9 +15,11 @@
 #include <QThreadPool>
 #include <QtPlugin>
 
+#include <algorithm>
 #include <chrono>
 #include <functional>
 #include <memory>
+#include <new>
 #include <semaphore>
 #include <thread>
 #include <utility>
@@ -32,6 +35,26 @@ using lindenreed::picture_stand::PrefetchJobs;
 using lindenreed::picture_stand::readTotalMemory;
 using lindenreed::picture_stand::ResourceImageProvider;
 
+namespace {
+
+QStringList entriesOf(const QString &folder)
+{
+    return QDir(folder).entryList(QDir::AllEntries | QDir::System | QDir::NoDotAndDotDot);
+}
+
+/// Threads of Qt's pools, those that have nothing to do among them.
+qsizetype pooledThreads()
+{
+    qsizetype count = 0;
+    for (const QString &thread : entriesOf(u"/proc/self/task"_s)) {
+        QFile name(u"/proc/self/task/"_s + thread + u"/comm"_s);
+        count += name.open(QIODevice::ReadOnly) && name.readAll() == "Thread (pooled)\n" ? 1 : 0;
+    }
+    return count;
+}
+
+} // namespace
+
 class tst_PrefetchJobs : public QObject
 {
     Q_OBJECT
@@ -45,6 +68,7 @@ private slots:
     void asManyAtOnceAsDecoders();
     void jobsThatWaitTakeNoThreads();
     void jobsTakeTurns();
+    void jobThatFailsEndsAlone();
     void jobsThatWaitDecodeNothingForNobody();
     void freeMemoryGoesBack();
 
@@ -132,28 +156,32 @@ void tst_PrefetchJobs::asManyAtOnceAsDecoders()
 void tst_PrefetchJobs::jobsThatWaitTakeNoThreads()
 {
     // A storage that does not answer holds the decoders, and the show is stepped through meanwhile.
-    const auto entries = [](const char *folder) {
-        return QDir(QString::fromLatin1(folder)).entryList(QDir::AllEntries | QDir::System).size();
-    };
+    QThreadPool *const pool = QThreadPool::globalInstance();
     for (int job = 0; job < m_decoders; ++job)
         m_provider->loadToCache(album(job), 0);
     QVERIFY(HeldPictures::waitUntilBegun(m_decoders));
+    const qsizetype handles = entriesOf(u"/proc/self/fd"_s).size();
     const QStringList waiting = album(m_decoders);
-    const auto step = [&] {
-        m_provider->loadToCache(waiting, 0);
-        std::binary_semaphore done(0);
-        QThreadPool::globalInstance()->start([&done] { done.release(); });
+    std::counting_semaphore<> begin(0);
+    std::counting_semaphore<> done(0);
+    qsizetype threads = 0;
+    for (int round = 0; round < 50; ++round) {
+        // Many steps at a time: the pool begins when all of them stand in its queue.
+        for (int thread = 0; thread < pool->maxThreadCount(); ++thread)
+            pool->start([&begin] { begin.acquire(); });
+        for (int i = 0; i < 200; ++i)
+            m_provider->loadToCache(waiting, 0);
+        pool->start([&done] { done.release(); });
+        begin.release(pool->maxThreadCount());
         done.acquire();
-    };
-    for (int i = 0; i < 10; ++i)
-        step();
-    const qsizetype threads = entries("/proc/self/task");
-    const qsizetype handles = entries("/proc/self/fd");
-    for (int i = 0; i < 200; ++i)
-        step();
-    QVERIFY(entries("/proc/self/task") <= threads + 1); // the turns' own
-    QVERIFY(entries("/proc/self/fd") <= handles + 1);
+        threads = std::max(threads, pooledThreads());
+    }
+    const qsizetype handlesThen = entriesOf(u"/proc/self/fd"_s).size();
     HeldPictures::letAllPass();
+    QVERIFY(pool->waitForDone(30'000));
+    // Those that it may have beside the ones that load.
+    QVERIFY(threads <= pool->maxThreadCount() + m_decoders);
+    QVERIFY(handlesThen <= handles + pool->maxThreadCount());
 }
 
 void tst_PrefetchJobs::jobsTakeTurns()
@@ -171,6 +199,26 @@ void tst_PrefetchJobs::jobsTakeTurns()
     meanwhile = [&jobs] { jobs.run(PrefetchJob({u"a"_s, u"b"_s, u"c"_s, u"d"_s}, 0)); };
     jobs.run(PrefetchJob({u"1"_s, u"2"_s, u"3"_s, u"4"_s, u"5"_s}, 1));
     QCOMPARE(loaded.join(' '), QByteArray("2 a 3 b 1 d 4"));
+}
+
+void tst_PrefetchJobs::jobThatFailsEndsAlone()
+{
+    QByteArrayList loaded;
+    std::function<void()> meanwhile;
+    const auto cache = std::make_shared<PictureCache>(1'000'000, [&](const QString &path) {
+        loaded.append(path.toLatin1());
+        if (const auto now = std::exchange(meanwhile, {}))
+            now();
+        if (path == u"b"_s)
+            throw std::bad_alloc();
+        return smallPicture(path);
+    });
+    PrefetchJobs jobs(cache, 1);
+    meanwhile = [&jobs] { jobs.run(PrefetchJob({u"a"_s, u"b"_s, u"c"_s, u"d"_s}, 0)); };
+    jobs.run(PrefetchJob({u"1"_s, u"2"_s, u"3"_s, u"4"_s}, 0));
+    QCOMPARE(loaded.join(' '), QByteArray("1 a 2 b 4"));
+    jobs.run(PrefetchJob({u"5"_s, u"6"_s}, 0)); // nor is its thread missing
+    QCOMPARE(loaded.join(' '), QByteArray("1 a 2 b 4 5"));
 }
 
 void tst_PrefetchJobs::jobsThatWaitDecodeNothingForNobody()
