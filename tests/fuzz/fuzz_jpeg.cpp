@@ -3,6 +3,7 @@
 
 #include "exif_orientation.h"
 #include "facts.h"
+#include "four_inks.h"
 #include "jpeg_handler.h"
 #include "qt_jpeg_plugin.h"
 
@@ -121,7 +122,7 @@ QImage readByQt(const QByteArray &file, const Request &request)
     const std::unique_ptr<QImageIOHandler> reader(qtJpegPlugin()->create(&buffer, "jpeg"));
     ask(*reader, request);
     QImage picture;
-    return reader->read(&picture) ? picture : QImage();
+    return reader->read(&picture) ? withoutInks(picture) : QImage();
 }
 
 /// How large a picture must be, where there is one.

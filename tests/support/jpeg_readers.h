@@ -2,6 +2,8 @@
 
 #pragma once
 
+#include "four_inks.h"
+
 #include <jpeg_handler.h>
 #include <qt_jpeg_plugin.h>
 
@@ -39,22 +41,7 @@ public:
     QImage picture()
     {
         QImage image;
-        if (!m_handler->read(&image))
-            return {};
-        constexpr int inks = 36; // Format_CMYK8888
-        if (int(image.format()) != inks)
-            return image;
-        QImage colours(image.size(), QImage::Format_RGB32);
-        colours.setDotsPerMeterX(image.dotsPerMeterX());
-        colours.setDotsPerMeterY(image.dotsPerMeterY());
-        for (int y = 0; y < image.height(); ++y) {
-            const uchar *ink = image.constScanLine(y);
-            for (int x = 0; x < image.width(); ++x, ink += 4) {
-                const auto colour = [&](int i) { return (255 - ink[i]) * (255 - ink[3]) / 255; };
-                colours.setPixel(x, y, qRgb(colour(0), colour(1), colour(2)));
-            }
-        }
-        return colours;
+        return m_handler->read(&image) ? withoutInks(image) : QImage();
     }
 
 private:
