@@ -203,7 +203,7 @@ void tst_MediaShow::picturesOfACardComeBack()
         paths.append(u"/mnt/ext2/%1.png"_s.arg(i));
     for (int i = 0; i < greys.size(); ++i) {
         QImage picture(60, 60, QImage::Format_Grayscale8);
-        picture.fill(greys.at(i));
+        picture.fill(uint(greys.at(i)));
         QVERIFY(picture.save(paths.at(i == 0 ? 0 : i + 1)));
     }
     QVERIFY(stored_show::store(paths, {{u"shuffle"_s, u"0"_s}, {u"is_first_run"_s, u"0"_s}}));
