@@ -11,8 +11,6 @@
 
 namespace lindenreed::device {
 
-using namespace Qt::StringLiterals;
-
 namespace {
 
 bool isMainThread()
