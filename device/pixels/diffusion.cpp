@@ -380,12 +380,12 @@ void diffuseBand(const Band &band, std::size_t firstRow)
     }
 }
 
-void diffuseArea(const Area &area, const Tables &tables, std::int16_t *errors)
+void diffuseArea(const Picture &area, const Tables &tables, std::int16_t *errors)
 {
     for (std::size_t row = 0; row < area.height; row += bandRows) {
         const std::size_t left = area.height - row;
         const bool endsArea = left <= bandRows;
-        diffuseBand({area.pixels + row * area.stride, std::ptrdiff_t(area.stride), std::ptrdiff_t(area.width),
+        diffuseBand({area.data + row * area.stride, std::ptrdiff_t(area.stride), std::ptrdiff_t(area.width),
                      endsArea ? std::ptrdiff_t(left) : bandRows, endsArea, errors, &tables},
                     row);
     }
@@ -406,11 +406,11 @@ HWY_EXPORT(diffuseArea);
 /// Errors as a row above the first would leave them. Without, the first rows of a light or dark field stay
 /// empty until enough has gathered for a dot. A grey that is one of the levels takes none: solid fields stay
 /// solid.
-void startErrors(const Area &area, const LevelCurve &curve, std::int16_t *errors)
+void startErrors(const Picture &area, const LevelCurve &curve, std::int16_t *errors)
 {
     const auto share = [](int error, int sixteenths) { return (error * sixteenths) >> 4; };
     const auto errorOf = [&](std::size_t x) { // wraps left of the row
-        const int fraction = x < area.width ? curve[area.pixels[x]] & (levelStep - 1) : 0;
+        const int fraction = x < area.width ? curve[area.data[x]] & (levelStep - 1) : 0;
         return fraction == 0 ? 0
                              : static_cast<std::uint16_t>(x * noiseStep) * levelStep / 65536 - levelStep / 2
                 + startBias(fraction);
@@ -426,7 +426,7 @@ void startErrors(const Area &area, const LevelCurve &curve, std::int16_t *errors
 
 } // namespace
 
-void diffuse(const Area &area, const LevelCurve &curve, std::span<std::int16_t> errors)
+void diffuse(const Picture &area, const LevelCurve &curve, std::span<std::int16_t> errors)
 {
     Tables tables;
     tables.alone = curve;

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "level_curve.h"
+#include "picture.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -47,15 +48,6 @@ constexpr int startBias(int fraction)
 /// margin stays empty. Fewer would take light from fine patterns.
 inline constexpr int solidRun = 3;
 
-/// A rectangle of pixels within a picture.
-struct Area
-{
-    std::uint8_t *pixels;
-    std::size_t stride;
-    std::size_t width; ///< at least 1
-    std::size_t height; ///< at least 1
-};
-
 /// The curve as the diffusion looks it up.
 struct Tables
 {
@@ -67,7 +59,8 @@ struct Tables
 /// Room for errors right of a row: a vector of them.
 inline constexpr std::ptrdiff_t errorMargin = 16;
 
-/// `errors`: scratch of width + errorMargin. Uses the best instruction set of the processor.
-void diffuse(const Area &area, const LevelCurve &curve, std::span<std::int16_t> errors);
+/// `area`: grey, of a pixel at least. `errors`: scratch of width + errorMargin. Uses the best instruction set
+/// of the processor.
+void diffuse(const Picture &area, const LevelCurve &curve, std::span<std::int16_t> errors);
 
 } // namespace lindenreed::pixels

@@ -18,7 +18,7 @@ void diffuseTo16Levels(const Picture &picture, std::size_t x, std::size_t y, std
         return;
 
     std::vector<std::int16_t> errors(width + errorMargin);
-    diffuse({picture.data + y * picture.stride + x, picture.stride, width, height}, curve, errors);
+    diffuse({picture.data + y * picture.stride + x, width, height, picture.stride, 1}, curve, errors);
 }
 
 } // namespace lindenreed::pixels

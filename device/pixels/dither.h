@@ -3,7 +3,7 @@
 #pragma once
 
 #include "level_curve.h"
-#include "tone.h"
+#include "picture.h"
 
 namespace lindenreed::pixels {
 

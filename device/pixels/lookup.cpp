@@ -16,6 +16,11 @@ HWY_BEFORE_NAMESPACE();
 
 namespace lindenreed::pixels::HWY_NAMESPACE {
 
+HWY_INLINE std::size_t bytesPerRow(const Picture &picture)
+{
+    return picture.width * static_cast<std::size_t>(picture.bytesPerPixel);
+}
+
 HWY_INLINE void lookUpAlone(std::uint8_t *bytes, std::size_t count, const ByteTable &table)
 {
     // A round of one byte is so short that where its code happens to lie doubles the time.
@@ -27,10 +32,11 @@ HWY_INLINE void lookUpAlone(std::uint8_t *bytes, std::size_t count, const ByteTa
 // Before SSSE3 there is no such lookup on x86.
 #if HWY_TARGET == HWY_SCALAR || HWY_TARGET == HWY_EMU128 || (HWY_ARCH_X86 && HWY_TARGET > HWY_SSSE3)
 
-void lookUpRows(const Bytes &bytes, const ByteTable &table)
+void lookUpRows(const Picture &picture, const ByteTable &table)
 {
-    for (std::size_t y = 0; y < bytes.height; ++y)
-        lookUpAlone(bytes.first + y * bytes.stride, bytes.width, table);
+    const std::size_t bytes = bytesPerRow(picture);
+    for (std::size_t y = 0; y < picture.height; ++y)
+        lookUpAlone(picture.data + y * picture.stride, bytes, table);
 }
 
 #else
@@ -118,18 +124,19 @@ HWY_INLINE void lookUpChunk(const std::uint8_t *from, const Tables &tables, std:
     }
 }
 
-void lookUpRows(const Bytes &bytes, const ByteTable &table)
+void lookUpRows(const Picture &picture, const ByteTable &table)
 {
     Tables tables;
     makeTables(table, tables);
-    for (std::size_t y = 0; y < bytes.height; ++y) {
-        std::uint8_t *const row = bytes.first + y * bytes.stride;
-        if (bytes.width < chunk) {
-            lookUpAlone(row, bytes.width, table);
+    const std::size_t bytes = bytesPerRow(picture);
+    for (std::size_t y = 0; y < picture.height; ++y) {
+        std::uint8_t *const row = picture.data + y * picture.stride;
+        if (bytes < chunk) {
+            lookUpAlone(row, bytes, table);
             continue;
         }
         // Those at the end first, before others that they overlap are replaced.
-        std::uint8_t *const end = row + bytes.width - chunk;
+        std::uint8_t *const end = row + bytes - chunk;
         std::uint8_t last[chunk];
         lookUpChunk(end, tables, last);
         for (std::uint8_t *next = row; next < end; next += chunk)
@@ -154,9 +161,9 @@ HWY_EXPORT(lookUpRows);
 
 } // namespace
 
-void lookUp(const Bytes &bytes, const ByteTable &table)
+void lookUp(const Picture &picture, const ByteTable &table)
 {
-    HWY_DYNAMIC_DISPATCH(lookUpRows)(bytes, table);
+    HWY_DYNAMIC_DISPATCH(lookUpRows)(picture, table);
 }
 
 } // namespace lindenreed::pixels

@@ -39,8 +39,7 @@ void adjustTone(const Picture &picture, const Tone &tone)
     if (limited.brightness == 1.0 && limited.contrast == 1.0 && limited.gamma == 1.0)
         return;
 
-    const std::size_t bytesPerRow = picture.width * static_cast<std::size_t>(picture.bytesPerPixel);
-    lookUp({picture.data, picture.stride, bytesPerRow, picture.height}, curveOf(limited));
+    lookUp(picture, curveOf(limited));
 }
 
 } // namespace lindenreed::pixels

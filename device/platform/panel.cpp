@@ -114,13 +114,14 @@ void Panel::copy(const QImage &picture, const QPoint &origin, const QRect &area,
             const uchar *from = picture.constScanLine(source.y() + y) + source.x() + left;
             std::uint8_t *to = corner + y * steps.down + left * steps.right;
             if (rowsStayRows) { // or stand on their heads
+                const auto bytes = std::size_t(width);
                 std::uint8_t *const first = steps.right > 0 ? to : to - (width - 1);
                 if (steps.right > 0)
-                    std::memcpy(first, from, std::size_t(width));
+                    std::memcpy(first, from, bytes);
                 else
                     std::reverse_copy(from, from + width, first);
                 if (!unchanging)
-                    pixels::lookUp({first, 0, std::size_t(width), 1}, table);
+                    pixels::lookUp({first, bytes, 1, bytes, 1}, table);
                 return;
             }
             for (int x = 0; x < width; ++x, to += steps.right)
