@@ -64,6 +64,10 @@ bool ListeningSocket::listen(const QString &path, QString *error)
             *error = sentence;
         return false;
     };
+    const auto failure = [&path] {
+        return u"The control socket %1 cannot be made: %2."_s.arg(path,
+                                                                  QString::fromLocal8Bit(strerror(errno)));
+    };
 
     const QByteArray name = QFile::encodeName(path);
     struct stat status = {};
@@ -84,11 +88,11 @@ bool ListeningSocket::listen(const QString &path, QString *error)
     constexpr int mostWaiting = 50;
     // The mode of a socket becomes that of its name.
     if (m_socket < 0 || ::fchmod(m_socket, S_IRUSR | S_IWUSR) != 0
-        || ::bind(m_socket, reinterpret_cast<const sockaddr *>(&*address), sizeof(*address)) != 0
-        || ::listen(m_socket, mostWaiting) != 0 || std::rename(before.constData(), name.constData()) != 0) {
-        return refuse(u"The control socket %1 cannot be made: %2."_s.arg(
-            path, QString::fromLocal8Bit(strerror(errno))));
-    }
+        || ::bind(m_socket, reinterpret_cast<const sockaddr *>(&*address), sizeof(*address)) != 0)
+        return refuse(failure());
+    m_name = before; // goes as well, should it not become the other
+    if (::listen(m_socket, mostWaiting) != 0 || std::rename(before.constData(), name.constData()) != 0)
+        return refuse(failure());
     m_name = name;
     m_knock = std::make_unique<QSocketNotifier>(m_socket, QSocketNotifier::Read);
     QObject::connect(m_knock.get(), &QSocketNotifier::activated, m_knock.get(), [this] { accept(); });

@@ -2,6 +2,7 @@
 
 #include "control_connection.h"
 #include "echo_server.h"
+#include "file_calls.h"
 #include "raw_client.h"
 
 #include <list>
@@ -38,6 +39,7 @@ private slots:
     void staleSocketIsReplaced();
     void usedSocketIsKept();
     void fileInTheWayIsKept();
+    void folderThatGetsInTheWay();
     void pathThatIsTooLong();
 
 private:
@@ -308,6 +310,23 @@ void tst_ControlConnections::fileInTheWayIsKept()
     QVERIFY(!second.listen(file.fileName(), &error));
     QVERIFY(error.contains(file.fileName()));
     QCOMPARE(file.size(), 4);
+}
+
+void tst_ControlConnections::folderThatGetsInTheWay()
+{
+    const QTemporaryDir folder;
+    const QString path = folder.filePath(u"control"_s);
+    {
+        // After the look at what stands there, and before the socket.
+        const FileCalls calls(QFile::encodeName(path), [&path](FileCall &) { QDir().mkpath(path); });
+        ControlServer second;
+        QString error;
+        QVERIFY(!second.listen(path, &error));
+        QVERIFY2(error.contains(path), qPrintable(error));
+        QVERIFY(QFileInfo(path).isDir());
+    }
+    QCOMPARE(QDir(folder.path()).entryList(QDir::AllEntries | QDir::System | QDir::NoDotAndDotDot),
+             QStringList{u"control"_s});
 }
 
 void tst_ControlConnections::pathThatIsTooLong()
