@@ -15,6 +15,8 @@ private slots:
     void usage_data();
     void usage();
     void wrongWordIsNamed();
+    void rangeIsNamed_data();
+    void rangeIsNamed();
     void version();
     void help_data();
     void help();
@@ -127,6 +129,36 @@ void tst_SlatectlWords::wrongWordIsNamed()
                 .errors.startsWith("slatectl: event: \"999\" is not one of 25, 32, 40, 151, "));
     QVERIFY(run({u"screenshot"_s, u"x.jpg"_s}).errors.contains("\"x.jpg\" does not end in .png"));
     QVERIFY(run({u"state"_s, u"now"_s}).errors.contains("\"now\" is one word too many"));
+}
+
+void tst_SlatectlWords::rangeIsNamed_data()
+{
+    QTest::addColumn<QString>("line");
+    QTest::addColumn<QByteArray>("complaint");
+
+    QTest::newRow("time of hold") << u"hold 1 2 60001"_s
+                                  << QByteArray("MS must be a whole number from 0 to 60000");
+    QTest::newRow("steps of drag") << u"drag 1 2 3 4 0"_s
+                                   << QByteArray("STEPS must be a whole number from 1 to 1000");
+    QTest::newRow("time of idle") << u"idle 20001"_s
+                                  << QByteArray("MS must be a whole number from 0 to 20000");
+    QTest::newRow("limit of idle") << u"idle 300 30001"_s
+                                   << QByteArray("LIMIT must be a whole number from 0 to 30000");
+    QTest::newRow("orientation") << u"orientation 4"_s << QByteArray("N must be a whole number from 0 to 3");
+    QTest::newRow("brightness") << u"light brightness 101"_s
+                                << QByteArray("brightness: N must be a whole number from 0 to 100");
+}
+
+void tst_SlatectlWords::rangeIsNamed()
+{
+    QFETCH(QString, line);
+    QFETCH(QByteArray, complaint);
+
+    const QStringList words = line.split(u' ');
+    const QByteArray errors = run(words).errors;
+    complaint += ", not \"" + words.constLast().toUtf8() + '"';
+    QVERIFY2(errors.startsWith("slatectl: " + words.constFirst().toUtf8() + ": " + complaint),
+             errors.constData());
 }
 
 void tst_SlatectlWords::version()
