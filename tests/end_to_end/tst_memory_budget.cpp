@@ -206,7 +206,7 @@ void tst_MemoryBudget::drawings()
         QVERIFY(file.open(QIODevice::WriteOnly)
                 && file.write("<svg xmlns=\"http://www.w3.org/2000/svg\" "
                               "xmlns:xlink=\"http://www.w3.org/1999/xlink\" width=\"1000\" height=\"1000\">"
-                              + image("1").repeated(count - 1) + image("1000") + "</svg>")
+                              + image("1").repeated(qsizetype(count) - 1) + image("1000") + "</svg>")
                     > 0);
     }
     QVERIFY(stored_show::store({folder + u"a.svg"_s, folder + u"b.svg"_s},
