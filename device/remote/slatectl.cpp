@@ -7,6 +7,7 @@
 #include "slatectl_line.h"
 
 #include <QCoreApplication>
+#include <QFile>
 #include <QFileInfo>
 #include <QImageWriter>
 #include <QJsonDocument>
@@ -53,11 +54,17 @@ int screenshot(const ControlClient &client, const QString &file)
     if (picture.isNull())
         return fail(WrongUsageOrNoDevice, error);
 
-    QSaveFile output(file);
-    if (!output.open(QIODevice::WriteOnly))
-        return fail(WrongUsageOrNoDevice, u"%1 cannot be written: %2."_s.arg(file, output.errorString()));
-    QImageWriter writer(&output, "png");
-    if (!writer.write(picture) || !output.commit())
+    // Whole or not at all; but a file that is renamed to a pipe's or a device's name would take its place.
+    const QFileInfo target(file);
+    const bool isFile = !target.exists() || target.isFile();
+    QSaveFile saved(file);
+    QFile stream(file);
+    QFileDevice &output = isFile ? static_cast<QFileDevice &>(saved) : stream;
+    const auto write = [&] {
+        return output.open(QIODevice::WriteOnly) && QImageWriter(&output, "png").write(picture)
+            && (isFile ? saved.commit() : stream.flush());
+    };
+    if (!write())
         return fail(WrongUsageOrNoDevice, u"%1 cannot be written: %2."_s.arg(file, output.errorString()));
     print({{u"file"_s, QFileInfo(file).absoluteFilePath()},
            {u"width"_s, picture.width()},

@@ -3,12 +3,17 @@
 #include "panel_file.h"
 #include "slatectl_place.h"
 
+#include <QFile>
+#include <QFileInfo>
 #include <QImage>
 #include <QJsonDocument>
 #include <QJsonObject>
 
 #include <algorithm>
 #include <array>
+
+#include <fcntl.h>
+#include <sys/stat.h>
 
 using namespace Qt::StringLiterals;
 using namespace lindenreed::remote;
@@ -26,6 +31,7 @@ private slots:
     void screenshotWithoutDevice();
     void screenshotWithoutPanel();
     void screenshotThatCannotBeWritten();
+    void screenshotIntoPipe();
 
     void frame_data();
     void frame();
@@ -130,6 +136,22 @@ void tst_SlatectlPictures::screenshotThatCannotBeWritten()
     QCOMPARE(outcome.output, QByteArray());
     QCOMPARE(outcome.errors.count('\n'), 1);
     QVERIFY2(outcome.errors.contains(QFile::encodeName(file)), outcome.errors.constData());
+}
+
+void tst_SlatectlPictures::screenshotIntoPipe()
+{
+    // Nothing takes the place of what is no file.
+    const auto writer = makePanel();
+    const QString pipe = m_place->path(u"pipe"_s);
+    QCOMPARE(::mkfifo(QFile::encodeName(pipe).constData(), 0600), 0);
+    const int descriptor = ::open(QFile::encodeName(pipe).constData(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
+    QFile reader;
+    QVERIFY(reader.open(descriptor, QIODevice::ReadOnly, QFileDevice::AutoCloseHandle));
+    const SlatectlOutcome outcome = SlatectlPlace::run({u"screenshot"_s, pipe});
+    QCOMPARE(outcome.errors, QByteArray());
+    QCOMPARE(outcome.status, 0);
+    QCOMPARE(QImage::fromData(reader.readAll(), "png").size(), QSize(30, 20));
+    QVERIFY(!QFileInfo(pipe).isFile());
 }
 
 void tst_SlatectlPictures::frame_data()
