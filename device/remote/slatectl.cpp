@@ -38,6 +38,13 @@ bool print(const QJsonObject &object)
         && std::fflush(stdout) == 0;
 }
 
+int told(const QJsonObject &answer)
+{
+    if (!print(answer))
+        return fail(WrongUsageOrNoDevice, u"The answer cannot be written: %1."_s.arg(qt_error_string(errno)));
+    return Done;
+}
+
 int refusal(const QJsonObject &answer)
 {
     const QString code = answer.value("error"_L1).toString();
@@ -66,10 +73,9 @@ int screenshot(const ControlClient &client, const QString &file)
     };
     if (!write())
         return fail(WrongUsageOrNoDevice, u"%1 cannot be written: %2."_s.arg(file, output.errorString()));
-    print({{u"file"_s, QFileInfo(file).absoluteFilePath()},
-           {u"width"_s, picture.width()},
-           {u"height"_s, picture.height()}});
-    return Done;
+    return told({{u"file"_s, QFileInfo(file).absoluteFilePath()},
+                 {u"width"_s, picture.width()},
+                 {u"height"_s, picture.height()}});
 }
 
 /// The panel or a part of it as PGM or PPM, which any language reads in a few lines.
@@ -143,8 +149,7 @@ int ask(ControlClient &client, const QString &command, const QJsonObject &member
     }
     answer.remove("ok"_L1);
     answer.remove("id"_L1);
-    print(answer);
-    return Done;
+    return told(answer);
 }
 
 } // namespace

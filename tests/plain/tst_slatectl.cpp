@@ -22,6 +22,7 @@ private slots:
     void otherRoot_data();
     void otherRoot();
     void answerIsOneLineOfJson();
+    void answerThatCannotBeWritten();
     void refused();
     void noDevice();
     void deadSocket();
@@ -86,6 +87,17 @@ void tst_Slatectl::answerIsOneLineOfJson()
     QCOMPARE(outcome.status, 0);
     QCOMPARE(outcome.output, QByteArray("{\"list\":[1,2],\"text\":\"line 1\\nGrüße\"}\n"));
     QCOMPARE(outcome.errors, QByteArray());
+}
+
+void tst_Slatectl::answerThatCannotBeWritten()
+{
+    QProcess program;
+    program.setStandardOutputFile(u"/dev/full"_s);
+    program.start(SlatectlPlace::program(), {u"state"_s});
+    QTRY_COMPARE(program.state(), QProcess::NotRunning);
+    QCOMPARE(program.readAllStandardError(),
+             QByteArray("slatectl: The answer cannot be written: No space left on device.\n"));
+    QCOMPARE(program.exitCode(), 2);
 }
 
 void tst_Slatectl::refused()
