@@ -140,6 +140,9 @@ bool Launch::prepare(QString *error)
         m_sandbox.memoryInformation = file.absoluteFilePath();
     }
 
+    if (!m_options.photos.isEmpty() && !PicturesMount::isUsable(m_options.photos, error))
+        return false;
+
     if (!openRoot(error))
         return false;
     const QString photoFolder = m_root->inside(u"/mnt/ext1/Photo"_s);

@@ -34,25 +34,39 @@ void PicturesMount::removeAbandoned(const QString &photoFolder, const QString &r
     file.remove();
 }
 
-std::unique_ptr<PicturesMount> PicturesMount::prepare(const QString &pictures, const QString &photoFolder,
-                                                      const QString &record, QString *error)
+namespace {
+
+QFileInfo folderOf(const QString &pictures)
 {
-    const QFileInfo folder(QDir::cleanPath(QFileInfo(pictures).absoluteFilePath()));
+    return QFileInfo(QDir::cleanPath(QFileInfo(pictures).absoluteFilePath()));
+}
+
+} // namespace
+
+bool PicturesMount::isUsable(const QString &pictures, QString *error)
+{
+    const QFileInfo folder = folderOf(pictures);
     if (!folder.isDir() || !folder.isReadable() || !folder.isExecutable()) {
         *error = u"%1 is no folder that can be read"_s.arg(folder.filePath());
-        return nullptr;
+        return false;
     }
     if (isHiddenInside(folder.filePath())) {
         *error
             = u"the pictures in %1 would be hidden by the device's own /mnt; move them or mount them elsewhere"_s
                   .arg(folder.filePath());
-        return nullptr;
+        return false;
     }
     if (folder.fileName().isEmpty()) {
         *error = u"%1 has no name to be shown under"_s.arg(folder.filePath());
-        return nullptr;
+        return false;
     }
+    return true;
+}
 
+std::unique_ptr<PicturesMount> PicturesMount::prepare(const QString &pictures, const QString &photoFolder,
+                                                      const QString &record, QString *error)
+{
+    const QFileInfo folder = folderOf(pictures);
     std::unique_ptr<PicturesMount> mount(new PicturesMount);
     mount->m_source = folder.canonicalFilePath();
     mount->m_name = folder.fileName();

@@ -20,8 +20,12 @@ public:
     /// is there.
     static void removeAbandoned(const QString &photoFolder, const QString &record);
 
-    /// `photoFolder`: the device's folder for pictures, on the host. Null, with one sentence in `error`,
-    /// where there is no such folder, it could not be seen inside, or its name is taken in the device.
+    /// False, with one sentence in `error`, where there is no such folder, it could not be seen inside, or
+    /// has no name.
+    static bool isUsable(const QString &pictures, QString *error);
+
+    /// `pictures` must be usable. `photoFolder`: the device's folder for pictures, on the host. Null, with
+    /// one sentence in `error`, where the name is taken in the device.
     static std::unique_ptr<PicturesMount> prepare(const QString &pictures, const QString &photoFolder,
                                                   const QString &record, QString *error);
     ~PicturesMount();

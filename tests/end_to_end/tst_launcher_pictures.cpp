@@ -222,7 +222,7 @@ void tst_LauncherPictures::cannotBeShown()
     QVERIFY2(isOneLine(end.errors) && end.errors.contains(reason), end.errors.constData());
     QCOMPARE(end.output, QByteArray());
     QCOMPARE(end.status, 2);
-    QVERIFY(QDir(m_root + u"/mnt/ext1/Photo"_s).isEmpty());
+    QVERIFY(!QFileInfo::exists(m_root)); // a device that is refused is not made
 }
 
 QTEST_GUILESS_MAIN(tst_LauncherPictures)
