@@ -21,7 +21,13 @@ state between threads under ThreadSanitizer, and all tests under AddressSanitize
 END
 }
 
-[ "${1:-}" != --on ] || [ $# -ne 2 ] || exec tools/test-on "$2"
+if [ "${1:-}" = --on ]; then
+    case $#:${2:-} in
+    2:armhf | 2:debian13) exec tools/test-on "$2" ;;
+    esac
+    echo 'test.sh: "--on" goes with armhf or debian13, and with nothing else' >&2
+    exit 2
+fi
 
 quick=false
 long=()

@@ -131,6 +131,11 @@ void tst_Scripts::mistakes_data()
     QTest::newRow("test, unknown option")
         << u"test.sh"_s << QStringList{u"--quick"_s, u"--log"_s}
         << u"test.sh: \"--log\" is no option; \"./test.sh --help\" lists them\n"_s;
+    const QString on = u"test.sh: \"--on\" goes with armhf or debian13, and with nothing else\n"_s;
+    QTest::newRow("test, on nothing") << u"test.sh"_s << QStringList{u"--on"_s} << on;
+    QTest::newRow("test, on an unknown system") << u"test.sh"_s << QStringList{u"--on"_s, u"mars"_s} << on;
+    QTest::newRow("test, on a system and more")
+        << u"test.sh"_s << QStringList{u"--on"_s, u"armhf"_s, u"--quick"_s} << on;
 }
 
 void tst_Scripts::mistakes()
