@@ -13,6 +13,7 @@
 
 #include <new>
 #include <optional>
+#include <tuple>
 #include <utility>
 
 namespace lindenreed::picture_stand {
@@ -20,8 +21,8 @@ namespace lindenreed::picture_stand {
 namespace {
 
 /// A finished thumbnail: scaled to the box, enlarged as well; toned and, on a grey panel, dithered. Never
-/// inverted. Nothing where the file was not there, or went meanwhile.
-std::optional<QImage> makeCover(const QString &path, QSize box)
+/// inverted. And whether it is null because the file was not there, or went meanwhile.
+std::pair<QImage, bool> makeCover(const QString &path, QSize box)
 {
     QImage picture;
     PictureFile file(path);
@@ -29,8 +30,9 @@ std::optional<QImage> makeCover(const QString &path, QSize box)
         QImageReader reader(&file);
         picture = isSvg(reader) ? readSvg(file, SvgFit::Cover, box) : reader.read();
     }
-    if (file.hasGone(picture))
-        return std::nullopt;
+    const bool isAway = file.hasGone(picture);
+    if (isAway)
+        picture = {};
     // A null picture stays one, without the message that Qt would print.
     if (!picture.isNull())
         picture = picture.scaled(box, Qt::KeepAspectRatio, Qt::FastTransformation);
@@ -43,7 +45,7 @@ std::optional<QImage> makeCover(const QString &path, QSize box)
     adjustAreaDefault(pixels, bytesPerLine, picture.width(), picture.height());
     if (grey)
         QuickFloyd16Dither(pixels, bytesPerLine, 0, 0, picture.width(), picture.height());
-    return picture;
+    return {picture, isAway};
 }
 
 } // namespace
@@ -90,14 +92,14 @@ void AsyncImageResponse::run()
             image = *std::move(found);
         } else {
             // Decoding takes no lock. Another thread may be at the same file; the last one wins.
-            std::optional<QImage> made = QImage();
+            bool isAway = false;
             try {
-                made = makeCover(path, {width, height});
-            } catch (const std::bad_alloc &) { // of what decoders keep beside the pixels: as a damaged one
+                std::tie(image, isAway) = makeCover(path, {width, height});
+            } catch (const std::bad_alloc &) { // of what decoders keep beside the pixels
+                image = {};
             }
-            image = made.value_or(QImage());
-            if (!image.isNull() || !made || !lacksHandles()) // else it is tried again
-                cache.insert(key, image, !made);
+            if (!image.isNull() || isAway || !lacksHandles()) // else it is tried again
+                cache.insert(key, image, isAway);
         }
     }
     const std::lock_guard lock(m_end);
