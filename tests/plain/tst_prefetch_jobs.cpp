@@ -157,6 +157,8 @@ void tst_PrefetchJobs::jobsThatWaitTakeNoThreads()
 {
     // A storage that does not answer holds the decoders, and the show is stepped through meanwhile.
     QThreadPool *const pool = QThreadPool::globalInstance();
+    QVERIFY(pool->waitForDone(30'000)); // it has no threads then; newer Qt converts pictures on another one
+    const qsizetype others = pooledThreads();
     for (int job = 0; job < m_decoders; ++job)
         m_provider->loadToCache(album(job), 0);
     QVERIFY(HeldPictures::waitUntilBegun(m_decoders));
@@ -180,7 +182,7 @@ void tst_PrefetchJobs::jobsThatWaitTakeNoThreads()
     HeldPictures::letAllPass();
     QVERIFY(pool->waitForDone(30'000));
     // Those that it may have beside the ones that load.
-    QVERIFY(threads <= pool->maxThreadCount() + m_decoders);
+    QVERIFY(threads - others <= pool->maxThreadCount() + m_decoders);
     QVERIFY(handlesThen <= handles + pool->maxThreadCount());
 }
 
