@@ -1,9 +1,13 @@
-# Warnings and sanitizers, in one place.
+# What the compiler is told: warnings, widths of types, sanitizers.
 
 add_library(slate_warnings INTERFACE)
 target_compile_options(slate_warnings INTERFACE
     -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual -Wcast-align -Wformat=2)
-if(CMAKE_SYSTEM_PROCESSOR MATCHES "^arm" AND CMAKE_SIZEOF_VOID_P EQUAL 4)
+if(CMAKE_SIZEOF_VOID_P EQUAL 4)
+    # Files above 2 GiB, dates after 2038. Qt has 32-bit times and 64-bit offsets within; neither type is in its interfaces.
+    add_compile_definitions(_FILE_OFFSET_BITS=64 _TIME_BITS=64)
+endif()
+if(CMAKE_SYSTEM_PROCESSOR MATCHES "^(arm|aarch64)" AND CMAKE_SIZEOF_VOID_P EQUAL 4)
     # Sizes and signs that a larger machine hides.
     target_compile_options(slate_warnings INTERFACE -Wconversion -Wsign-conversion)
     if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")

@@ -6,9 +6,8 @@ set(CMAKE_SYSTEM_PROCESSOR armv7l)
 set(CMAKE_LIBRARY_ARCHITECTURE arm-linux-gnueabihf)
 set(CMAKE_C_COMPILER arm-linux-gnueabihf-gcc)
 set(CMAKE_CXX_COMPILER arm-linux-gnueabihf-g++)
-# Qt has 32-bit times and 64-bit offsets within; neither type is in its interfaces. The ABI note of GCC 7 is about
-# libraries compiled before it.
-set(CMAKE_C_FLAGS_INIT "-D_FILE_OFFSET_BITS=64 -D_TIME_BITS=64 -mfpu=neon")
+# The ABI note of GCC 7 is about libraries compiled before it.
+set(CMAKE_C_FLAGS_INIT "-mfpu=neon")
 set(CMAKE_CXX_FLAGS_INIT "${CMAKE_C_FLAGS_INIT} -Wno-psabi")
 
 set(SLATE_ROOT "$ENV{SLATE_ROOT}" CACHE PATH "A root of tools/make-root armhf")
