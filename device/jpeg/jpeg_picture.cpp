@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <optional>
+#include <span>
 #include <vector>
 
 namespace lindenreed::device {
@@ -39,6 +40,17 @@ J_COLOR_SPACE rowColours(const JpegDecoder &decoder, QImage::Format format)
     if (format == QImage::Format_Grayscale8)
         return JCS_GRAYSCALE;
     return Q_BYTE_ORDER == Q_LITTLE_ENDIAN ? JCS_EXT_BGRA : JCS_EXT_ARGB; // as in Format_RGB32
+}
+
+/// libjpeg enlarges by whole numbers alone, and says so where it has to. A grey panel, for which it makes no
+/// colours, shows no more than others.
+bool isWholeSampling(const jpeg_decompress_struct &info)
+{
+    const std::span parts(info.comp_info, std::size_t(info.num_components));
+    return std::ranges::all_of(parts, [&info](const jpeg_component_info &part) {
+        return info.max_h_samp_factor % part.h_samp_factor == 0
+            && info.max_v_samp_factor % part.v_samp_factor == 0;
+    });
 }
 
 /// CMYK as programs of the printing trade write it: inverted.
@@ -146,7 +158,7 @@ QImage::Format pictureFormat(const JpegDecoder &decoder, bool greyPanel)
 bool decodePicture(JpegDecoder &decoder, JpegRequest request, bool greyPanel, QImage *image)
 {
     const QImage::Format format = pictureFormat(decoder, greyPanel);
-    if (format == QImage::Format_Invalid)
+    if (format == QImage::Format_Invalid || !isWholeSampling(decoder.info()))
         return false;
     joinClips(request);
     const bool scaled = !request.scaledSize.isEmpty();

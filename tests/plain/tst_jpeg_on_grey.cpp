@@ -91,6 +91,8 @@ private slots:
     void reduced();
     void fineStructure();
     void whichPanel();
+    void sampling_data();
+    void sampling();
     void colourProfile();
     void anyName_data();
     void anyName();
@@ -179,6 +181,35 @@ void tst_JpegOnGrey::whichPanel()
     QCOMPARE(reader->option(QImageIOHandler::ImageFormat).value<QImage::Format>(), QImage::Format_RGB32);
     facts().running = true;
     QCOMPARE(reader.picture().format(), QImage::Format_RGB32);
+}
+
+void tst_JpegOnGrey::sampling_data()
+{
+    QTest::addColumn<char>("luma");
+    QTest::addColumn<char>("chroma");
+    QTest::addColumn<bool>("isShown");
+
+    QTest::newRow("three to one across") << '\x31' << '\x11' << true;
+    QTest::newRow("three to two across") << '\x31' << '\x21' << false;
+    QTest::newRow("three to one down") << '\x13' << '\x11' << true;
+    QTest::newRow("three to two down") << '\x13' << '\x12' << false;
+}
+
+void tst_JpegOnGrey::sampling()
+{
+    QFETCH(char, luma);
+    QFETCH(char, chroma);
+    QFETCH(bool, isShown);
+
+    // libjpeg writes no such file: it is another one's data.
+    QByteArray file = jpegFile({48, 48});
+    const qsizetype parts = file.indexOf("\xff\xc0") + 10;
+    for (int i = 0; i < 3; ++i)
+        file[parts + i * 3 + 1] = i == 0 ? luma : chroma;
+
+    QCOMPARE(!ownPicture(file).isNull(), isShown);
+    facts().colourMask = 1;
+    QCOMPARE(!ownPicture(file).isNull(), isShown);
 }
 
 void tst_JpegOnGrey::colourProfile()
