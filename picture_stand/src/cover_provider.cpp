@@ -30,7 +30,7 @@ void CoverProvider::setup()
     cover_width = GetThemeInt("e3.galery_cover.width", 165);
     cover_height = GetThemeInt("e3.galery_cover.height", 290);
     pool.setMaxThreadCount(device_platform() == 17 ? 3 : 2);
-    startLastingThreads(pool, pool.maxThreadCount());
+    startLastingThreads(pool);
     connect(
         &Storage::instance(), &Storage::listFilesChanged, this,
         [this](const QStringList &names) { prefetchCovers(names); }, Qt::DirectConnection);

@@ -1,21 +1,23 @@
 #include "lasting_threads.h"
 
+#include <QSemaphore>
 #include <QThreadPool>
 
-#include <latch>
 #include <memory>
 
 namespace lindenreed::picture_stand {
 
-void startLastingThreads(QThreadPool &pool, int count)
+void startLastingThreads(QThreadPool &pool)
 {
+    const int count = pool.maxThreadCount();
     pool.setExpiryTimeout(-1);
-    const auto begun = std::make_shared<std::latch>(count);
+    const auto begun = std::make_shared<QSemaphore>();
     for (int i = 0; i < count; ++i) {
-        pool.start([&pool, begun] {
-            pool.releaseThread(); // there may be more of them than run at once
-            begun->arrive_and_wait(); // each has a thread of its own
-            pool.reserveThread();
+        pool.start([count, begun] {
+            // Each has a thread of its own. Where the kernel refuses one, the others go on without it.
+            begun->release();
+            if (begun->tryAcquire(count, 1000))
+                begun->release(count);
         });
     }
 }

@@ -6,8 +6,9 @@ class QThreadPool;
 
 namespace lindenreed::picture_stand {
 
-/// Starts so many of the pool's threads, which stay from now on. One that starts later needs a handle, and
-/// where there is none left, Qt's event loops end the program. The pool has to outlive them.
-void startLastingThreads(QThreadPool &pool, int count);
+/// Starts all threads that the pool may have, which stay from now on. One that starts later needs a handle,
+/// and where there is none left, Qt's event loops end the program. The pool has to outlive them; where its
+/// jobs call releaseThread(), it lets threads go and starts others.
+void startLastingThreads(QThreadPool &pool);
 
 } // namespace lindenreed::picture_stand

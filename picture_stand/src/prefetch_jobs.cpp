@@ -1,8 +1,10 @@
 #include "prefetch_jobs.h"
 
+#include "lasting_threads.h"
 #include "memory_setup.h"
 #include "picture_cache.h"
 
+#include <QThread>
 #include <QThreadPool>
 
 #include <algorithm>
@@ -52,6 +54,11 @@ PrefetchJobs::PrefetchJobs(std::shared_ptr<PictureCache> cache, int atOnce)
     : m_cache(std::move(cache))
     , m_atOnce(atOnce)
 {
+    // Qt converts large pictures on the same pool, those of the main thread as well, which waits for it: what
+    // it has for that stays beside those that load.
+    QThreadPool *const pool = QThreadPool::globalInstance();
+    pool->setMaxThreadCount(QThread::idealThreadCount() + atOnce);
+    startLastingThreads(*pool);
 }
 
 void PrefetchJobs::run(PrefetchJob job)
@@ -88,10 +95,6 @@ bool PrefetchJobs::isToWork(PrefetchJob job)
     if (m_threads == m_atOnce)
         return false;
     ++m_threads;
-    // Qt converts large pictures on the same pool, those of the main thread as well, which waits for it: a
-    // thread that loads must not be missing there. One that only leaves a job here is not, and so the pool
-    // has no more threads of its own than it is allowed.
-    QThreadPool::globalInstance()->releaseThread();
     return true;
 }
 
@@ -101,7 +104,6 @@ std::optional<PrefetchJob> PrefetchJobs::next()
     const std::lock_guard lock(m_mutex);
     if (m_waiting.empty() || m_abandoned) {
         --m_threads;
-        QThreadPool::globalInstance()->reserveThread();
         return std::nullopt;
     }
     PrefetchJob job = std::move(m_waiting.front());

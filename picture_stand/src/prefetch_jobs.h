@@ -42,12 +42,12 @@ private:
 class PrefetchJobs
 {
 public:
-    /// `atOnce`: how many pictures are decoded at once.
+    /// `atOnce`: how many pictures are decoded at once. The application's pool has as many threads more from
+    /// now on, and all of them are started.
     PrefetchJobs(std::shared_ptr<PictureCache> cache, int atOnce);
 
     /// Adds the job, and works on all of them until none is left; where as many threads do so as pictures are
-    /// decoded at once, leaves that to them. On a thread of the application's pool, which does not count
-    /// there meanwhile.
+    /// decoded at once, leaves that to them. On a thread of the application's pool.
     void run(PrefetchJob job);
     /// Nobody will ask for a picture any more. Any thread.
     void abandon();

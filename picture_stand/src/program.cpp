@@ -3,7 +3,6 @@
 #include "app.h"
 #include "error_output.h"
 #include "language_setup.h"
-#include "lasting_threads.h"
 #include "memory_setup.h"
 
 #include <slateview.h>
@@ -12,8 +11,6 @@
 #include <QGuiApplication>
 #include <QLocale>
 #include <QQuickWindow>
-#include <QThread>
-#include <QThreadPool>
 
 #include <clocale>
 #include <cstdlib>
@@ -30,10 +27,6 @@ int runProgram(int argc, char **argv)
     std::setlocale(LC_CTYPE, "C.UTF-8");
     QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
     QGuiApplication application(argc, argv);
-    // Jobs that read ahead let others run beside them: one that has not ended when the next begins, and one
-    // more.
-    constexpr int beside = 2;
-    startLastingThreads(*QThreadPool::globalInstance(), QThread::idealThreadCount() + beside);
 
     QLocale::setDefault(QLocale(qEnvironmentVariable("LANG")));
     const QFont font(QString::fromUtf8(sv_get_default_font(5)), -1, -1, false);
