@@ -55,7 +55,7 @@ void tst_LastingThreads::allAreThere()
     // All of them work at once from the first moment, and none comes later.
     QSemaphore begun;
     QSemaphore go;
-    for (int round = 0; round < 200; ++round) {
+    for (unsigned long pause = 0; pause < 200; ++pause) {
         for (int job = 0; job < 5; ++job) {
             pool.start([&] {
                 begun.release();
@@ -65,7 +65,7 @@ void tst_LastingThreads::allAreThere()
         const bool allBegun = begun.tryAcquire(5, 30'000);
         go.release(5);
         QVERIFY(allBegun);
-        QThread::usleep(round);
+        QThread::usleep(pause);
     }
     QVERIFY(pool.waitForDone(30'000));
     QCOMPARE(created, 5);
