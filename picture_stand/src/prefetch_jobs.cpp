@@ -1,6 +1,5 @@
 #include "prefetch_jobs.h"
 
-#include "lasting_threads.h"
 #include "memory_setup.h"
 #include "picture_cache.h"
 
@@ -56,9 +55,7 @@ PrefetchJobs::PrefetchJobs(std::shared_ptr<PictureCache> cache, int atOnce)
 {
     // Qt converts large pictures on the same pool, those of the main thread as well, which waits for it: what
     // it has for that stays beside those that load.
-    QThreadPool *const pool = QThreadPool::globalInstance();
-    pool->setMaxThreadCount(QThread::idealThreadCount() + atOnce);
-    startLastingThreads(*pool);
+    QThreadPool::globalInstance()->setMaxThreadCount(QThread::idealThreadCount() + atOnce);
 }
 
 void PrefetchJobs::run(PrefetchJob job)

@@ -42,8 +42,8 @@ private:
 class PrefetchJobs
 {
 public:
-    /// `atOnce`: how many pictures are decoded at once. The application's pool has as many threads more from
-    /// now on, and all of them are started.
+    /// `atOnce`: how many pictures are decoded at once. The application's pool may have as many threads more
+    /// from now on.
     PrefetchJobs(std::shared_ptr<PictureCache> cache, int atOnce);
 
     /// Adds the job, and works on all of them until none is left; where as many threads do so as pictures are

@@ -3,6 +3,7 @@
 #include "app.h"
 #include "error_output.h"
 #include "language_setup.h"
+#include "lasting_threads.h"
 #include "memory_setup.h"
 
 #include <slateview.h>
@@ -11,6 +12,7 @@
 #include <QGuiApplication>
 #include <QLocale>
 #include <QQuickWindow>
+#include <QThreadPool>
 
 #include <clocale>
 #include <cstdlib>
@@ -33,6 +35,7 @@ int runProgram(int argc, char **argv)
     QGuiApplication::setFont(font);
 
     App app;
+    startLastingThreads(*QThreadPool::globalInstance());
     const int result = app.run(&application);
     // What drew the canvases is to be deleted later, and no event loop comes for it any more.
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);

@@ -1,6 +1,7 @@
 // Pictures loaded ahead beside everything else that the process does.
 
 #include "held_pictures.h"
+#include "lasting_threads.h"
 #include "process_memory.h"
 #include "resource_image_provider.h"
 #include "small_pictures.h"
@@ -34,6 +35,7 @@ using lindenreed::picture_stand::PrefetchJob;
 using lindenreed::picture_stand::PrefetchJobs;
 using lindenreed::picture_stand::readTotalMemory;
 using lindenreed::picture_stand::ResourceImageProvider;
+using lindenreed::picture_stand::startLastingThreads;
 
 namespace {
 
@@ -156,6 +158,7 @@ void tst_PrefetchJobs::jobsThatWaitTakeNoThreads()
 {
     // A storage that does not answer holds the decoders, and the show is stepped through meanwhile.
     QThreadPool *const pool = QThreadPool::globalInstance();
+    startLastingThreads(*pool);
     for (int job = 0; job < m_decoders; ++job)
         m_provider->loadToCache(album(job), 0);
     QVERIFY(HeldPictures::waitUntilBegun(m_decoders));
