@@ -40,6 +40,7 @@ class tst_ShowFrame : public QObject
 
 private slots:
     void newDevice();
+    void nothingToPlay();
 };
 
 void tst_ShowFrame::newDevice()
@@ -77,6 +78,23 @@ void tst_ShowFrame::newDevice()
         QVERIFY(QDir(out).remove(u"first_run.png"_s) || !isNew);
     }
     QCOMPARE(stored(root, u"SELECT count(*) FROM playlist_images"_s), 10);
+    QCOMPARE(place.leftovers(), QStringList());
+}
+
+void tst_ShowFrame::nothingToPlay()
+{
+    const QTemporaryDir folder;
+    LauncherPlace place(folder.path());
+    QProcess show;
+    show.setProcessEnvironment(place.environment());
+    show.start(QStringLiteral(SOURCE_FOLDER "/tools/show"),
+               {QFileInfo(LauncherPlace::builtCommand(u"slate-run"_s)).path(), place.path(u"out"_s),
+                u"--temporary"_s});
+    const LauncherEnd end = LauncherPlace::end(show);
+    QCOMPARE(end.errors,
+             QByteArray("show: the first playlist has no pictures; on a fresh device --samples "
+                        "makes some\n"));
+    QCOMPARE(end.status, 1);
     QCOMPARE(place.leftovers(), QStringList());
 }
 
