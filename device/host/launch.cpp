@@ -206,6 +206,7 @@ Launch::Outcome Launch::supervise(Supervisor &supervisor, const std::function<vo
     // From inside the loop, so that a failure that is known at once finds it running.
     QMetaObject::invokeMethod(&supervisor, start, Qt::QueuedConnection);
     loop.exec();
+    m_signals.read(); // one that came just before the program's end
     outcome.signal = supervisor.waitingSignal();
     m_desktop.reset();
     return outcome;

@@ -18,11 +18,13 @@ public:
     explicit StopSignals(QObject *parent = nullptr);
     ~StopSignals() override;
 
+    /// Tells of those that have come by now, which the loop may not have got to.
+    void read();
+
 signals:
     void received(int signal);
 
 private:
-    void read();
     QSocketNotifier *m_notifier = nullptr;
 };
 
