@@ -9,7 +9,7 @@ usage() {
 usage: ./run.sh [OPTIONS] [-- PROGRAM ARGUMENTS...]
 
 Installs what is missing, builds, and starts the picture frame: in a window where there is a display, else as a show of
-five pictures that keeps what the panel showed in out/.
+five pictures that keeps what the panel showed in out/. Another program runs on the device as it is, without a window there.
 
   --photos DIR      show a folder of yours, read-only, as /mnt/ext1/Photo/<its name>
   --profile NAME    kind of device, kept between starts: grey-6, grey-6-hd, grey-8, colour-6, keys-6
@@ -33,8 +33,12 @@ complain() {
 
 # A mistake is told before anything is installed or built; what values mean, slate-run knows.
 waiting=
+program=false
 for argument; do
-    [ "$argument" != -- ] || break
+    if [ "$argument" = -- ]; then
+        program=true
+        break
+    fi
     if [ -n "$waiting" ]; then
         waiting=
         continue
@@ -56,11 +60,15 @@ done
 (
     cd "$project"
     cmake --preset release >/dev/null
-    cmake --build build/release --target picture_stand slate-run slatectl slate-window -- --quiet
+    cmake --build build/release --target picture_stand slate-run slatectl slate-window -- --quiet |
+        sed '/^ninja: no work to do\.$/d' >&2
 )
 
 stage=$project/build/release/stage/bin
 if [ -n "${WAYLAND_DISPLAY:-}${DISPLAY:-}" ]; then
     exec "$stage/slate-run" "$@"
+fi
+if $program; then
+    exec "$stage/slate-run" --headless "$@"
 fi
 exec "$project/tools/show" "$stage" "$project/out" "$@"

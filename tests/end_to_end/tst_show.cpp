@@ -138,6 +138,9 @@ void tst_Show::failures_data()
     QTest::newRow("program ends at once")
         << QStringList{} << QStringList{u"/bin/sh"_s, u"-c"_s, u"echo broken >&2; exit 0"_s}
         << QByteArray("did not start: broken") << 1;
+    QTest::newRow("program ends without a word")
+        << QStringList{} << QStringList{u"/bin/sh"_s, u"-c"_s, u"exit 7"_s}
+        << QByteArray("did not start: it ended with status 7") << 7;
     QTest::newRow("launcher refuses") << QStringList{u"--profile"_s, u"grey-99"_s} << answering()
                                       << QByteArray("There is no profile \"grey-99\"") << 2;
     QTest::newRow("nothing to play") << QStringList{} << answering(u"press"_s)

@@ -58,8 +58,12 @@ private slots:
     void namesOfProfilesAndLanguages();
     void withoutDisplay_data();
     void withoutDisplay();
+    void whatIsStarted_data();
+    void whatIsStarted();
 
 private:
+    void writeScript(const QString &name, const QByteArray &content) const;
+
     QString script(const QString &name) const { return m_folder->filePath(name); }
     static QString bin() { return QCoreApplication::applicationDirPath() + u"/../../bin"_s; }
     static QString launcher() { return bin() + u"/slate-run"_s; }
@@ -76,10 +80,16 @@ void tst_Scripts::init()
     for (const QString &name : {u"run.sh"_s, u"test.sh"_s})
         QVERIFY(QFile::copy(QStringLiteral(SOURCE_FOLDER "/") + name, script(name)));
     QVERIFY(QDir(m_folder->path()).mkdir(u"tools"_s));
-    QFile step(m_folder->filePath(u"tools/install-dependencies"_s));
-    QVERIFY(step.open(QIODevice::WriteOnly));
-    step.write("#!/bin/sh\nexit " + QByteArray::number(firstStep) + "\n");
-    QVERIFY(step.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner));
+    writeScript(u"tools/install-dependencies"_s, "exit " + QByteArray::number(firstStep));
+}
+
+void tst_Scripts::writeScript(const QString &name, const QByteArray &content) const
+{
+    QVERIFY(QDir().mkpath(QFileInfo(script(name)).path()));
+    QFile file(script(name));
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    file.write("#!/bin/sh\n" + content + '\n');
+    QVERIFY(file.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner));
 }
 
 void tst_Scripts::help_data()
@@ -220,6 +230,43 @@ void tst_Scripts::withoutDisplay()
     QCOMPARE(answer.status, 0);
     QCOMPARE(answer.output, run(launcher(), {option}).output);
     QVERIFY(!QFile::exists(script(u"out"_s)));
+}
+
+void tst_Scripts::whatIsStarted_data()
+{
+    QTest::addColumn<QByteArray>("display");
+    QTest::addColumn<QStringList>("arguments");
+    QTest::addColumn<QString>("started");
+
+    const QStringList photos{u"--photos"_s, u"my lake"_s};
+    const QStringList program = u"--temporary -- /bin/true --help"_s.split(u' ');
+    QTest::newRow("frame") << QByteArray(":0") << photos << u"slate-run|--photos|my lake"_s;
+    QTest::newRow("program") << QByteArray(":0") << program << u"slate-run|--temporary|--|/bin/true|--help"_s;
+    QTest::newRow("frame, no display") << QByteArray() << photos << u"show|BIN|OUT|--photos|my lake"_s;
+    QTest::newRow("program, no display")
+        << QByteArray() << program << u"slate-run|--headless|--temporary|--|/bin/true|--help"_s;
+}
+
+void tst_Scripts::whatIsStarted()
+{
+    QFETCH(QByteArray, display);
+    QFETCH(QStringList, arguments);
+    QFETCH(QString, started);
+
+    // What they would do stands on standard output, and nothing else does.
+    const QByteArray tell = "printf %s \"${0##*/}\"; printf '|%s' \"$@\"";
+    writeScript(u"tools/install-dependencies"_s, "exit 0");
+    writeScript(u"search/cmake"_s, "echo 'ninja: no work to do.'");
+    writeScript(u"build/release/stage/bin/slate-run"_s, tell);
+    writeScript(u"tools/show"_s, tell);
+    qputenv("PATH", QFile::encodeName(script(u"search"_s)) + ":/usr/bin:/bin");
+    qunsetenv("WAYLAND_DISPLAY");
+    qputenv("DISPLAY", display);
+    const Answer answer = run(script(u"run.sh"_s), arguments);
+    started.replace(u"BIN"_s, script(u"build/release/stage/bin"_s)).replace(u"OUT"_s, script(u"out"_s));
+    QCOMPARE(answer.output, started);
+    QCOMPARE(answer.error, QString());
+    QCOMPARE(answer.status, 0);
 }
 
 QTEST_GUILESS_MAIN(tst_Scripts)
