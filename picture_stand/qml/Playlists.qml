@@ -192,7 +192,8 @@ Item {
                         radius_top_right: index === 1 ? covers.corner : 0
                         radius_bottom_left: index === 2 ? covers.corner : 0
                         radius_bottom_right: index === 3 ? covers.corner : 0
-                        source: "image://cover_provider/" + PlaylistModel.getImage(row.playlist_id, index)
+                        source: "image://cover_provider/"
+                            + PlaylistModel.getImage(row.playlist_id, index).replace(/%/g, "%25")
                     }
                 }
             }

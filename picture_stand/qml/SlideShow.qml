@@ -74,7 +74,8 @@ Item {
         id: image
 
         anchors.fill: parent
-        source: "image://image_provider/" + SlideshowModel.current_image
+        // What looks like an escape in a name is none.
+        source: "image://image_provider/" + SlideshowModel.current_image.replace(/%/g, "%25")
         sourceSize: Qt.size(App.screenWidth, App.screenHeight)
         fillMode: SettingsModel.display_mode === 0 ? Image.PreserveAspectFit : Image.PreserveAspectCrop
 

@@ -5,15 +5,11 @@
 #include <QQuickAsyncImageProvider>
 #include <QQuickImageProvider>
 
-#include <functional>
-
 namespace lindenreed::picture_stand {
 
-/// The file that an image id of the engine means: the id as it came where `exists` says so, else with the
-/// URL's percent escapes undone, also where that file is gone: it then shares the cache's entry with the path
-/// that was loaded ahead. A path travels as part of a URL, in which the engine keeps some characters escaped;
-/// nothing is asked where there are none.
-QString fileOfImageId(const QString &id, const std::function<bool(const QString &)> &exists);
+/// The file that an image id of the engine means. A path travels as part of a URL, in which the screens write
+/// its "%" as "%25" and the engine keeps that and some other characters escaped.
+QString fileOfImageId(const QString &id);
 
 class CoverProvider;
 class ResourceImageProvider;

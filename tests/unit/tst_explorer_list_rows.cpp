@@ -186,11 +186,11 @@ void tst_ExplorerListRows::pressFrameGoesWithADrag()
 /// Its file went after it was listed, and is back when the list is shown once more.
 void tst_ExplorerListRows::thumbnailThatComesBack()
 {
-    const QString path = m_test->picture(u"away for a while.png"_s); // no other test has made its thumbnail
+    const QString path = m_test->picture(u"away %41 for a while.png"_s); // no other test has made its thumbnail
     explore([&](RunningExplorer &explorer) {
         const auto settled = [&]() -> QQuickItem * {
-            QQuickItem *const picture = RunningExplorer::below(explorer.list(), "source",
-                                                               QUrl(u"image://cover_provider/"_s + path));
+            const QUrl source(u"image://cover_provider/"_s + QString(path).replace(u'%', u"%25"_s));
+            QQuickItem *const picture = RunningExplorer::below(explorer.list(), "source", source);
             return picture && picture->property("status").toInt() != Loading ? picture : nullptr;
         };
         const qlonglong id = explorer.onlyPlaylist({path});

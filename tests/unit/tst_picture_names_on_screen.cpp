@@ -23,6 +23,7 @@ private slots:
 
     void oddNames_data();
     void oddNames();
+    void namesThatAreEachOthersEscapes();
     void shownThoughTheFileHasGone();
     void oneEntryForAVanishedFile();
     void nameThatIsNoText();
@@ -37,6 +38,7 @@ void tst_PictureNamesOnScreen::oddNames_data()
     QTest::newRow("spaces") << u"two  words .png"_s;
     QTest::newRow("percent before a letter that is no digit") << u"50%.png"_s;
     QTest::newRow("percent before digits that are an escape") << u"100%25.png"_s;
+    QTest::newRow("percent before digits that are another letter") << u"a%20b%41%C3%BC%2F%00.png"_s;
     QTest::newRow("percent at the end") << u"png%"_s;
     QTest::newRow("hash and question mark") << u"a#b?.png"_s;
     QTest::newRow("question mark and hash") << u"a?b#c.png"_s;
@@ -67,6 +69,27 @@ void tst_PictureNamesOnScreen::oddNames()
                                                        + " size(1200)"));
                     }),
              0);
+}
+
+void tst_PictureNamesOnScreen::namesThatAreEachOthersEscapes()
+{
+    const QStringList names{u"a b.png"_s, u"a%20b.png"_s, u"a%2520b.png"_s};
+    for (const QString &name : names)
+        QVERIFY(twoGreys().save(m_folder->filePath(name), "PNG"));
+    for (const QString &name : names) {
+        const QString path = m_folder->filePath(name);
+        App app;
+        QCOMPARE(runApp(app,
+                        [&](RunningApp &running) {
+                            m_log->forget();
+                            running.startShow({path});
+                            QCOMPARE(status(running), int(Ready));
+                            QCOMPARE(m_log->text().count("add image"), 1);
+                            QVERIFY(m_log->text().contains("add image " + QFile::encodeName(path)
+                                                           + " size(1200)"));
+                        }),
+                 0);
+    }
 }
 
 void tst_PictureNamesOnScreen::shownThoughTheFileHasGone()

@@ -121,7 +121,7 @@ Item {
                         }
                         cache: false
                         fillMode: Image.PreserveAspectCrop
-                        source: "image://cover_provider/" + path
+                        source: "image://cover_provider/" + path.replace(/%/g, "%25")
                         sourceSize: Qt.size(width, height)
                         Accessible.ignored: true
                     }

@@ -16,7 +16,7 @@ Rectangle {
         if (sourceSet)
             return
         sourceSet = true
-        image.source = "image://cover_provider/" + path
+        image.source = "image://cover_provider/" + path.replace(/%/g, "%25")
     }
 
     function activate() {
