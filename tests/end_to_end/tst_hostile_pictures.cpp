@@ -152,7 +152,8 @@ void tst_HostilePictures::cleanup()
     if (QFile said(m_said.filePath(u"said"_s)); QTest::currentTestFailed() && said.open(QIODevice::ReadOnly))
         qInfo("%s", said.readAll().right(6000).constData());
     QVERIFY(m_device->does(u"quit"_s));
-    QTRY_COMPARE(m_device->program().state(), QProcess::NotRunning);
+    // It ends what it is reading.
+    QTRY_COMPARE_WITH_TIMEOUT(m_device->program().state(), QProcess::NotRunning, 30'000);
     QCOMPARE(m_device->program().exitStatus(), QProcess::NormalExit);
     QCOMPARE(m_device->program().exitCode(), 0);
     m_device.reset();
