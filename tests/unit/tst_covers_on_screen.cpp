@@ -317,7 +317,7 @@ void tst_CoversOnScreen::manyItems()
                         for (const QString &path : paths)
                             items.push_back(showCover(running, path));
                         for (const auto &item : items)
-                            QTRY_COMPARE(status(item), int(Ready));
+                            QTRY_COMPARE_WITH_TIMEOUT(status(item), int(Ready), 30'000);
                     }),
              0);
 }

@@ -57,6 +57,7 @@ private slots:
     void cleanup() { m_test.reset(); }
 
     void measures();
+    void thumbnail_data();
     void thumbnail();
     void sourceIsSetOnce();
     void sourceIsSetLater();
@@ -97,14 +98,23 @@ void tst_ExplorerPictures::measures()
     });
 }
 
+void tst_ExplorerPictures::thumbnail_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::newRow("plain") << u"a.png"_s;
+    QTest::newRow("what looks like an escape") << u"a%41.png"_s;
+}
+
 void tst_ExplorerPictures::thumbnail()
 {
-    const QString path = m_test->picture(u"a.png"_s);
+    QFETCH(QString, name);
+    const QString path = m_test->picture(name);
     explore([&](RunningExplorer &explorer) {
         explorer.openPicker(m_test->tree.top);
         QTRY_COMPARE(image(explorer, 0)->property("status").toInt(), int(Ready));
         QQuickItem *const shown = image(explorer, 0);
-        QCOMPARE(shown->property("source").toUrl(), QUrl(u"image://cover_provider/"_s + path));
+        QCOMPARE(shown->property("source").toUrl(),
+                 QUrl(u"image://cover_provider/"_s + QString(path).replace(u'%', u"%25"_s)));
         QCOMPARE(shown->property("sourceSize").toSize(), shown->size().toSize());
         QCOMPARE(RunningExplorer::valueOf(shown, u"fillMode === Image.PreserveAspectCrop"_s).toBool(), true);
         QVERIFY(shown->property("asynchronous").toBool());
