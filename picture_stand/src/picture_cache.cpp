@@ -118,11 +118,6 @@ QImage PictureCache::find(const QString &path) const
     return m_published.read([&path](const auto &pictures) { return pictures.value(path); });
 }
 
-bool PictureCache::contains(const QString &path) const
-{
-    return m_published.read([&path](const auto &pictures) { return pictures.contains(path); });
-}
-
 qsizetype PictureCache::count() const
 {
     return m_published.read([](const auto &pictures) { return pictures.size(); });

@@ -48,7 +48,6 @@ public:
 
     /// What is here, else null. Takes no lock.
     QImage find(const QString &path) const;
-    bool contains(const QString &path) const;
     qsizetype count() const;
     int limit() const { return ram_limit; }
     int used() const { return ram_used; }

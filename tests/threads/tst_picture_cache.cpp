@@ -102,8 +102,7 @@ void tst_PictureCache::keysAreExact()
 {
     PictureCache cache(1000, smallPicture);
     cache.addToCache(QStringLiteral("a.jpg"));
-    QVERIFY(cache.contains(QStringLiteral("a.jpg")));
-    QVERIFY(!cache.contains(QStringLiteral("A.JPG")));
+    QVERIFY(!cache.find(QStringLiteral("a.jpg")).isNull());
     QVERIFY(cache.find(QStringLiteral("A.JPG")).isNull());
     QVERIFY(cache.addToCache(QStringLiteral("A.JPG")));
     QVERIFY(cache.addToCache(QStringLiteral("./a.jpg")));
@@ -120,7 +119,7 @@ void tst_PictureCache::unreadablePictureIsKept()
     const StderrCapture log;
     QVERIFY(cache.addToCache(QStringLiteral("bad")));
     QCOMPARE(log.text(), QByteArray("add image bad size(0) ram(0/1000) \r\n"));
-    QVERIFY(cache.contains(QStringLiteral("bad")));
+    QCOMPARE(cache.count(), 1);
     QVERIFY(!cache.addToCache(QStringLiteral("bad")));
     QCOMPARE(reads, 1);
 }

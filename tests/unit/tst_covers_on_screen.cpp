@@ -106,7 +106,6 @@ private slots:
     void cannotBeShown();
     void longNameThatComesBack_data();
     void longNameThatComesBack();
-    void longNameThatComesBackAfterTheLook();
     void tileThatComesBack();
     void itemThatGoesWhileItsCoverIsMade();
     void manyItems();
@@ -221,35 +220,6 @@ void tst_CoversOnScreen::longNameThatComesBack()
                             QCOMPARE(away->implicitWidth(), 0.);
                         }
                         QVERIFY(twoGreys({40, 20}).save(path));
-                        const auto item = showCover(running, path);
-                        QTRY_COMPARE(status(item), int(Ready));
-                        QCOMPARE(item->implicitWidth(), 60.);
-                    }),
-             0);
-}
-
-/// Between the look at what is kept and the job, too.
-void tst_CoversOnScreen::longNameThatComesBackAfterTheLook()
-{
-    const QString path = m_folder->filePath(QString(62, u'm') + u"50%.png"_s);
-    const QString key = coverKey(path, 60, 60);
-    CoverCache &cache = CoverCache::instance();
-    App app;
-    QCOMPARE(runApp(app,
-                    [&](RunningApp &running) {
-                        {
-                            const auto away = showCover(running, path);
-                            QTRY_VERIFY(cache.find(key) && status(away) != Loading);
-                        }
-                        const auto holders = takeThreads(running, m_folder->path());
-                        const auto late = showCover(running, path);
-                        QTest::qWait(50); // it is asked for by now
-                        for (int i = 0; i < CoverCache::capacity; ++i)
-                            cache.insert(QString::number(i), QImage());
-                        QVERIFY(!cache.find(key));
-                        QVERIFY(twoGreys({40, 20}).save(path));
-                        HeldPictures::letAllPass();
-                        QTRY_VERIFY(cache.find(key) && status(late) != Loading);
                         const auto item = showCover(running, path);
                         QTRY_COMPARE(status(item), int(Ready));
                         QCOMPARE(item->implicitWidth(), 60.);

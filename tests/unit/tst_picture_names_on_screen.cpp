@@ -28,7 +28,26 @@ private slots:
     void oneEntryForAVanishedFile();
     void nameThatIsNoText();
     void everyByte();
+
+private:
+    void showsOnce(const QString &path);
 };
+
+/// Under the name that prefetching uses: one entry for the one file.
+void tst_PictureNamesOnScreen::showsOnce(const QString &path)
+{
+    App app;
+    QCOMPARE(runApp(app,
+                    [&](RunningApp &running) {
+                        m_log->forget();
+                        running.startShow({path});
+                        QCOMPARE(status(running), int(Ready));
+                        QCOMPARE(m_log->text().count("add image"), 1);
+                        QVERIFY(m_log->text().contains("add image " + path.toLocal8Bit().replace('\n', "\\n")
+                                                       + " size(1200)"));
+                    }),
+             0);
+}
 
 void tst_PictureNamesOnScreen::oddNames_data()
 {
@@ -57,18 +76,7 @@ void tst_PictureNamesOnScreen::oddNames()
 
     const QString path = m_folder->filePath(name);
     QVERIFY(write(QFile::encodeName(path), encoded(twoGreys(), "PNG")));
-    App app;
-    QCOMPARE(runApp(app,
-                    [&](RunningApp &running) {
-                        m_log->forget();
-                        running.startShow({path});
-                        QCOMPARE(status(running), int(Ready));
-                        // Under the name that prefetching uses: one entry for the one file.
-                        QCOMPARE(m_log->text().count("add image"), 1);
-                        QVERIFY(m_log->text().contains("add image " + path.toLocal8Bit().replace('\n', "\\n")
-                                                       + " size(1200)"));
-                    }),
-             0);
+    showsOnce(path);
 }
 
 void tst_PictureNamesOnScreen::namesThatAreEachOthersEscapes()
@@ -76,20 +84,8 @@ void tst_PictureNamesOnScreen::namesThatAreEachOthersEscapes()
     const QStringList names{u"a b.png"_s, u"a%20b.png"_s, u"a%2520b.png"_s};
     for (const QString &name : names)
         QVERIFY(twoGreys().save(m_folder->filePath(name), "PNG"));
-    for (const QString &name : names) {
-        const QString path = m_folder->filePath(name);
-        App app;
-        QCOMPARE(runApp(app,
-                        [&](RunningApp &running) {
-                            m_log->forget();
-                            running.startShow({path});
-                            QCOMPARE(status(running), int(Ready));
-                            QCOMPARE(m_log->text().count("add image"), 1);
-                            QVERIFY(m_log->text().contains("add image " + QFile::encodeName(path)
-                                                           + " size(1200)"));
-                        }),
-                 0);
-    }
+    for (const QString &name : names)
+        showsOnce(m_folder->filePath(name));
 }
 
 void tst_PictureNamesOnScreen::shownThoughTheFileHasGone()

@@ -4,6 +4,7 @@ import QtQuick.Window 2.12
 import com.lindenreed.controls 1.0
 import com.lindenreed.picture_stand 1.0
 import com.lindenreed.picturestand 1.0
+import "../picture_url.js" as PictureUrl
 
 Item {
     id: wrapper
@@ -121,7 +122,7 @@ Item {
                         }
                         cache: false
                         fillMode: Image.PreserveAspectCrop
-                        source: "image://cover_provider/" + path.replace(/%/g, "%25")
+                        source: PictureUrl.pictureUrl("cover_provider", path)
                         sourceSize: Qt.size(width, height)
                         Accessible.ignored: true
                     }
