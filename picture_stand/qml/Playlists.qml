@@ -5,7 +5,6 @@ import com.lindenreed.controls 1.0
 import com.lindenreed.controls 2.0 as LRControls2
 import com.lindenreed.picture_stand 1.0
 import com.lindenreed.picturestand 1.0
-import "picture_url.js" as PictureUrl
 import "explorer"
 
 Item {
@@ -193,8 +192,8 @@ Item {
                         radius_top_right: index === 1 ? covers.corner : 0
                         radius_bottom_left: index === 2 ? covers.corner : 0
                         radius_bottom_right: index === 3 ? covers.corner : 0
-                        source: PictureUrl.pictureUrl(
-                            "cover_provider", PlaylistModel.getImage(row.playlist_id, index))
+                        source: "image://cover_provider/"
+                            + PlaylistModel.getImage(row.playlist_id, index).replace(/%/g, "%25")
                     }
                 }
             }

@@ -3,7 +3,6 @@ import QtQuick 2.12
 import com.lindenreed.controls 1.0
 import com.lindenreed.picture_stand 1.0
 import com.lindenreed.picturestand 1.0
-import "picture_url.js" as PictureUrl
 
 Item {
     id: wrapper
@@ -75,7 +74,8 @@ Item {
         id: image
 
         anchors.fill: parent
-        source: PictureUrl.pictureUrl("image_provider", SlideshowModel.current_image)
+        // What looks like an escape in a name is none.
+        source: "image://image_provider/" + SlideshowModel.current_image.replace(/%/g, "%25")
         sourceSize: Qt.size(App.screenWidth, App.screenHeight)
         fillMode: SettingsModel.display_mode === 0 ? Image.PreserveAspectFit : Image.PreserveAspectCrop
 

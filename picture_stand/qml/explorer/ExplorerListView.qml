@@ -4,7 +4,6 @@ import QtQuick.Window 2.12
 import com.lindenreed.controls 1.0
 import com.lindenreed.picture_stand 1.0
 import com.lindenreed.picturestand 1.0
-import "../picture_url.js" as PictureUrl
 
 Item {
     id: wrapper
@@ -122,7 +121,7 @@ Item {
                         }
                         cache: false
                         fillMode: Image.PreserveAspectCrop
-                        source: PictureUrl.pictureUrl("cover_provider", path)
+                        source: "image://cover_provider/" + path.replace(/%/g, "%25")
                         sourceSize: Qt.size(width, height)
                         Accessible.ignored: true
                     }

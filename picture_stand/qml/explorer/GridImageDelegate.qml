@@ -4,7 +4,6 @@ import QtQuick.Window 2.12
 import com.lindenreed.controls 1.0
 import com.lindenreed.picture_stand 1.0
 import com.lindenreed.picturestand 1.0
-import "../picture_url.js" as PictureUrl
 
 Rectangle {
     id: wrapper
@@ -17,7 +16,7 @@ Rectangle {
         if (sourceSet)
             return
         sourceSet = true
-        image.source = PictureUrl.pictureUrl("cover_provider", path)
+        image.source = "image://cover_provider/" + path.replace(/%/g, "%25")
     }
 
     function activate() {
