@@ -6,6 +6,8 @@
 #include <QFile>
 #include <QFileInfo>
 
+#include <cstdio>
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -109,6 +111,9 @@ LauncherEnd LauncherPlace::end(QProcess &process)
         process.kill();
     result.output = process.readAllStandardOutput();
     result.errors = process.readAllStandardError();
+    // Callers compare the status alone, which does not tell why.
+    if (result.status != 0)
+        std::fputs(result.errors.constData(), stderr);
     return result;
 }
 
