@@ -30,6 +30,7 @@ void Finger::tick()
         m_timer.stop();
         return;
     }
+    ++m_ticks;
     const Gesture &gesture = m_gestures.front();
     const bool abandoned = gesture.abandoned && gesture.abandoned();
     if (!m_down && !abandoned) {
@@ -41,7 +42,7 @@ void Finger::tick()
         moveTo(gesture.from + (gesture.to - gesture.from) * m_stepsDone / double(gesture.steps));
         return;
     }
-    if (!abandoned && gesture.steps == 0 && std::chrono::milliseconds(m_sincePress.elapsed()) < gesture.rest)
+    if (!abandoned && gesture.steps == 0 && !hasRested(gesture.rest))
         return;
 
     if (m_down)
@@ -52,11 +53,20 @@ void Finger::tick()
         done();
 }
 
+/// Where the program is held up, items begin late to wait for a long press: it has the time that they have.
+/// Anything shorter ends before they have waited.
+bool Finger::hasRested(std::chrono::milliseconds rest) const
+{
+    return rest < longPressTime ? std::chrono::milliseconds(m_sincePress.elapsed()) >= rest
+                                : m_ticks * stepTime >= rest;
+}
+
 void Finger::press()
 {
     m_place = m_gestures.front().from;
     m_window = m_screen.topLevelAt(m_place);
     m_stepsDone = 0;
+    m_ticks = 0;
     m_sincePress.start();
     m_down = true;
     emit downChanged(true);

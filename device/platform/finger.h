@@ -37,6 +37,8 @@ class Finger : public QObject
 public:
     static constexpr std::chrono::milliseconds stepTime{16};
     static constexpr std::chrono::milliseconds tapTime{60};
+    /// Of an item; 600 in a list, which keeps a press to itself for 120.
+    static constexpr std::chrono::milliseconds longPressTime{480};
 
     explicit Finger(const PlatformScreen &screen);
 
@@ -48,6 +50,7 @@ signals:
 
 private:
     void tick();
+    bool hasRested(std::chrono::milliseconds rest) const;
     void press();
     void moveTo(const QPoint &place);
     void lift();
@@ -60,6 +63,7 @@ private:
     QPointer<QWindow> m_window; ///< that got the press
     QPoint m_place;
     int m_stepsDone = 0;
+    int m_ticks = 0; ///< since the press
     bool m_down = false;
 };
 

@@ -5,6 +5,7 @@
 #include "device.h"
 #include "device_record.h"
 #include "fallback_font.h"
+#include "finger.h"
 #include "input_context.h"
 #include "panel.h"
 #include "paths.h"
@@ -151,7 +152,7 @@ QVariant Integration::styleHint(StyleHint hint) const
     case CursorFlashTime:
         return 0; // each blink would be a refresh
     case MousePressAndHoldInterval:
-        return 480; // with the 120 ms for which a list keeps a press to itself, 600
+        return int(Finger::longPressTime.count());
     case StartDragDistance:
         return Device::instance() ? int(std::lround(fingerWobble * Device::instance()->profile.dpi / 25.4))
                                   : 10;

@@ -9,6 +9,8 @@
 #include <device.h>
 
 #include <QQuickItem>
+#include <QThread>
+#include <QTimer>
 
 #include <optional>
 
@@ -36,6 +38,8 @@ private slots:
     void tapOnStatusPanelReachesNothing();
     void tapTakesTime();
     void holdIsPressAndHold();
+    void heldUp_data();
+    void heldUp();
     void shortHoldIsAClick();
     void quickDoubleTapsAreTwoClicks();
     void dragMovesInSteps();
@@ -88,6 +92,15 @@ void tst_PanelInput::init()
         MouseArea {
             x: 100; y: 200; width: 50; height: 40
             onClicked: root.note("small")
+        }
+        Flickable {
+            x: 250; y: 400; width: 100; height: 100
+            pressDelay: 120
+            MouseArea {
+                anchors.fill: parent
+                onClicked: root.note("list click")
+                onPressAndHold: root.note("list hold")
+            }
         }
         TextInput { id: field; objectName: "field"; x: 100; y: 600; width: 200; height: 40 }
     })");
@@ -158,6 +171,33 @@ void tst_PanelInput::holdIsPressAndHold()
     QCOMPARE(code(m_remote->ask(u"hold"_s, at(300, 300))), u"ok"_s);
     QVERIFY(time.elapsed() >= 1000);
     QCOMPARE(log(), QStringList({u"press 300 255"_s, u"hold"_s, u"release 300 255"_s}));
+}
+
+void tst_PanelInput::heldUp_data()
+{
+    QTest::addColumn<QString>("gesture");
+    QTest::addColumn<int>("y");
+    QTest::addColumn<int>("from");
+    QTest::addColumn<QString>("taken");
+    QTest::newRow("hold") << u"hold"_s << 300 << 200 << u"hold"_s;
+    QTest::newRow("hold in a list") << u"hold"_s << 500 << 50 << u"list hold"_s;
+    QTest::newRow("tap") << u"tap"_s << 300 << 50 << u"click"_s;
+    QTest::newRow("tap in a list") << u"tap"_s << 500 << 50 << u"list click"_s;
+}
+
+/// The time of an item's long press is over, and that of the finger as well, before either is looked at.
+void tst_PanelInput::heldUp()
+{
+    QFETCH(QString, gesture);
+    QFETCH(int, y);
+    QFETCH(int, from);
+    QFETCH(QString, taken);
+    QTimer::singleShot(from, [] { QThread::msleep(1000); });
+    QCOMPARE(code(m_remote->ask(gesture, at(300, y))), u"ok"_s);
+    QStringList ends = log();
+    ends.removeIf(
+        [](const QString &line) { return line.startsWith("press"_L1) || line.startsWith("release"_L1); });
+    QCOMPARE(ends, QStringList{taken});
 }
 
 void tst_PanelInput::shortHoldIsAClick()
